@@ -1,0 +1,56 @@
+#pragma once
+
+#include <any>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+class MainQueue;
+
+/// One event of the program: a name, the object that it is about, and further values by key.
+struct Notification {
+    std::string name;
+    /// What the event is about, as a pointer; valid only during the post, for observers on the poster's thread.
+    std::any object;
+    std::map<std::string, std::any> userInfo;
+};
+
+/// Tells observers in this process about events. Safe to use from any thread.
+class NotificationCenter {
+  public:
+    using Handler = std::function<void(const Notification&)>;
+
+    /// Ends its observation when it goes.
+    class Token {
+      public:
+        Token() = default;
+        Token(Token&&) noexcept;
+        Token& operator=(Token&&) noexcept;
+        ~Token();
+
+      private:
+        friend class NotificationCenter;
+        struct Registration;
+        explicit Token(std::shared_ptr<Registration> registration);
+        std::shared_ptr<Registration> m_registration;
+    };
+
+    NotificationCenter();
+    ~NotificationCenter();
+
+    /// Calls `handler` for each notification of that name: on the poster's thread before post() returns or, with a
+    /// `queue`, later on that queue (without `object`, which belongs to the poster's thread).
+    [[nodiscard]] Token observe(std::string_view name, Handler handler, MainQueue* queue = nullptr);
+    void post(const Notification& notification);
+
+  private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace quillorn

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace quillorn {
+
+/// Where the system wants a program's files.
+class Paths {
+  public:
+    virtual ~Paths() = default;
+    /// The user's folder for application data. Throws std::runtime_error when the user has none.
+    virtual std::filesystem::path applicationSupport() const = 0;
+    /// The user's folder for settings. Throws as applicationSupport() does.
+    virtual std::filesystem::path configuration() const = 0;
+    /// The folder that the program's builds share under `identifier`; absent where the platform has none.
+    virtual std::optional<std::filesystem::path> groupContainer(std::string_view identifier) const = 0;
+    /// The folder of files that were installed with the program (openapi.json and the like).
+    virtual std::filesystem::path resources() const = 0;
+};
+
+} // namespace quillorn

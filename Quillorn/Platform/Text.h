@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+/// Text as people of one locale compare and search it. All strings are UTF-8; malformed bytes count as U+FFFD.
+/// Safe to share between threads.
+class Text {
+  public:
+    /// `locale` as ICU names it ("en_US", "tr_TR"). An empty name, "C", "POSIX" and "C.UTF-8" count as "en_US".
+    explicit Text(std::string_view locale);
+    ~Text();
+    Text(Text&&) noexcept;
+    Text& operator=(Text&&) noexcept;
+
+    const std::string& locale() const;
+
+    /// A needle prepared for many haystacks. Case is ignored by the rules of the locale, accents are not
+    /// ("resume" is not in "RÉSUMÉ"). An empty needle is in no text.
+    class Needle {
+      public:
+        ~Needle();
+        Needle(Needle&&) noexcept;
+        bool isIn(std::string_view text) const;
+
+      private:
+        friend class Text;
+        struct State;
+        explicit Needle(std::unique_ptr<State> state);
+        std::unique_ptr<State> m_state;
+    };
+    Needle needle(std::string_view text) const;
+    /// Whether `text` contains `part`, as Needle says.
+    bool contains(std::string_view text, std::string_view part) const;
+
+    /// The order in which a file list would show them: by the locale's collation, digits as numbers. Negative, zero or
+    /// positive; zero only for equal strings (ties are broken by the bytes).
+    int compare(std::string_view a, std::string_view b) const;
+    /// The same without regard to case and without the tie-break.
+    int compareIgnoringCase(std::string_view a, std::string_view b) const;
+
+  private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+/// User-perceived characters: an emoji with its joiners is one.
+std::size_t characterCount(std::string_view text);
+/// The first `count` user-perceived characters.
+std::string_view characterPrefix(std::string_view text, std::size_t count);
+/// Without the white space (Unicode White_Space, no line ends) at both ends.
+std::string_view trimBlanks(std::string_view text);
+/// Without white space and line ends at both ends.
+std::string_view trimWhitespaceAndNewlines(std::string_view text);
+bool isValidUTF8(std::string_view text);
+
+} // namespace quillorn

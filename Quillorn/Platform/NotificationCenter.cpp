@@ -1,0 +1,145 @@
+#include "Platform/NotificationCenter.h"
+
+#include "Platform/MainQueue.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace quillorn {
+
+/// One observer. It is kept alive by its token and by posts under way, so a handler may drop its own token.
+struct NotificationCenter::Token::Registration {
+    std::string name;
+    MainQueue* queue = nullptr;
+    std::weak_ptr<State> center;
+
+    void call(const Notification& notification);
+    void end();
+    void leave(std::thread::id thread);
+
+    std::mutex mutex;
+    std::condition_variable left;
+    Handler handler;
+    bool ended = false;
+    /// The threads inside the handler; one stands in it as often as it has entered.
+    std::vector<std::thread::id> inside;
+};
+
+struct NotificationCenter::State {
+    using Registrations = std::vector<std::shared_ptr<Token::Registration>>;
+
+    std::mutex mutex;
+    std::map<std::string, Registrations, std::less<>> observers;
+};
+
+void NotificationCenter::Token::Registration::call(const Notification& notification) {
+    const std::thread::id thread = std::this_thread::get_id();
+    {
+        const std::lock_guard lock(mutex);
+        if (ended)
+            return;
+        inside.push_back(thread);
+    }
+    struct Leave {
+        Registration& registration;
+        std::thread::id thread;
+        ~Leave() { registration.leave(thread); }
+    } const leave{*this, thread};
+    handler(notification);
+}
+
+void NotificationCenter::Token::Registration::leave(std::thread::id thread) {
+    Handler unused; // what the handler holds goes outside the lock: its destructors may call us
+    {
+        const std::lock_guard lock(mutex);
+        inside.erase(std::find(inside.begin(), inside.end(), thread));
+        if (ended && inside.empty())
+            unused.swap(handler);
+        left.notify_all();
+    }
+}
+
+void NotificationCenter::Token::Registration::end() {
+    if (const auto state = center.lock()) {
+        const std::lock_guard lock(state->mutex);
+        const auto found = state->observers.find(name);
+        if (found != state->observers.end()) {
+            std::erase_if(found->second, [this](const auto& other) { return other.get() == this; });
+            if (found->second.empty())
+                state->observers.erase(found);
+        }
+    }
+    Handler unused;
+    std::unique_lock lock(mutex);
+    ended = true;
+    if (std::find(inside.begin(), inside.end(), std::this_thread::get_id()) != inside.end())
+        return; // the handler ends its own observation; waiting for itself would never end
+    left.wait(lock, [this] { return inside.empty(); });
+    unused.swap(handler);
+    lock.unlock();
+}
+
+NotificationCenter::Token::Token(std::shared_ptr<Registration> registration)
+    : m_registration(std::move(registration)) {}
+NotificationCenter::Token::Token(Token&&) noexcept = default;
+
+NotificationCenter::Token& NotificationCenter::Token::operator=(Token&& other) noexcept {
+    Token old = std::move(*this);
+    m_registration = std::move(other.m_registration);
+    return *this;
+}
+
+NotificationCenter::Token::~Token() {
+    if (m_registration)
+        m_registration->end();
+}
+
+NotificationCenter::NotificationCenter() : m_state(std::make_shared<State>()) {}
+NotificationCenter::~NotificationCenter() = default;
+
+NotificationCenter::Token NotificationCenter::observe(std::string_view name, Handler handler, MainQueue* queue) {
+    auto registration = std::make_shared<Token::Registration>();
+    registration->name = name;
+    registration->queue = queue;
+    registration->center = m_state;
+    registration->handler = std::move(handler);
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->observers[registration->name].push_back(registration);
+    }
+    return Token(std::move(registration));
+}
+
+void NotificationCenter::post(const Notification& notification) {
+    State::Registrations observers;
+    {
+        const std::lock_guard lock(m_state->mutex);
+        const auto found = m_state->observers.find(notification.name);
+        if (found != m_state->observers.end())
+            observers = found->second;
+    }
+    std::shared_ptr<const Notification> copy;
+    std::exception_ptr failure;
+    for (const auto& observer : observers) {
+        try {
+            if (observer->queue == nullptr) {
+                observer->call(notification);
+                continue;
+            }
+            if (!copy)
+                copy = std::make_shared<Notification>(Notification{notification.name, {}, notification.userInfo});
+            observer->queue->post([observer, copy] { observer->call(*copy); });
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+} // namespace quillorn

@@ -104,7 +104,7 @@ HttpServerIO::~HttpServerIO() {
 
 void HttpServerIO::finish() {
     stop();
-    m_workers.reset();
+    m_workers.finish();
 }
 
 void HttpServerIO::start(std::uint16_t port, bool forceIPv4) {
@@ -114,7 +114,7 @@ void HttpServerIO::start(std::uint16_t port, bool forceIPv4) {
     m_state = HttpServerIOState::starting;
     auto run = std::make_shared<Run>(
         Socket::listenSocket(port, forceIPv4, backlog, forceIPv4 ? listenAddressIPv4 : listenAddressIPv6));
-    m_workers->submit([this, run] { acceptLoop(run); });
+    m_workers.submit([this, run] { acceptLoop(run); });
     m_run = std::move(run);
     m_state = HttpServerIOState::running;
 }
@@ -166,7 +166,7 @@ void HttpServerIO::acceptLoop(const std::shared_ptr<Run>& run) {
     while (run->operating) {
         try {
             const auto client = std::make_shared<Socket>(run->listener.acceptClient());
-            m_workers->submit([this, run, client] { serve(run, client); });
+            m_workers.submit([this, run, client] { serve(run, client); });
         } catch (const SocketError& error) {
             if (isLackOfResources(error.errorNumber()))
                 run->pause();

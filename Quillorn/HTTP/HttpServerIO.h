@@ -69,7 +69,7 @@ class HttpServerIO {
     mutable std::mutex m_mutex; // guards m_run and every change of m_state
     std::atomic<HttpServerIOState> m_state = HttpServerIOState::stopped;
     std::shared_ptr<Run> m_run; // the last one started
-    std::unique_ptr<WorkerPool> m_workers = std::make_unique<WorkerPool>();
+    WorkerPool m_workers;
 };
 
 } // namespace quillorn

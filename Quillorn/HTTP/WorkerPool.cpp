@@ -19,13 +19,14 @@ constexpr std::size_t stackSize = 1024 * 1024;
 
 } // namespace
 
-WorkerPool::~WorkerPool() {
+void WorkerPool::finish() {
     std::unique_lock lock(m_mutex);
     m_closing = true;
     for (Idle* idle : m_idle)
         idle->wake.notify_one();
     m_threadEnded.wait(lock, [this] { return m_threads == 0; });
     joinFinished();
+    m_closing = false;
 }
 
 void WorkerPool::submit(Job job) {

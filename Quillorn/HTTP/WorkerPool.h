@@ -17,14 +17,15 @@ class WorkerPool {
     using Job = std::function<void()>;
 
     explicit WorkerPool(std::chrono::milliseconds idleTime = std::chrono::seconds(10)) : m_idleTime(idleTime) {}
-    /// Waits for every job to end and for every thread to be gone. Not to be called from a job.
-    ~WorkerPool();
+    ~WorkerPool() { finish(); }
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
     /// What the job throws is dropped. Throws std::system_error when the system has no thread to give; the job is then
     /// destroyed without having run.
     void submit(Job job);
+    /// Waits for every job to end and for every thread to be gone. Not to be called from a job.
+    void finish();
     /// Threads now alive, idle ones included.
     std::size_t threadCount() const;
 

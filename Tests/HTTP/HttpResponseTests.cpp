@@ -1,0 +1,106 @@
+#include "HTTP/HttpErrors.h"
+#include "HTTP/HttpResponse.h"
+
+#include <gmock/gmock.h>
+#include <limits>
+
+namespace quillorn {
+namespace {
+
+using Headers = HttpResponse::Headers;
+
+class StringWriter final : public HttpResponseBodyWriter {
+  public:
+    void write(std::string_view bytes) override { text += bytes; }
+    std::string text;
+};
+
+std::string written(const HttpResponse::Content& content) {
+    StringWriter writer;
+    if (content.write)
+        content.write(writer);
+    return writer.text;
+}
+
+TEST(HttpResponse, casesHaveTheirStatusReasonAndHeaders) {
+    const struct {
+        HttpResponse response;
+        int status;
+        std::string reason;
+        Headers headers;
+    } cases[] = {
+        {HttpResponse::switchProtocols({{"Upgrade", "x"}}), 101, "Switching Protocols", {{"Upgrade", "x"}}},
+        {HttpResponse::created(), 201, "Created", {}},
+        {HttpResponse::accepted(), 202, "Accepted", {}},
+        {HttpResponse::movedPermanently("/a"), 301, "Moved Permanently", {{"Location", "/a"}}},
+        {HttpResponse::movedTemporarily("/b"), 307, "Moved Temporarily", {{"Location", "/b"}}},
+        {HttpResponse::badRequest(), 400, "Bad Request", {}},
+        {HttpResponse::unauthorized(), 401, "Unauthorized", {}},
+        {HttpResponse::forbidden(), 403, "Forbidden", {}},
+        {HttpResponse::notFound(), 404, "Not Found", {}},
+        {HttpResponse::notAcceptable(), 406, "Not Acceptable", {}},
+        {HttpResponse::tooManyRequests(), 429, "Too Many Requests", {}},
+        {HttpResponse::internalServerError(), 500, "Internal Server Error", {}},
+        {HttpResponse::raw(204, "No Content"), 204, "No Content", {}},
+    };
+    for (const auto& [response, status, reason, headers] : cases) {
+        EXPECT_EQ(response.statusCode(), status);
+        EXPECT_EQ(response.reasonPhrase(), reason);
+        Headers expected = headers;
+        expected["Server"] = "Tidewire 1.2";
+        EXPECT_EQ(response.responseHeaders("1.2"), expected) << status;
+        EXPECT_EQ(response.content().length, -1) << status;
+        EXPECT_FALSE(response.content().write) << status;
+    }
+}
+
+TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
+    const auto fails = []() -> std::string { throw SerializationError(SerializationError::Kind::notSupported); };
+    const struct {
+        HttpResponseBody body;
+        std::string bytes;
+        std::string contentType; // empty: none
+    } cases[] = {
+        {HttpResponseBody::json(Json::Object{{"b", 1}, {"a", true}}), R"({"a":true,"b":1})", "application/json"},
+        {HttpResponseBody::json(Json::Array{}), "[]", "application/json"},
+        {HttpResponseBody::json("text"), "Serialisation error: invalidObject", "application/json"},
+        {HttpResponseBody::json(Json::Array{std::numeric_limits<double>::infinity()}),
+         "Serialisation error: invalidObject", "application/json"},
+        {HttpResponseBody::html("<p>"), "<p>", "text/html"},
+        {HttpResponseBody::htmlBody("<p>"), "<html><meta charset=\"UTF-8\"><body><p></body></html>", ""},
+        {HttpResponseBody::text("caf\xC3\xA9"), "caf\xC3\xA9", ""},
+        {HttpResponseBody::data(std::string("\0x", 2), "image/png"), std::string("\0x", 2), "image/png"},
+        {HttpResponseBody::data(""), "", ""},
+        {HttpResponseBody::custom([] { return "made"; }), "made", ""},
+        {HttpResponseBody::custom(fails), "Serialisation error: notSupported", ""},
+        {HttpResponseBody::custom([]() -> std::string { throw 1; }), "Serialisation error: unknown", ""},
+    };
+    for (const auto& [body, bytes, contentType] : cases) {
+        const auto response = HttpResponse::ok(body);
+        const auto content = response.content();
+        EXPECT_EQ(written(content), bytes);
+        EXPECT_EQ(content.length, static_cast<std::int64_t>(bytes.size()));
+        Headers expected{{"Server", "Tidewire Unspecified"}};
+        if (!contentType.empty())
+            expected["Content-Type"] = contentType;
+        EXPECT_EQ(response.responseHeaders("Unspecified"), expected) << bytes;
+    }
+}
+
+TEST(HttpResponse, badRequestMayHaveABodyButNoContentType) {
+    const auto response = HttpResponse::badRequest(HttpResponseBody::json(Json::Object{}));
+    EXPECT_EQ(written(response.content()), "{}");
+    EXPECT_EQ(response.content().length, 2);
+    EXPECT_EQ(response.responseHeaders("1"), (Headers{{"Server", "Tidewire 1"}}));
+}
+
+TEST(HttpResponse, headersOfRawReplaceThoseOfTheServer) {
+    const auto response = HttpResponse::raw(200, "Fine", {{"Server", "mine"}, {"server", "too"}},
+                                            [](HttpResponseBodyWriter& writer) { writer.write("body"); });
+    EXPECT_EQ(response.responseHeaders("1"), (Headers{{"Server", "mine"}, {"server", "too"}}));
+    EXPECT_EQ(response.content().length, -1);
+    EXPECT_EQ(written(response.content()), "body");
+}
+
+} // namespace
+} // namespace quillorn

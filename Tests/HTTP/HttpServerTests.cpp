@@ -1,0 +1,224 @@
+#include "HTTP/HttpServer.h"
+
+#include "HTTP/TestClient.h"
+#include "Support/RecordingLog.h"
+
+#include <atomic>
+#include <future>
+#include <gmock/gmock.h>
+#include <mutex>
+
+namespace quillorn {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+const std::string keep = "Connection: keep-alive\r\n";
+
+std::string get(const std::string& path, const std::string& headers = {}) {
+    return "GET " + path + " HTTP/1.1\r\n" + headers + "\r\n";
+}
+
+class HttpServerTest : public ::testing::Test {
+  protected:
+    HttpServerTest() {
+        server.listenAddressIPv4 = "127.0.0.1";
+        server.GET["/text"] = [](const HttpRequest&) { return HttpResponse::ok(HttpResponseBody::text("hello")); };
+        server.POST["/echo"] = [](const HttpRequest& request) {
+            return HttpResponse::ok(HttpResponseBody::data(request.body));
+        };
+        server.get["/echo/:x"] = [](const HttpRequest& request) {
+            return HttpResponse::ok(HttpResponseBody::text(request.params.at(":x") + " " + *request.address));
+        };
+        server.GET["/raw"] = [](const HttpRequest&) {
+            return HttpResponse::raw(200, "OK", {}, [](HttpResponseBodyWriter& writer) { writer.write("raw"); });
+        };
+    }
+
+    std::uint16_t started() {
+        server.start(0, true);
+        return server.port();
+    }
+
+    RecordingLog log;
+    HttpServer server{log, "7"};
+};
+
+TEST_F(HttpServerTest, sendsLengthAndKeepsTheConnectionWhenAsked) {
+    TestClient client(started());
+    for (int i = 0; i < 3; ++i) {
+        client.send(get("/text", keep));
+        EXPECT_EQ(client.response(), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\nConnection: keep-alive\r\n"
+                                     "Server: Tidewire 7\r\n\r\nhello");
+    }
+    client.send(get("/text"));
+    EXPECT_EQ(client.rest(), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\nServer: Tidewire 7\r\n\r\nhello");
+}
+
+TEST_F(HttpServerTest, closesTheConnectionBehindResponsesWithoutALength) {
+    const auto port = started();
+    EXPECT_EQ(answerTo(port, get("/raw", keep)), "HTTP/1.1 200 OK\r\nServer: Tidewire 7\r\n\r\nraw");
+    EXPECT_EQ(answerTo(port, get("/nowhere", keep)), "HTTP/1.1 404 Not Found\r\nServer: Tidewire 7\r\n\r\n");
+    EXPECT_THAT(answerTo(port, "HEAD /text HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 404 "));
+    EXPECT_THAT(answerTo(port, "get /text HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 404 "));
+}
+
+TEST_F(HttpServerTest, answersNothingToMalformedRequests) {
+    const auto port = started();
+    for (const std::string request : {"GET /text\r\n\r\n", "POST /echo HTTP/1.1\r\nContent-Length: -1\r\n\r\n", "\r\n"})
+        EXPECT_EQ(answerTo(port, request), "") << request;
+    for (const std::string request :
+         {"", "GET /text HTTP/1.1\r\n", "POST /echo HTTP/1.1\r\nContent-Length: 9\r\n\r\nabc",
+          "POST /echo HTTP/1.1\r\nContent-Length: 9223372036854775807\r\n\r\nabc"}) {
+        TestClient client(port);
+        client.send(request);
+        client.finish();
+        EXPECT_EQ(client.rest(), "") << request;
+    }
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(HttpServerTest, takesPipelinedAndScatteredRequests) {
+    TestClient client(started());
+    client.send("POST /echo HTTP/1.1\r\nContent-Length: 3\r\n" + keep + "\r\nabc" + get("/echo/a%20b", keep) +
+                "GET /t");
+    EXPECT_EQ(bodyOf(client.response()), "abc");
+    EXPECT_EQ(bodyOf(client.response()), "a b 127.0.0.1");
+    for (const char character : std::string("ext HTTP/1.1\r\n\r\n"))
+        client.send(std::string_view(&character, 1));
+    EXPECT_EQ(bodyOf(client.rest()), "hello");
+}
+
+TEST_F(HttpServerTest, carriesLargeBodiesBothWays) {
+    std::string body;
+    for (unsigned i = 0; body.size() < 5'000'000; ++i)
+        body += std::to_string(i) + '\0';
+    server.GET["/pieces"] = [&](const HttpRequest&) {
+        return HttpResponse::raw(200, "OK", {}, [&](HttpResponseBodyWriter& writer) {
+            for (std::size_t at = 0, length = 1; at < body.size(); at += length, length = length * 3 + 1)
+                writer.write(std::string_view(body).substr(at, length));
+        });
+    };
+    const auto port = started();
+    EXPECT_EQ(bodyOf(answerTo(port, "POST /echo HTTP/1.1\r\nContent-Length: " + std::to_string(body.size()) +
+                                        "\r\n\r\n" + body)),
+              body);
+    EXPECT_EQ(bodyOf(answerTo(port, get("/pieces"))), body);
+}
+
+TEST_F(HttpServerTest, middlewareRunsInOrderBeforeTheRouter) {
+    std::vector<std::string> calls; // the only client waits for each answer, so nothing runs at once
+    server.middleware.push_back([&](const HttpRequest& request) -> std::optional<HttpResponse> {
+        calls.push_back("first " + request.path);
+        return std::nullopt;
+    });
+    server.middleware.push_back([&](const HttpRequest& request) -> std::optional<HttpResponse> {
+        calls.push_back("second");
+        if (request.path == "/text")
+            return std::nullopt;
+        return HttpResponse::raw(403, "Forbidden");
+    });
+    server.notFoundHandler = [](const HttpRequest&) { return HttpResponse::created(); };
+    const auto port = started();
+    EXPECT_EQ(bodyOf(answerTo(port, get("/text"))), "hello");
+    EXPECT_THAT(answerTo(port, get("/nowhere")), StartsWith("HTTP/1.1 403 Forbidden"));
+    EXPECT_THAT(calls, ElementsAre("first /text", "second", "first /nowhere", "second"));
+}
+
+TEST_F(HttpServerTest, registersForEachMethodAndForAll) {
+    const HttpHandler handler = [](const HttpRequest& request) {
+        return HttpResponse::ok(HttpResponseBody::text(request.method));
+    };
+    server.DELETE["/d"] = handler;
+    server.PATCH["/p"] = handler;
+    server.head["/h"] = handler;
+    server.put["/p"] = handler;
+    server["/all"] = handler;
+    server.notFoundHandler = [](const HttpRequest&) { return HttpResponse::ok(HttpResponseBody::text("none")); };
+    const auto port = started();
+    const std::pair<std::string, std::string> cases[] = {{"DELETE /d", "DELETE"}, {"PATCH /p", "PATCH"},
+                                                         {"HEAD /h", "HEAD"},     {"PUT /p", "PUT"},
+                                                         {"odd /all", "odd"},     {"GET /d", "none"}};
+    for (const auto& [line, body] : cases)
+        EXPECT_EQ(bodyOf(answerTo(port, line + " HTTP/1.1\r\n\r\n")), body);
+}
+
+TEST_F(HttpServerTest, whatAHandlerThrowsBecomesAnErrorAndALine) {
+    server.GET["/error"] = [](const HttpRequest&) -> HttpResponse { throw std::runtime_error("broken"); };
+    server.GET["/number"] = [](const HttpRequest&) -> HttpResponse { throw 1; };
+    const auto port = started();
+    for (const auto* path : {"/error", "/number"})
+        EXPECT_EQ(answerTo(port, get(path, keep)), "HTTP/1.1 500 Internal Server Error\r\nServer: Tidewire 7\r\n\r\n");
+    EXPECT_THAT(log.lines(), ElementsAre("Handler of GET /error failed: broken", "Handler of GET /number failed"));
+}
+
+TEST_F(HttpServerTest, aBodyThatFailsEndsTheConnectionWithALine) {
+    server.GET["/half"] = [](const HttpRequest&) {
+        return HttpResponse::raw(200, "OK", {}, [](HttpResponseBodyWriter& writer) {
+            writer.write("half");
+            throw std::runtime_error("no more");
+        });
+    };
+    EXPECT_THAT(answerTo(started(), get("/half", keep)), EndsWith("\r\n\r\nhalf"));
+    server.stop();
+    EXPECT_THAT(log.lines(), ElementsAre("Failed to send response: no more"));
+}
+
+TEST_F(HttpServerTest, aClientThatLeavesMidwayCostsALineAndNoSignal) {
+    std::promise<void> failed;
+    server.GET["/endless"] = [&](const HttpRequest&) {
+        return HttpResponse::raw(200, "OK", {}, [&](HttpResponseBodyWriter& writer) {
+            try {
+                for (const std::string piece(100'000, 'x');;)
+                    writer.write(piece);
+            } catch (...) {
+                failed.set_value();
+                throw;
+            }
+        });
+    };
+    const auto port = started();
+    {
+        TestClient client(port);
+        client.send(get("/endless"));
+        EXPECT_THAT(client.response(), StartsWith("HTTP/1.1 200 OK"));
+    }
+    failed.get_future().wait();
+    EXPECT_EQ(bodyOf(answerTo(port, get("/text"))), "hello");
+}
+
+TEST_F(HttpServerTest, aSlowHandlerAndIdleConnectionsHoldUpNobody) {
+    std::promise<void> release;
+    server.GET["/slow"] = [&](const HttpRequest&) {
+        release.get_future().wait();
+        return HttpResponse::ok(HttpResponseBody::text("slow"));
+    };
+    const auto port = started();
+    std::vector<std::unique_ptr<TestClient>> idle;
+    for (int i = 0; i < 100; ++i) {
+        idle.push_back(std::make_unique<TestClient>(port));
+        idle.back()->send(get("/text", keep));
+        EXPECT_THAT(idle.back()->response(), EndsWith("hello"));
+    }
+    TestClient slow(port);
+    slow.send(get("/slow"));
+    EXPECT_EQ(bodyOf(answerTo(port, get("/text"))), "hello");
+    release.set_value();
+    EXPECT_EQ(bodyOf(slow.rest()), "slow");
+}
+
+TEST_F(HttpServerTest, workersHaveTheStackForDeeplyNestedJson) {
+    server.POST["/json"] = [](const HttpRequest& request) {
+        return HttpResponse::ok(HttpResponseBody::json(Json::parse(request.body)));
+    };
+    const std::string nested = std::string(500, '[') + std::string(500, ']');
+    EXPECT_EQ(bodyOf(answerTo(started(), "POST /json HTTP/1.1\r\nContent-Length: 1000\r\n\r\n" + nested)), nested);
+}
+
+} // namespace
+} // namespace quillorn

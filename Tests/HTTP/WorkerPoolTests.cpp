@@ -1,0 +1,96 @@
+#include "HTTP/WorkerPool.h"
+
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <thread>
+
+namespace quillorn {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(WorkerPool, jobsNeverWaitForEachOther) {
+    constexpr int count = 200;
+    std::promise<void> allRun;
+    const auto ready = allRun.get_future().share();
+    std::atomic<int> running = 0;
+    WorkerPool pool;
+    for (int i = 0; i < count; ++i)
+        pool.submit([&, ready] {
+            if (++running == count)
+                allRun.set_value();
+            ready.wait();
+        });
+    EXPECT_EQ(ready.wait_for(10s), std::future_status::ready);
+    EXPECT_EQ(pool.threadCount(), 200U);
+}
+
+TEST(WorkerPool, reusesIdleThreadsAndSurvivesWhatJobsThrow) {
+    WorkerPool pool(1h);
+    for (int i = 0; i < 1000; ++i) {
+        std::promise<void> done;
+        pool.submit([&] {
+            done.set_value();
+            throw std::runtime_error("dropped");
+        });
+        done.get_future().wait();
+    }
+    // More than one, since a thread may not be idle yet when the next job comes.
+    EXPECT_LT(pool.threadCount(), 100U);
+}
+
+TEST(WorkerPool, idleThreadsEndAfterAWhile) {
+    WorkerPool pool(1ms);
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 50; ++i)
+            pool.submit([] {});
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (pool.threadCount() > 0 && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::yield();
+        EXPECT_EQ(pool.threadCount(), 0U);
+    }
+}
+
+TEST(WorkerPool, itsEndWaitsForEveryJob) {
+    std::atomic<int> done = 0;
+    {
+        WorkerPool pool;
+        for (int i = 0; i < 50; ++i)
+            pool.submit([&] {
+                std::this_thread::yield();
+                ++done;
+            });
+    }
+    EXPECT_EQ(done, 50);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // these need address space of their own
+TEST(WorkerPool, aThreadThatCanNotBeHadIsAnErrorAndLosesTheJob) {
+    WorkerPool pool;
+    std::promise<void> end;
+    const auto held = std::make_shared<std::shared_future<void>>(end.get_future().share());
+    rlimit before{};
+    ::getrlimit(RLIMIT_AS, &before);
+    rlimit full = before;
+    full.rlim_cur = 1; // no room for more stacks than the system keeps in reserve
+    std::size_t accepted = 0;
+    ::setrlimit(RLIMIT_AS, &full);
+    try {
+        for (; accepted < 1000; ++accepted)
+            pool.submit([held] { held->wait(); });
+    } catch (const std::system_error&) {
+        // As it should be.
+    }
+    ::setrlimit(RLIMIT_AS, &before);
+    EXPECT_LT(accepted, 1000U);
+    EXPECT_EQ(pool.threadCount(), accepted);
+    end.set_value();
+    pool.finish();
+    EXPECT_EQ(held.use_count(), 1);
+}
+#endif
+
+} // namespace
+} // namespace quillorn

@@ -138,14 +138,15 @@ build() {
     cmake --build "$folder" --parallel "$(getconf _NPROCESSORS_ONLN)" || die "the build failed"
 }
 
-# Runs the tests of a preset; further arguments go to ctest. They get empty XDG folders: no test may ever meet the
-# user's own data.
+# Runs the tests of a preset, under the command in `launcher` where that is set; further arguments go to ctest. They
+# get empty XDG folders: no test may ever meet the user's own data.
 run_tests() {
     local preset=$1 home status=0
     shift
     home=$(mktemp -d)
-    XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data XDG_STATE_HOME=$home/state XDG_CACHE_HOME=$home/cache \
-        ctest --test-dir "$root/build/$preset" --output-on-failure --no-tests=error --parallel 2 "$@" || status=$?
+    # shellcheck disable=SC2086 # a command of several words
+    env XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_STATE_HOME="$home/state" \
+        XDG_CACHE_HOME="$home/cache" ${launcher:-} ctest --test-dir "$root/build/$preset" --output-on-failure --no-tests=error --parallel 2 "$@" || status=$?
     rm -rf "$home"
     return "$status"
 }

@@ -18,7 +18,7 @@ die() {
 logged() {
     mkdir -p "$root/build"
     if ! "$@" >"$root/build/setup.log" 2>&1; then
-        tail -n 15 "$root/build/setup.log" >&2
+        tail -n 8 "$root/build/setup.log" >&2
         return 1
     fi
 }
@@ -101,10 +101,10 @@ fetch_viewer() {
     rm -rf "$folder"
     mkdir -p "$folder/package"
     if (cd "$folder" && npm_quietly pack "$viewer_package" && tar -xzf ./*.tgz &&
-        [[ $(sha256 package/dist/browser/standalone.js) == "$viewer_sha256" ]]); then
+        [[ $(sha256 package/dist/browser/standalone.js) == "$viewer_sha256" ]]) 2>/dev/null; then
         mv "$folder/package/dist/browser/standalone.js" "$file"
     else
-        say "warning: the viewer could not be fetched; /docs will be empty in this build"
+        say "warning: the viewer could not be fetched (output in build/setup.log); /docs will be empty in this build"
         touch "$folder/unreachable"
     fi
     rm -rf "$folder/package" "$folder"/*.tgz

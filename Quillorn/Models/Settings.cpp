@@ -1,6 +1,7 @@
 #include "Models/Settings.h"
 
 #include "Platform/Date.h"
+#include "Platform/Paths.h"
 #include "Platform/SettingsStore.h"
 
 #include <algorithm>
@@ -123,6 +124,8 @@ std::string_view describe(SettingType type) {
     }
     return "a value";
 }
+
+std::filesystem::path settingsFile(const Paths& paths) { return paths.configuration() / "Quillorn" / "settings.json"; }
 
 void registerNotificationDefaults(SettingsStore& store) {
     Json::Object defaults;

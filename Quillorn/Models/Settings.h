@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 
 namespace quillorn {
 
+class Paths;
 class SettingsStore;
 
 enum class SettingType { text, integer, boolean, date, data, textList };
@@ -145,6 +147,9 @@ std::optional<Json> parseSetting(std::string_view text, SettingType type);
 std::string settingText(const Json& value);
 /// "a whole number", "true or false" and so on, for messages.
 std::string_view describe(SettingType type);
+
+/// The file in which the user's settings stand.
+std::filesystem::path settingsFile(const Paths& paths);
 
 /// Makes the defaults of reminders known to every reader of the store, also before anybody has opened the settings.
 void registerNotificationDefaults(SettingsStore& store);

@@ -18,6 +18,8 @@ namespace {
 constexpr const char* keyMissing = "API server not started: external access and \"require API key\" both need an API "
                                    "key. Set one in Settings.";
 
+constexpr const char* startFailed = "Failed to start API server: ";
+
 } // namespace
 
 APIServer::APIServer(APIServerEnvironment environment)
@@ -85,17 +87,18 @@ void APIServer::open(bool requireAuth) {
                 work();
         });
     };
+    m_server->onFailure = [this, post] { post([this] { didFail("API Server failed: ", "the socket was closed"); }); };
     try {
         m_opener = std::thread([this, post, requireAuth, port = m_port, &server = *m_server] {
             try {
                 server.start(port, true);
                 post([this, requireAuth, bound = server.port()] { didOpen(bound, requireAuth); });
             } catch (const std::exception& error) {
-                post([this, fault = std::string(error.what())] { didFail(fault); });
+                post([this, fault = std::string(error.what())] { didFail(startFailed, fault); });
             }
         });
     } catch (const std::system_error& error) {
-        didFail(error.what());
+        didFail(startFailed, error.what());
     }
 }
 
@@ -113,10 +116,10 @@ void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
     changed();
 }
 
-void APIServer::didFail(const std::string& error) {
+void APIServer::didFail(const char* what, const std::string& error) {
     drop();
     m_lastError = error;
-    m_environment.log.log("Failed to start API server: " + error);
+    m_environment.log.log(what + error);
     changed();
 }
 

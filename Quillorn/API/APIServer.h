@@ -82,7 +82,7 @@ class APIServer {
     std::unique_ptr<HttpServer> makeServer(bool requireAuth) const;
     void open(bool requireAuth);
     void didOpen(std::uint16_t boundPort, bool requireAuth);
-    void didFail(const std::string& error);
+    void didFail(const char* what, const std::string& error);
     void drop();
     void changed() const;
     void checkThread() const;

@@ -3,7 +3,7 @@
 #include "HTTP/HttpErrors.h"
 #include "HTTP/HttpServer.h"
 #include "HTTP/Socket.h"
-#include "HTTP/TestClient.h"
+#include "Support/TestClient.h"
 #include "Support/RecordingLog.h"
 
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "HTTP/HttpServer.h"
 
-#include "HTTP/TestClient.h"
+#include "Support/TestClient.h"
 #include "Support/RecordingLog.h"
 
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "HTTP/TestClient.h"
+#include "Support/TestClient.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

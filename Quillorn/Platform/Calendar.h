@@ -34,7 +34,9 @@ class Calendar {
     /// Monday 00:00 of the ISO 8601 week, whatever the locale's first weekday.
     Date startOfISOWeek(Date date) const;
 
-    /// The wall-clock time by a Unicode date pattern ("h:mm a", "MMM d, yyyy", "yyyyMMdd-HHmm").
+    /// The wall-clock time by a Unicode date pattern ("h:mm a", "MMM d, yyyy", "yyyyMMdd-HHmm"). Digits and year are
+    /// the locale's as well as the words, so for texts that programs read make a calendar with locale "en_US_POSIX".
+    /// Throws std::runtime_error for a pattern that is none.
     std::string format(Date date, std::string_view pattern) const;
     /// The locale's medium date style, no time ("Jan 31, 2026").
     std::string mediumDate(Date date) const;

@@ -25,7 +25,8 @@ class NotificationCenter {
   public:
     using Handler = std::function<void(const Notification&)>;
 
-    /// Ends its observation when it goes.
+    /// Ends its observation when it goes: from then on the handler is neither called nor running, except when its own
+    /// call drops the token. So a thread must not hold what a handler waits for while it drops that handler's token.
     class Token {
       public:
         Token() = default;
@@ -45,7 +46,9 @@ class NotificationCenter {
 
     /// Calls `handler` for each notification of that name: on the poster's thread before post() returns or, with a
     /// `queue`, later on that queue (without `object`, which belongs to the poster's thread).
+    /// The queue must outlive the center's posts.
     [[nodiscard]] Token observe(std::string_view name, Handler handler, MainQueue* queue = nullptr);
+    /// Handlers may post, observe and drop tokens. What one throws reaches the poster after all have been called.
     void post(const Notification& notification);
 
   private:

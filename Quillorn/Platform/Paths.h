@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -16,8 +17,12 @@ class Paths {
     virtual std::filesystem::path configuration() const = 0;
     /// The folder that the program's builds share under `identifier`; absent where the platform has none.
     virtual std::optional<std::filesystem::path> groupContainer(std::string_view identifier) const = 0;
-    /// The folder of files that were installed with the program (openapi.json and the like).
+    /// The folder of files that were installed with the program (openapi.json and the like). Throws
+    /// std::runtime_error when there is none.
     virtual std::filesystem::path resources() const = 0;
 };
+
+/// The paths of the system that this program was built for.
+std::unique_ptr<Paths> systemPaths();
 
 } // namespace quillorn

@@ -8,14 +8,15 @@ namespace quillorn {
 
 class SystemLog;
 
-/// The main queue of a program without a toolkit: run() works on the calling thread until stop().
+/// The main queue of a program without a toolkit: run() works on the calling thread until stop(). What work throws is
+/// logged. Work that is left at the end is dropped.
 class RunLoop final : public MainQueue {
   public:
     explicit RunLoop(SystemLog& log);
     ~RunLoop() override;
 
     void run();
-    /// Lets run() return after the work at hand; safe from any thread.
+    /// Lets run() return after the work at hand, or at once when it has not begun yet; safe from any thread.
     void stop();
 
     void post(Work work) override;

@@ -2,6 +2,7 @@
 
 #include "Platform/Text.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -50,6 +51,13 @@ UTF8Sequence firstUTF8Sequence(std::string_view text) {
         lead.highest = 0xBF;
     }
     return {lead.length, true};
+}
+
+bool isASCII(std::string_view text) {
+    for (; text.size() >= 8; text.remove_prefix(8))
+        if (!startsWithEightASCII(text.data()))
+            return false;
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
 }
 
 std::size_t validUTF8Length(std::string_view text) {

@@ -16,6 +16,7 @@ inline constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD"; // U+FF
 
 /// `text` must not be empty. Overlong forms, surrogates and values above U+10FFFF are malformed.
 UTF8Sequence firstUTF8Sequence(std::string_view text);
+bool isASCII(std::string_view text);
 /// The length of the longest well-formed start of `text`.
 std::size_t validUTF8Length(std::string_view text);
 /// `text` with a U+FFFD for each malformed part.

@@ -1,0 +1,127 @@
+#include "App/QuillornApp.h"
+
+#include "API/APIServer.h"
+#include "Models/SchemaVersions.h"
+#include "Models/Settings.h"
+#include "Platform/AtomicFile.h"
+#include "Platform/Paths.h"
+#include "Platform/SystemLog.h"
+#include "Services/BackupFolder.h"
+
+#include <fmt/core.h>
+#include <system_error>
+
+namespace quillorn {
+
+namespace {
+
+constexpr const char* storeName = "Quillorn.store";
+constexpr const char* groupContainer = "group.com.quillorn.app";
+constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
+
+} // namespace
+
+APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
+    const Settings settings(store);
+    const std::int64_t port = settings.integer(setting("apiPort"));
+    return {
+        .port = port == 0 ? std::int64_t{18080} : port,
+        .externalAccess = settings.boolean(setting("apiExternalAccess")),
+        .requireAuthLocal = settings.boolean(setting("apiRequireAuthLocal")),
+        .authKey = settings.text(setting("apiAuthKey")),
+    };
+}
+
+QuillornApp::QuillornApp(const AppEnvironment& environment, const ProcessInfo& process, ServerStart serverStart)
+    : m_environment(environment) {
+    const auto [isTesting, isDemo] = LaunchFlags::of(process);
+    if (isTesting || isDemo)
+        m_environment.log.log(fmt::format("Quillorn launch: isDemo={} isTesting={}", isDemo, isTesting));
+    // Before any service reads them.
+    registerNotificationDefaults(m_environment.settings);
+
+    if (isTesting) {
+        m_runMode = RunMode::test;
+        openInMemory("Failed to build in-memory test container: ");
+    } else if (isDemo) {
+        m_runMode = RunMode::demo;
+        openInMemory("Failed to build in-memory demo container: ");
+    } else {
+        openStore();
+    }
+    createServices();
+    if (m_runMode == RunMode::normal && serverStart == ServerStart::bySetting &&
+        Settings(m_environment.settings).boolean(setting("apiAutoStart")))
+        startAPIServer(APIServerOptions::fromSettings(m_environment.settings));
+}
+
+QuillornApp::~QuillornApp() = default;
+
+void QuillornApp::openInMemory(const std::string& fatalWords) {
+    if (m_storeFile.empty()) m_storeFile = "/dev/null";
+    try {
+        m_container = std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
+                                                       StoreEnvironment{m_environment.random, m_environment.notifications});
+    } catch (const std::exception& error) {
+        throw LaunchError(fatalWords + error.what());
+    }
+}
+
+void QuillornApp::openStore() {
+    const std::filesystem::path folder = m_environment.paths.applicationSupport() / "Quillorn";
+    m_storeFile = folder / storeName;
+    try {
+        createPrivateFolder(folder);
+    } catch (const std::system_error&) {
+        // Opening the store says what is wrong.
+    }
+    std::error_code ignored;
+    if (!std::filesystem::exists(m_storeFile, ignored)) fetchStoreFromGroupContainer(folder);
+    try {
+        m_container = openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
+                                    {m_environment.random, m_environment.notifications}, m_environment.log);
+    } catch (const std::exception& error) {
+        m_environment.log.log(fmt::format("QuillornApp: ModelContainer failed to open: {}", error.what()));
+        m_launchFailureMessage = error.what();
+        m_runMode = RunMode::fallback;
+        openInMemory("Could not open the data store or create a fallback container: ");
+    }
+}
+
+/// Carries over the data of builds that kept the store where several programs share it; the files there stay.
+void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& folder) const {
+    const auto group = m_environment.paths.groupContainer(groupContainer);
+    std::error_code ignored;
+    if (!group || !std::filesystem::exists(*group / storeName, ignored)) return;
+    for (const char* suffix : {"", "-shm", "-wal"}) {
+        const std::string name = std::string(storeName) + suffix;
+        std::filesystem::copy_file(*group / name, folder / name, ignored);
+    }
+}
+
+void QuillornApp::createServices() {
+    m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
+        .container = *m_container,
+        .clock = m_environment.clock,
+        .text = m_environment.text,
+        .paths = m_environment.paths,
+        .log = m_environment.log,
+        .mainQueue = m_environment.mainQueue,
+        .version = m_environment.version,
+    });
+}
+
+StoreRecovery QuillornApp::storeRecovery() const {
+    return {m_launchFailureMessage.value_or(""), backupFolder(m_environment.settings, m_storeFile)};
+}
+
+void QuillornApp::startAPIServer(const APIServerOptions& options) {
+    if (options.port < 0 || options.port > 65535) {
+        m_apiServer->setLastError("Port must be between 1 and 65535");
+        return;
+    }
+    m_apiServer->start(static_cast<std::uint16_t>(options.port), options.externalAccess, options.authKey,
+                       options.requireAuthLocal);
+}
+
+} // namespace quillorn

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "App/RunMode.h"
+#include "App/StoreRecovery.h"
+#include "Store/ModelContainer.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace quillorn {
+
+class APIServer;
+class Clock;
+class MainQueue;
+class NotificationCenter;
+class Paths;
+class RandomSource;
+class SettingsStore;
+class SystemLog;
+class Text;
+
+/// A launch that can't go on at all: not even an empty store could be made.
+class LaunchError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The outside world as the application sees it. Referred to, not owned.
+struct AppEnvironment {
+    const Clock& clock;
+    RandomSource& random;
+    SystemLog& log;
+    NotificationCenter& notifications;
+    MainQueue& mainQueue;
+    SettingsStore& settings;
+    const Paths& paths;
+    const Text& text;
+    /// Of the program.
+    std::string version;
+};
+
+/// How the API server is to listen.
+struct APIServerOptions {
+    /// 0 takes any free port.
+    std::int64_t port = 18080;
+    bool externalAccess = false;
+    bool requireAuthLocal = false;
+    std::string authKey{};
+
+    /// A stored port of 0 counts as 18080.
+    static APIServerOptions fromSettings(SettingsStore& settings);
+};
+
+/// The application object: opens the store, or a substitute, and owns everything long-lived. Lives on the main thread.
+class QuillornApp {
+  public:
+    enum class ServerStart { bySetting, byCaller };
+
+    /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
+    /// std::runtime_error for a user without a home.
+    QuillornApp(const AppEnvironment& environment, const ProcessInfo& process,
+                ServerStart serverStart = ServerStart::bySetting);
+    ~QuillornApp();
+    QuillornApp(const QuillornApp&) = delete;
+    QuillornApp& operator=(const QuillornApp&) = delete;
+
+    RunMode runMode() const { return m_runMode; }
+    ModelContainer& container() { return *m_container; }
+    APIServer& apiServer() { return *m_apiServer; }
+
+    /// Present in fallback mode only.
+    const std::optional<std::string>& launchFailureMessage() const { return m_launchFailureMessage; }
+    /// What to show in fallback mode.
+    StoreRecovery storeRecovery() const;
+
+    /// Starts the API server, or sets its lastError where the options make no sense.
+    void startAPIServer(const APIServerOptions& options);
+
+  private:
+    void openInMemory(const std::string& fatalWords);
+    void openStore();
+    void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
+    void createServices();
+
+    AppEnvironment m_environment;
+    RunMode m_runMode = RunMode::normal;
+    std::filesystem::path m_storeFile;
+    std::unique_ptr<ModelContainer> m_container;
+    std::optional<std::string> m_launchFailureMessage;
+    std::unique_ptr<APIServer> m_apiServer;
+};
+
+} // namespace quillorn

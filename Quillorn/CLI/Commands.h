@@ -1,0 +1,36 @@
+#pragma once
+
+#include "App/RunMode.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quillorn {
+
+/// What a command ends the process with.
+enum class ExitStatus { success = 0, failure = 1, usage = 2 };
+
+/// Options of `quillorn serve`; what is absent comes from the settings.
+struct ServeOptions {
+    std::optional<std::int64_t> port;
+    bool external = false;
+    bool requireAuth = false;
+    std::optional<std::string> key;
+};
+
+/// Runs the application without a window until SIGINT or SIGTERM.
+ExitStatus serve(const ServeOptions& options, const ProcessInfo& process);
+
+struct SettingsOptions {
+    /// Also what isn't chosen by the user.
+    bool all = false;
+    bool json = false;
+};
+
+ExitStatus listSettings(const SettingsOptions& options);
+ExitStatus getSetting(const std::string& key, const SettingsOptions& options);
+ExitStatus setSetting(const std::string& key, const std::string& value);
+ExitStatus resetSetting(const std::string& key);
+
+} // namespace quillorn

@@ -1,0 +1,106 @@
+#include "CLI/Commands.h"
+#include "Platform/Process.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <fmt/core.h>
+#include <functional>
+
+extern char** environ;
+
+namespace quillorn {
+namespace {
+
+ProcessInfo describeProcess(int count, char** arguments) {
+    ProcessInfo process;
+    process.arguments.assign(arguments + 1, arguments + count);
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        const std::size_t equals = text.find('=');
+        if (equals != std::string_view::npos) process.environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+    }
+    return process;
+}
+
+using Action = std::function<ExitStatus()>;
+
+void addServe(CLI::App& app, Action& action, const ProcessInfo& process) {
+    auto options = std::make_shared<ServeOptions>();
+    CLI::App* command = app.add_subcommand("serve", "Run the local API server in the foreground");
+    command->footer("The options stand in for the settings of this run and change none.\n"
+                    "SIGINT (Ctrl-C) and SIGTERM end the server. An empty store in memory is served when\n"
+                    "-QUILLORN_DEMO is given or the environment has QUILLORN_DEMO=1.");
+    command->add_option("--port", options->port, "Port to listen on; 0 takes any free one")
+        ->check(CLI::Range(0, 65535))
+        ->type_name("N");
+    command->add_flag("--external", options->external, "Let other machines reach the server; needs an API key");
+    command->add_flag("--require-auth", options->requireAuth, "Require the API key on this machine too");
+    command->add_option("--key", options->key, "The API key; QUILLORN_API_KEY in the environment does the same")
+        ->envname("QUILLORN_API_KEY")
+        ->type_name("KEY");
+    command->callback([&action, &process, options] { action = [=, &process] { return serve(*options, process); }; });
+}
+
+void addSettings(CLI::App& app, Action& action) {
+    auto options = std::make_shared<SettingsOptions>();
+    auto key = std::make_shared<std::string>();
+    auto value = std::make_shared<std::string>();
+    CLI::App* settings = app.add_subcommand("settings", "Read and change the settings");
+    settings->require_subcommand(1);
+
+    CLI::App* list = settings->add_subcommand("list", "Show every setting and its value");
+    list->add_flag("--all", options->all, "Also what services and windows keep for themselves");
+    list->add_flag("--json", options->json, "Print JSON");
+    list->callback([=, &action] { action = [=] { return listSettings(*options); }; });
+
+    CLI::App* get = settings->add_subcommand("get", "Print the value of one setting");
+    get->add_option("KEY", *key, "Name of the setting")->required();
+    get->add_flag("--json", options->json, "Print JSON");
+    get->callback([=, &action] { action = [=] { return getSetting(*key, *options); }; });
+
+    CLI::App* set = settings->add_subcommand("set", "Change one setting");
+    set->add_option("KEY", *key, "Name of the setting")->required();
+    set->add_option("VALUE", *value, "The new value")->required();
+    set->callback([=, &action] { action = [=] { return setSetting(*key, *value); }; });
+
+    CLI::App* reset = settings->add_subcommand("reset", "Go back to the default of one setting");
+    reset->add_option("KEY", *key, "Name of the setting")->required();
+    reset->callback([=, &action] { action = [=] { return resetSetting(*key); }; });
+}
+
+int run(int count, char** arguments) {
+    const ProcessInfo process = describeProcess(count, arguments);
+    CLI::App app("Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
+    app.set_version_flag("--version", "quillorn " QUILLORN_VERSION);
+    app.require_subcommand(1);
+    app.get_formatter()->column_width(34);
+    Action action;
+    addServe(app, action, process);
+    addSettings(app, action);
+
+    // The switch for demo mode is no option of the usual form; the application looks at it by itself.
+    std::vector<std::string> options = process.arguments;
+    std::erase(options, demoArgument);
+    std::reverse(options.begin(), options.end());
+    try {
+        app.parse(std::move(options));
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : static_cast<int>(ExitStatus::usage);
+    }
+    return static_cast<int>(action());
+}
+
+} // namespace
+} // namespace quillorn
+
+int main(int count, char** arguments) {
+    try {
+        quillorn::configureMemory();
+        return quillorn::run(count, arguments);
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "quillorn: {}\n", error.what());
+        return static_cast<int>(quillorn::ExitStatus::failure);
+    }
+}

@@ -1,0 +1,119 @@
+#include "Models/SchemaVersions.h"
+
+#include <string_view>
+
+// Schema versions that stores in the field have. Nothing here may follow a change of the live classes.
+
+namespace quillorn {
+
+namespace {
+
+using Columns = std::vector<ColumnSchema>;
+
+ColumnSchema plain(std::string_view name, StorageType type, bool required, std::string_view defaultValue = {}) {
+    ColumnSchema column;
+    column.name = name;
+    column.type = type;
+    column.required = required;
+    column.defaultValue = defaultValue;
+    return column;
+}
+
+ColumnSchema text(std::string_view name, std::string_view defaultValue) {
+    return plain(name, StorageType::text, true, defaultValue);
+}
+ColumnSchema integer(std::string_view name, std::string_view defaultValue) {
+    return plain(name, StorageType::integer, true, defaultValue);
+}
+ColumnSchema date(std::string_view name) {
+    return plain(name, StorageType::integer, true);
+}
+ColumnSchema optionalText(std::string_view name) {
+    return plain(name, StorageType::text, false);
+}
+ColumnSchema optionalDate(std::string_view name) {
+    return plain(name, StorageType::integer, false);
+}
+ColumnSchema optionalId(std::string_view name) {
+    return plain(name, StorageType::blob, false);
+}
+
+ColumnSchema reference(std::string_view name, std::string_view table, OnDelete onDelete) {
+    ColumnSchema column = plain(name, StorageType::integer, false);
+    column.references = table;
+    column.onDelete = onDelete;
+    return column;
+}
+
+TableSchema table(std::string_view name, const Columns& columns) {
+    TableSchema schema{.name = std::string(name), .columns = {idColumn()}, .indexes = {}};
+    schema.columns.insert(schema.columns.end(), columns.begin(), columns.end());
+    return schema;
+}
+
+Columns taskColumnsV1() {
+    return {
+        text("title", "''"),
+        optionalText("taskDescription"),
+        optionalDate("dueDate"),
+        optionalDate("completedAt"),
+        integer("priority", "1"),
+        integer("status", "0"),
+        integer("sortOrder", "0"),
+        date("createdAt"),
+        date("updatedAt"),
+        reference("project", "Project", OnDelete::cascade),
+        reference("parentTask", "ProjectTask", OnDelete::clear),
+    };
+}
+
+/// Versions 1 and 2 differ in the columns of ProjectTask alone.
+Schema frozenSchema(int version, const Columns& taskColumns) {
+    constexpr auto cascade = OnDelete::cascade;
+    Schema schema;
+    schema.applicationId = 0x5175696C;
+    schema.version = version;
+    schema.tables = {
+        table("Client",
+              {text("name", "''"), optionalText("clientDescription"), text("color", "'#007AFF'"),
+               text("icon", "'building.2.fill'"), date("createdAt"), date("updatedAt"), integer("isArchived", "0")}),
+        table("ProjectDivider",
+              {text("title", "''"), integer("sortOrder", "0"), date("createdAt"), optionalId("clientID")}),
+        table("Project", {text("name", "''"), optionalText("projectDescription"), text("color", "'#007AFF'"),
+                          date("createdAt"), date("updatedAt"), integer("isArchived", "0"), integer("sortOrder", "0"),
+                          optionalId("groupID"), reference("client", "Client", cascade)}),
+        table("ProjectTask", taskColumns),
+        table("Tag", {text("name", "''"), text("color", "'#007AFF'"), date("createdAt"), date("updatedAt")}),
+        table("TimeEntry", {date("startTime"), optionalDate("endTime"), optionalText("notes"), optionalText("title"),
+                            reference("task", "ProjectTask", cascade), reference("project", "Project", cascade)}),
+        table("Note", {text("title", "'Untitled Note'"), text("content", "''"), date("createdAt"), date("updatedAt"),
+                       integer("isPinned", "0"), reference("project", "Project", cascade),
+                       reference("task", "ProjectTask", cascade)}),
+        table("ChatMessage", {integer("role", "1"), text("content", "''"), date("createdAt"),
+                              reference("project", "Project", cascade), reference("client", "Client", cascade)}),
+    };
+    for (TableSchema& each : schema.tables)
+        if (each.name == "TimeEntry")
+            each.indexes = {{"task", "startTime", "endTime"}};
+    schema.links = {{"ProjectTask_Tag", "task", "ProjectTask", "tag", "Tag"}};
+    return schema;
+}
+
+} // namespace
+
+const Schema& QuillornSchemaV1() {
+    static const Schema schema = frozenSchema(1, taskColumnsV1());
+    return schema;
+}
+
+const Schema& QuillornSchemaV2() {
+    static const Schema schema = [] {
+        Columns columns = taskColumnsV1();
+        columns.push_back(optionalText("sourceTitle"));
+        columns.push_back(optionalText("sourceURL"));
+        return frozenSchema(2, columns);
+    }();
+    return schema;
+}
+
+} // namespace quillorn

@@ -1,0 +1,77 @@
+#include "Models/TaskActions.h"
+
+#include "Models/Note.h"
+#include "Models/ProjectTask.h"
+#include "Platform/Text.h"
+#include "Store/ModelContext.h"
+
+#include <fmt/core.h>
+
+namespace quillorn {
+
+namespace {
+
+std::string counted(std::size_t count, std::string_view noun, std::string_view plural) {
+    return fmt::format("{} {}", count, count == 1 ? noun : plural);
+}
+
+} // namespace
+
+Confirmation deletionOfTask(const ProjectTask& task) {
+    std::string belongings;
+    const auto add = [&](std::size_t count, std::string_view noun, std::string_view plural) {
+        if (count == 0)
+            return;
+        belongings += belongings.empty() ? " and its " : " and ";
+        belongings += counted(count, noun, plural);
+    };
+    add(task.timeEntries().size(), "time entry", "time entries");
+    add(task.notes().size(), "note", "notes");
+
+    std::string subtasks;
+    if (const std::size_t count = task.subtaskCount(); count > 0)
+        subtasks = fmt::format(" Its {} will be kept as top-level tasks.", counted(count, "subtask", "subtasks"));
+    return {"Delete Task?", fmt::format("This permanently deletes “{}”{}.{} This can’t be undone.", task.title(),
+                                        belongings, subtasks)};
+}
+
+Confirmation deletionOfTasks(std::size_t count) {
+    return {fmt::format("Delete {} Tasks?", count),
+            "This permanently deletes them with their time entries and notes. This can’t be undone."};
+}
+
+Confirmation deletionOfNote(const Note& note) {
+    return {"Delete Note?", fmt::format("This permanently deletes “{}”. This can’t be undone.", note.displayTitle())};
+}
+
+ProjectTask& duplicateTask(const ProjectTask& task, Date now) {
+    auto& copy = task.context().insert<ProjectTask>(
+        ProjectTask::Arguments{
+            .title = task.title() + " (Copy)",
+            .taskDescription = task.taskDescription(),
+            .dueDate = task.dueDate(),
+            .priority = task.priority(),
+            .project = task.project(),
+        },
+        now);
+    copy.setSourceTitle(task.sourceTitle());
+    copy.setSourceURL(task.sourceURL());
+    return copy;
+}
+
+void moveTask(ProjectTask& task, Project* project, Date now) {
+    task.setProject(project);
+    task.setUpdatedAt(now);
+}
+
+Note* addComment(ProjectTask& task, std::string_view text, Date now) {
+    const std::string_view content = trimWhitespaceAndNewlines(text);
+    if (content.empty())
+        return nullptr;
+    auto& note = task.context().insert<Note>(
+        Note::Arguments{.title = "", .content = std::string(content), .project = task.project(), .task = &task}, now);
+    task.setUpdatedAt(now);
+    return &note;
+}
+
+} // namespace quillorn

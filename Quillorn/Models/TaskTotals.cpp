@@ -1,0 +1,128 @@
+#include "Models/TaskTotals.h"
+
+#include "Models/Tag.h"
+#include "Store/KeyList.h"
+#include "Store/ModelContext.h"
+
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+namespace {
+
+/// A statement over the rows whose `column` is one of `keys`: "{}" in `sql` becomes the condition, which leaves out
+/// only absent values where there are so many keys that reading everything is faster.
+StatementLoan restricted(ModelContext& context, std::string sql, std::string_view column,
+                         const std::vector<RowKey>& keys) {
+    const bool lookUp = keys.size() <= keyLookupLimit;
+    const std::string condition =
+        std::string(column) + (lookUp ? " IN (SELECT value FROM json_each(?))" : " IS NOT NULL");
+    sql.replace(sql.find("{}"), 2, condition);
+    StatementLoan statement = context.statement(sql);
+    if (lookUp)
+        statement->bind(1, std::string_view(keyList(keys)));
+    return statement;
+}
+
+template <class Object>
+std::vector<RowKey> keysOf(const std::vector<Object*>& objects) {
+    std::vector<RowKey> keys;
+    keys.reserve(objects.size());
+    for (const Object* object : objects)
+        keys.push_back(object->key());
+    return keys;
+}
+
+using Parents = std::unordered_map<RowKey, RowKey>;
+
+/// The parent of each of the tasks that has one, and of each ancestor.
+Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
+    Parents parents;
+    // UNION, not UNION ALL: it drops what was seen, so that even a circle ends.
+    const StatementLoan rows =
+        restricted(context,
+                   tasks.size() <= keyLookupLimit
+                       ? "WITH RECURSIVE up(task, parent) AS ("
+                         "SELECT key, parentTask FROM ProjectTask WHERE {} "
+                         "UNION SELECT p.key, p.parentTask FROM up JOIN ProjectTask p ON p.key = up.parent) "
+                         "SELECT task, parent FROM up WHERE parent IS NOT NULL"
+                       : "SELECT key, parentTask FROM ProjectTask WHERE {}",
+                   tasks.size() <= keyLookupLimit ? "key" : "parentTask", tasks);
+    while (rows->step())
+        parents.emplace(rows->integer(0), rows->integer(1));
+    return parents;
+}
+
+/// Fills in the depth of every task that has a parent.
+void addDepths(const Parents& parents, const std::vector<RowKey>& tasks,
+               std::unordered_map<RowKey, TaskTotals>& totals) {
+    std::unordered_map<RowKey, std::int64_t> depths;
+    for (const RowKey task : tasks) {
+        std::vector<RowKey> path; // from the task up to where the depth is known
+        RowKey at = task;
+        while (parents.contains(at) && !depths.contains(at) && path.size() <= parents.size()) {
+            path.push_back(at);
+            at = parents.at(at);
+        }
+        const auto known = depths.find(at);
+        std::int64_t depth = known == depths.end() ? 0 : known->second;
+        for (auto ancestor = path.rbegin(); ancestor != path.rend(); ++ancestor)
+            depths[*ancestor] = ++depth;
+        if (const auto found = depths.find(task); found != depths.end())
+            totals[task].depth = found->second;
+    }
+}
+
+} // namespace
+
+TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<ProjectTask*>& tasks, Date now) {
+    const std::vector<RowKey> keys = keysOf(tasks);
+    m_totals.reserve(keys.size());
+    {
+        // In whole microseconds, so that the sum is exact; a running entry adds the present moment afterwards.
+        const StatementLoan rows =
+            restricted(context,
+                       "SELECT task, sum(coalesce(endTime, 0) - startTime), count(*) - count(endTime) "
+                       "FROM TimeEntry WHERE {} GROUP BY task",
+                       "task", keys);
+        const std::int64_t present = now.time_since_epoch().count();
+        while (rows->step()) {
+            const std::int64_t microseconds = rows->integer(1) + rows->integer(2) * present;
+            m_totals[rows->integer(0)].totalTimeSpent =
+                secondsBetween(Date{}, Date(std::chrono::microseconds(microseconds)));
+        }
+    }
+    {
+        const StatementLoan rows = restricted(
+            context, "SELECT parentTask, count(*), count(completedAt) FROM ProjectTask WHERE {} GROUP BY parentTask",
+            "parentTask", keys);
+        while (rows->step()) {
+            TaskTotals& totals = m_totals[rows->integer(0)];
+            totals.subtaskCount = rows->integer(1);
+            totals.completedSubtaskCount = rows->integer(2);
+        }
+    }
+    addDepths(parentsOf(context, keys), keys, m_totals);
+}
+
+TaskTotals TaskTotalsTable::of(const ProjectTask& task) const {
+    const auto found = m_totals.find(task.key());
+    return found == m_totals.end() ? TaskTotals{} : found->second;
+}
+
+TagCounts::TagCounts(ModelContext& context, const std::vector<Tag*>& tags) {
+    if (tags.empty())
+        return;
+    const StatementLoan rows =
+        restricted(context, "SELECT tag, count(*) FROM ProjectTask_Tag WHERE {} GROUP BY tag", "tag", keysOf(tags));
+    while (rows->step())
+        m_counts.emplace(rows->integer(0), rows->integer(1));
+}
+
+std::int64_t TagCounts::of(const Tag& tag) const {
+    const auto found = m_counts.find(tag.key());
+    return found == m_counts.end() ? 0 : found->second;
+}
+
+} // namespace quillorn

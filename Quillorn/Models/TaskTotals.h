@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Models/ProjectTask.h"
+
+#include <unordered_map>
+#include <vector>
+
+namespace quillorn {
+
+class ModelContext;
+
+/// What a listing shows of a task beyond its own row, added up in the store so that no entry has to be loaded. The
+/// numbers are those of ProjectTask::totalTimeSpent, subtaskCount, completedSubtaskCount and depth, as last saved.
+struct TaskTotals {
+    double totalTimeSpent = 0;
+    std::int64_t subtaskCount = 0;
+    std::int64_t completedSubtaskCount = 0;
+    std::int64_t depth = 0;
+};
+
+/// The totals of many tasks at a time, in a constant number of statements.
+class TaskTotalsTable {
+  public:
+    /// `tasks` belong to `context`; running entries count up to `now`.
+    TaskTotalsTable(ModelContext& context, const std::vector<ProjectTask*>& tasks, Date now);
+
+    TaskTotals of(const ProjectTask& task) const;
+
+  private:
+    std::unordered_map<RowKey, TaskTotals> m_totals; // no entry: all zero
+};
+
+/// Number of tasks of each tag of the context, as last saved, in one statement.
+class TagCounts {
+  public:
+    TagCounts(ModelContext& context, const std::vector<Tag*>& tags);
+
+    std::int64_t of(const Tag& tag) const;
+
+  private:
+    std::unordered_map<RowKey, std::int64_t> m_counts;
+};
+
+} // namespace quillorn

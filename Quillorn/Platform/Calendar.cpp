@@ -1,0 +1,98 @@
+#include "Platform/Calendar.h"
+
+#include "Platform/DateFormats.h"
+#include "Platform/ZoneRules.h"
+
+#include <algorithm>
+
+namespace quillorn {
+
+namespace {
+
+using namespace std::chrono;
+
+using LocalTime = local_time<Date::duration>;
+
+// The days that the calendar speaks of; instants outside count as the nearest one inside. One day of room at each
+// end is for the zone's offset.
+constexpr local_days firstDay{local_days{year{0} / January / 2}};
+constexpr local_days lastDay{local_days{year{9999} / December / 30}};
+
+bool isInRange(Date date) {
+    return date >= Date{firstDay.time_since_epoch()} && date < Date{(lastDay + days{1}).time_since_epoch()};
+}
+
+} // namespace
+
+struct Calendar::State {
+    State(std::string_view timeZone, std::string_view locale) : zone(timeZone), formats(locale) {}
+
+    LocalTime toLocal(Date date) const {
+        const Date inside = std::clamp(date, Date{firstDay.time_since_epoch()},
+                                       Date{(lastDay + days{1}).time_since_epoch()} - Date::duration{1});
+        return LocalTime{inside.time_since_epoch()} + zone.offsetAt(floor<seconds>(inside));
+    }
+
+    local_days localDay(Date date) const { return floor<days>(toLocal(date)); }
+
+    /// A skipped time moves forward by the length of the gap; of a repeated one the first is meant.
+    Date toDate(LocalTime time) const { return Date{time.time_since_epoch()} - zone.read(floor<seconds>(time)).offset; }
+
+    Date startOf(local_days day) const {
+        const ZoneRules::Reading midnight = zone.read(day);
+        return midnight.skippedAt ? Date{*midnight.skippedAt} : toDate(day);
+    }
+
+    ZoneRules zone;
+    DateFormats formats;
+};
+
+Calendar::Calendar(std::string_view timeZone, std::string_view locale)
+    : m_state(std::make_unique<State>(timeZone, locale)) {}
+Calendar::~Calendar() = default;
+Calendar::Calendar(Calendar&&) noexcept = default;
+Calendar& Calendar::operator=(Calendar&&) noexcept = default;
+
+const std::string& Calendar::timeZone() const {
+    return m_state->zone.name();
+}
+
+year_month_day Calendar::day(Date date) const {
+    return year_month_day{m_state->localDay(date)};
+}
+
+bool Calendar::isSameDay(Date a, Date b) const {
+    return m_state->localDay(a) == m_state->localDay(b);
+}
+
+Date Calendar::startOfDay(Date date) const {
+    return m_state->startOf(m_state->localDay(date));
+}
+
+Date Calendar::endOfDay(Date date) const {
+    return isInRange(date) ? addDays(startOfDay(date), 1) - seconds{1} : date;
+}
+
+Date Calendar::addDays(Date date, int count) const {
+    const LocalTime time = m_state->toLocal(date);
+    const local_days day = floor<days>(time);
+    const std::int64_t target = std::int64_t{day.time_since_epoch().count()} + count;
+    const std::int64_t inside =
+        std::clamp<std::int64_t>(target, firstDay.time_since_epoch().count(), lastDay.time_since_epoch().count());
+    return m_state->toDate(local_days{days{inside}} + (time - day));
+}
+
+Date Calendar::startOfISOWeek(Date date) const {
+    const local_days day = m_state->localDay(date);
+    return m_state->startOf(day - days{weekday{day}.iso_encoding() - 1});
+}
+
+std::string Calendar::format(Date date, std::string_view pattern) const {
+    return m_state->formats.format(floor<seconds>(m_state->toLocal(date)), pattern);
+}
+
+std::string Calendar::mediumDate(Date date) const {
+    return m_state->formats.mediumDate(floor<seconds>(m_state->toLocal(date)));
+}
+
+} // namespace quillorn

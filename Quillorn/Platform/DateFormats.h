@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+/// Wall-clock times in the words of one locale. Knows nothing of zones. Safe to share between threads.
+class DateFormats {
+  public:
+    explicit DateFormats(std::string_view locale);
+    ~DateFormats();
+
+    /// By a Unicode date pattern.
+    std::string format(std::chrono::local_seconds time, std::string_view pattern);
+    /// In the locale's medium date style.
+    std::string mediumDate(std::chrono::local_seconds time);
+
+  private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+} // namespace quillorn

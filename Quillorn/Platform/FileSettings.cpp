@@ -1,0 +1,263 @@
+#include "Platform/AtomicFile.h"
+#include "Platform/Clock.h"
+#include "Platform/SettingsStore.h"
+#include "Platform/SystemLog.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <mutex>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace quillorn {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t largestFile = 16 * 1024 * 1024;
+
+/// What tells one state of a file from another without reading it.
+struct Fingerprint {
+    dev_t device;
+    ino_t inode;
+    off_t size;
+    Date modified;
+
+    explicit Fingerprint(const struct stat& status)
+        : device(status.st_dev),
+          inode(status.st_ino),
+          size(status.st_size),
+          modified(modificationTime(status)) {}
+
+    bool operator==(const Fingerprint&) const = default;
+
+  private:
+    static Date modificationTime(const struct stat& status) {
+#ifdef __APPLE__
+        const timespec& time = status.st_mtimespec;
+#else
+        const timespec& time = status.st_mtim;
+#endif
+        return std::chrono::floor<Date::duration>(Date{} + std::chrono::seconds{time.tv_sec} +
+                                                  std::chrono::nanoseconds{time.tv_nsec});
+    }
+};
+
+std::string wordsFor(int error) {
+    return std::generic_category().message(error);
+}
+
+/// A fault that makes the file unreadable as it stands; not its content.
+class Unreadable : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+std::string wordsFor(const std::exception& error) {
+    const auto* systemError = dynamic_cast<const std::system_error*>(&error);
+    return systemError != nullptr ? systemError->code().message() : error.what();
+}
+
+struct Content {
+    std::string text;
+    Fingerprint fingerprint;
+};
+
+/// Absent when there is no file.
+std::optional<Content> readContent(const fs::path& file) {
+    // Without waiting, since a pipe in its place would wait for a writer for ever.
+    const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!opened) {
+        if (errno == ENOENT)
+            return std::nullopt;
+        throw Unreadable(wordsFor(errno));
+    }
+    struct stat status{};
+    if (::fstat(opened.number(), &status) != 0)
+        throw Unreadable(wordsFor(errno));
+    if (!S_ISREG(status.st_mode))
+        throw Unreadable(S_ISDIR(status.st_mode) ? wordsFor(EISDIR) : "Not a regular file");
+    Content content{{}, Fingerprint(status)};
+    char buffer[16 * 1024];
+    while (const ssize_t count = ::read(opened.number(), buffer, sizeof buffer)) {
+        if (count > 0)
+            content.text.append(buffer, static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            throw Unreadable(wordsFor(errno));
+        if (content.text.size() > largestFile)
+            throw Unreadable(wordsFor(EFBIG));
+    }
+    return content;
+}
+
+/// Absent, with the reason, when the text is no JSON object.
+std::optional<Json::Object> parseObject(const std::string& text, std::string& fault) {
+    try {
+        Json value = Json::parse(text);
+        if (Json::Object* object = value.asObject())
+            return std::move(*object);
+        fault = "it is no JSON object";
+    } catch (const JsonError& error) {
+        fault = error.what();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+struct FileSettings::State {
+    State(fs::path path, SystemLog& systemLog) : file(std::move(path)), log(systemLog) {}
+
+    fs::path lockFile() const { return file.string() + ".lock"; }
+    void refresh();
+    bool isCurrent() const;
+    bool load(std::string& fault);
+    void loadOrSetAside();
+    void setAside(const std::string& fault);
+    /// Makes the stored object be what `edit` turns it into; `edit` says whether it changed anything.
+    void change(const std::function<bool(Json::Object&)>& edit);
+
+    const fs::path file;
+    SystemLog& log;
+    std::mutex mutex;
+    Json::Object defaults;
+    Json::Object values;
+    /// Of the state that `values` came from; absent when the next access must read.
+    std::optional<Fingerprint> fingerprint;
+    std::string lastComplaint;
+};
+
+/// A file that changed within the resolution of its time stamp can't be told from its former state, so a fresh one
+/// is read again.
+bool FileSettings::State::isCurrent() const {
+    constexpr std::chrono::milliseconds stampResolution{50};
+    struct stat status{};
+    return fingerprint && ::stat(file.c_str(), &status) == 0 && Fingerprint(status) == *fingerprint &&
+           std::chrono::abs(SystemClock().now() - fingerprint->modified) > stampResolution;
+}
+
+/// Brings `values` up to date. False, with the fault, when the file holds no JSON object; throws Unreadable.
+bool FileSettings::State::load(std::string& fault) {
+    fingerprint.reset();
+    const auto content = readContent(file);
+    if (!content) {
+        values.clear();
+        return true;
+    }
+    auto object = parseObject(content->text, fault);
+    if (!object)
+        return false;
+    values = std::move(*object);
+    fingerprint = content->fingerprint;
+    lastComplaint.clear();
+    return true;
+}
+
+/// To be called under the file lock, so that nobody moves a file that another has just replaced.
+void FileSettings::State::loadOrSetAside() {
+    std::string fault;
+    if (!load(fault)) {
+        setAside(fault);
+        values.clear();
+    }
+}
+
+void FileSettings::State::setAside(const std::string& fault) {
+    const std::string base = fmt::format("{}.broken-{}", file.string(), formatISO8601(SystemClock().now()));
+    fs::path aside = base;
+    for (int i = 2; fs::exists(fs::symlink_status(aside)); ++i)
+        aside = fmt::format("{}-{}", base, i);
+    fs::rename(file, aside);
+    log.log(fmt::format("The settings file {} was broken ({}) and is now {}", file.string(), fault, aside.string()));
+}
+
+/// When the file can't be read the last values that could be stay in force: a process that runs short of descriptors
+/// must not forget, say, that it asks for keys.
+void FileSettings::State::refresh() {
+    if (isCurrent())
+        return;
+    try {
+        std::string fault;
+        if (load(fault))
+            return;
+        const FileLock lock(lockFile());
+        loadOrSetAside();
+    } catch (const std::exception& error) {
+        const std::string line = fmt::format("Can't read the settings file {}: {}", file.string(), wordsFor(error));
+        if (std::exchange(lastComplaint, line) != line)
+            log.log(line);
+    }
+}
+
+void FileSettings::State::change(const std::function<bool(Json::Object&)>& edit) {
+    const auto fail = [&](const char* verb, const std::exception& error) {
+        throw std::runtime_error(
+            fmt::format("Can't {} the settings file {}: {}", verb, file.string(), wordsFor(error)));
+    };
+    try {
+        createPrivateFolder(file.parent_path());
+        const FileLock lock(lockFile());
+        loadOrSetAside();
+        Json::Object changed = values;
+        if (!edit(changed))
+            return;
+        replaceFile(file, Json(changed).text(Json::Style::pretty) + "\n");
+        values = std::move(changed);
+        fingerprint.reset();
+    } catch (const Unreadable& error) {
+        fail("read", error);
+    } catch (const std::system_error& error) {
+        fail("write", error);
+    }
+}
+
+FileSettings::FileSettings(fs::path file, SystemLog& log) : m_state(std::make_unique<State>(std::move(file), log)) {}
+FileSettings::~FileSettings() = default;
+
+std::optional<Json> FileSettings::storedValue(std::string_view key) const {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->refresh();
+    const auto found = m_state->values.find(key);
+    return found == m_state->values.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<Json> FileSettings::value(std::string_view key) const {
+    if (auto stored = storedValue(key))
+        return stored;
+    const std::lock_guard lock(m_state->mutex);
+    const auto found = m_state->defaults.find(key);
+    return found == m_state->defaults.end() ? std::nullopt : std::optional(found->second);
+}
+
+void FileSettings::set(std::string_view key, Json value) {
+    (void)value.text(); // refuses what JSON can't say before anything is touched
+    const std::lock_guard lock(m_state->mutex);
+    m_state->change([&](Json::Object& values) {
+        const auto found = values.find(key);
+        if (found != values.end() && found->second == value)
+            return false;
+        values.insert_or_assign(std::string(key), std::move(value));
+        return true;
+    });
+}
+
+void FileSettings::remove(std::string_view key) {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->change([&](Json::Object& values) {
+        const auto found = values.find(key);
+        if (found == values.end())
+            return false;
+        values.erase(found);
+        return true;
+    });
+}
+
+void FileSettings::registerDefaults(const Json::Object& defaults) {
+    const std::lock_guard lock(m_state->mutex);
+    for (const auto& [key, value] : defaults)
+        m_state->defaults.insert_or_assign(key, value);
+}
+
+} // namespace quillorn

@@ -1,0 +1,26 @@
+#include "Platform/Process.h"
+
+#include <malloc.h>
+#include <sys/resource.h>
+
+namespace quillorn {
+
+std::uint64_t raiseDescriptorLimit() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return 0;
+    rlimit raised = limit;
+    raised.rlim_cur = raised.rlim_max;
+    return setrlimit(RLIMIT_NOFILE, &raised) == 0 ? raised.rlim_cur : limit.rlim_cur;
+}
+
+void configureMemory() {
+    // By default each thread may get an arena of its own, up to eight a core, and none shrinks to nothing.
+    mallopt(M_ARENA_MAX, 2);
+}
+
+void releaseFreeMemory() {
+    malloc_trim(0);
+}
+
+} // namespace quillorn

@@ -1,0 +1,169 @@
+#include "Platform/RunLoop.h"
+
+#include "Platform/SystemLog.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <fmt/core.h>
+#include <mutex>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+namespace quillorn {
+
+namespace {
+
+using Moment = std::chrono::steady_clock::time_point;
+
+// Beyond any use, and far from where adding to a moment would overflow.
+constexpr std::chrono::milliseconds longestDelay = std::chrono::hours{24 * 365 * 100};
+
+} // namespace
+
+struct RunLoop::State {
+    struct Timer {
+        Moment due;
+        std::chrono::milliseconds period; // zero: once
+        std::shared_ptr<const Work> work; // shared, since a timer may be cancelled by its own work
+    };
+
+    explicit State(SystemLog& systemLog) : log(systemLog) {}
+
+    TimerId add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Work work);
+    /// The work that is due with its timer's number, or a null pointer when none is. The caller holds the mutex.
+    std::pair<std::uint64_t, std::shared_ptr<const Work>> takeDue();
+    void finishTick(std::uint64_t id);
+    void run(const Work& work);
+
+    SystemLog& log;
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool stopped = false;
+    std::deque<Work> posted;
+    std::uint64_t lastTimer = 0;
+    std::unordered_map<std::uint64_t, Timer> timers;
+    std::set<std::pair<Moment, std::uint64_t>> schedule; // the timers that wait, soonest first
+};
+
+MainQueue::TimerId RunLoop::State::add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Work work) {
+    using std::chrono::milliseconds;
+    const Moment due = std::chrono::steady_clock::now() + std::clamp(delay, milliseconds{0}, longestDelay);
+    auto shared = std::make_shared<const Work>(std::move(work));
+    const std::lock_guard lock(mutex);
+    const std::uint64_t id = ++lastTimer;
+    timers.emplace(id, Timer{due, period, std::move(shared)});
+    schedule.emplace(due, id);
+    changed.notify_one();
+    return TimerId{id};
+}
+
+std::pair<std::uint64_t, std::shared_ptr<const MainQueue::Work>> RunLoop::State::takeDue() {
+    if (schedule.empty() || schedule.begin()->first > std::chrono::steady_clock::now())
+        return {};
+    const std::uint64_t id = schedule.begin()->second;
+    schedule.erase(schedule.begin());
+    const auto timer = timers.find(id);
+    std::pair<std::uint64_t, std::shared_ptr<const Work>> due{id, timer->second.work};
+    if (timer->second.period == std::chrono::milliseconds{0})
+        timers.erase(timer);
+    return due;
+}
+
+/// Sets a repeating timer's next tick; only now, so that work that takes longer than its period can't keep out the
+/// rest.
+void RunLoop::State::finishTick(std::uint64_t id) {
+    const std::lock_guard lock(mutex);
+    const auto found = timers.find(id);
+    if (found == timers.end())
+        return;
+    Timer& timer = found->second;
+    const Moment now = std::chrono::steady_clock::now();
+    timer.due += timer.period;
+    if (timer.due <= now)
+        timer.due = now + timer.period;
+    schedule.emplace(timer.due, id);
+}
+
+void RunLoop::State::run(const Work& work) {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        log.log(fmt::format("Work on the main queue failed: {}", error.what()));
+    } catch (...) {
+        log.log("Work on the main queue failed");
+    }
+}
+
+RunLoop::RunLoop(SystemLog& log) : m_state(std::make_unique<State>(log)) {}
+
+RunLoop::~RunLoop() {
+    // What the work holds may post or cancel while it is destroyed, so that happens while the state still stands.
+    std::deque<Work> posted;
+    std::unordered_map<std::uint64_t, State::Timer> timers;
+    const std::lock_guard lock(m_state->mutex);
+    posted.swap(m_state->posted);
+    timers.swap(m_state->timers);
+    m_state->schedule.clear();
+}
+
+void RunLoop::run() {
+    State& state = *m_state;
+    std::unique_lock lock(state.mutex);
+    while (!std::exchange(state.stopped, false)) {
+        if (auto [id, work] = state.takeDue(); work) {
+            lock.unlock();
+            state.run(*work);
+            state.finishTick(id);
+            work.reset();
+            lock.lock();
+        } else if (!state.posted.empty()) {
+            Work next = std::move(state.posted.front());
+            state.posted.pop_front();
+            lock.unlock();
+            state.run(next);
+            next = nullptr;
+            lock.lock();
+        } else if (state.schedule.empty()) {
+            state.changed.wait(lock);
+        } else {
+            state.changed.wait_until(lock, Moment{state.schedule.begin()->first});
+        }
+    }
+}
+
+void RunLoop::stop() {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->stopped = true;
+    m_state->changed.notify_one();
+}
+
+void RunLoop::post(Work work) {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->posted.push_back(std::move(work));
+    m_state->changed.notify_one();
+}
+
+MainQueue::TimerId RunLoop::after(std::chrono::milliseconds delay, Work work) {
+    return m_state->add(delay, std::chrono::milliseconds{0}, std::move(work));
+}
+
+MainQueue::TimerId RunLoop::every(std::chrono::milliseconds period, Work work) {
+    period = std::clamp(period, std::chrono::milliseconds{1}, longestDelay);
+    return m_state->add(period, period, std::move(work));
+}
+
+void RunLoop::cancel(TimerId timer) {
+    std::shared_ptr<const Work> unused; // destroyed outside the lock: what it holds may call us
+    const std::lock_guard lock(m_state->mutex);
+    const auto found = m_state->timers.find(static_cast<std::uint64_t>(timer));
+    if (found == m_state->timers.end())
+        return;
+    unused = std::move(found->second.work);
+    m_state->schedule.erase({found->second.due, found->first});
+    m_state->timers.erase(found);
+}
+
+} // namespace quillorn

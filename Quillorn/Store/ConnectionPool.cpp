@@ -1,0 +1,43 @@
+#include "Store/ConnectionPool.h"
+
+namespace quillorn {
+
+namespace {
+
+/// More than this many connections rest only while requests come side by side; each holds up to 2 MB of pages.
+constexpr std::size_t restingLimit = 4;
+
+} // namespace
+
+ConnectionPool::Loan::~Loan() {
+    if (m_database)
+        m_pool->giveBack(std::move(m_database));
+}
+
+ConnectionPool::Loan ConnectionPool::borrow() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_resting.empty()) {
+            auto database = std::move(m_resting.back());
+            m_resting.pop_back();
+            return {*this, std::move(database)};
+        }
+    }
+    return {*this, open()};
+}
+
+std::unique_ptr<Database> ConnectionPool::open() {
+    auto database = std::make_unique<Database>(m_location, m_executions);
+    database->configure();
+    return database;
+}
+
+void ConnectionPool::giveBack(std::unique_ptr<Database> database) {
+    database->rollBack();
+    const std::lock_guard lock(m_mutex);
+    if (m_resting.size() < restingLimit)
+        m_resting.push_back(std::move(database));
+    // One too many closes at the end of this scope, outside of nobody's way: closing never checkpoints.
+}
+
+} // namespace quillorn

@@ -1,0 +1,136 @@
+#include "Store/Database.h"
+
+#include "Store/StoreError.h"
+
+#include <fmt/core.h>
+#include <sqlite3.h>
+
+namespace quillorn {
+
+namespace {
+
+/// How long a connection waits for a lock of SQLite's own. Writers queue at WriteLock before; this is for the short
+/// moments of recovery and checkpoints.
+constexpr int busyMilliseconds = 5000;
+
+} // namespace
+
+Database::Database(const std::string& location, std::atomic<std::uint64_t>& executions)
+    : m_location(location),
+      m_executions(executions) {
+    // No mutex of SQLite's: a connection belongs to one context, and a context to one thread.
+    const int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE;
+    const int result = sqlite3_open_v2(location.c_str(), &m_handle, flags, nullptr);
+    if (result != SQLITE_OK) {
+        const StoreError error(fmt::format("Can't open the store {}: {}", m_location,
+                                           m_handle != nullptr ? sqlite3_errmsg(m_handle) : "out of memory"),
+                               result);
+        sqlite3_close_v2(m_handle);
+        throw error;
+    }
+    sqlite3_busy_timeout(m_handle, busyMilliseconds);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    // Replaces the automatic checkpoint, which would run on whichever connection commits.
+    sqlite3_wal_hook(
+        m_handle,
+        [](void* self, sqlite3*, const char*, int pages) {
+            static_cast<Database*>(self)->m_logPages = pages;
+            return SQLITE_OK;
+        },
+        this);
+}
+
+Database::~Database() {
+    m_statements.clear();
+    sqlite3_close_v2(m_handle);
+}
+
+void Database::configure() {
+    execute("PRAGMA foreign_keys = ON;"
+            "PRAGMA synchronous = FULL;"
+            "PRAGMA mmap_size = 0;"
+            "PRAGMA temp_store = MEMORY;"
+            "PRAGMA cache_size = -2000;");
+}
+
+StatementLoan Database::statement(std::string_view sql) {
+    auto found = m_statements.find(sql);
+    if (found == m_statements.end()) {
+        auto statement = std::make_unique<Statement>(*this, sql);
+        found = m_statements.emplace(std::string(sql), Cached{std::move(statement), false}).first;
+    } else if (found->second.inUse) {
+        return StatementLoan(std::make_unique<Statement>(*this, sql));
+    }
+    return {*found->second.statement, found->second.inUse};
+}
+
+void Database::execute(const std::string& sql) {
+    countExecution();
+    const int result = sqlite3_exec(m_handle, sql.c_str(), nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK)
+        fail(result);
+}
+
+std::int64_t Database::integer(std::string_view sql) {
+    const StatementLoan query = statement(sql);
+    return query->step() ? query->integer(0) : 0;
+}
+
+bool Database::inTransaction() const {
+    return sqlite3_get_autocommit(m_handle) == 0;
+}
+
+void Database::rollBack() noexcept {
+    if (inTransaction())
+        sqlite3_exec(m_handle, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+std::int64_t Database::changes() const {
+    return sqlite3_changes64(m_handle);
+}
+
+void Database::checkpoint(bool truncateLog) noexcept {
+    const int mode = truncateLog ? SQLITE_CHECKPOINT_TRUNCATE : SQLITE_CHECKPOINT_PASSIVE;
+    sqlite3_wal_checkpoint_v2(m_handle, nullptr, mode, nullptr, nullptr);
+}
+
+void Database::releaseMemory() noexcept {
+    sqlite3_db_release_memory(m_handle);
+}
+
+void Database::observeRows(RowObserver observer) {
+    m_rowObserver = std::move(observer);
+    if (!m_rowObserver) {
+        sqlite3_update_hook(m_handle, nullptr, nullptr);
+        return;
+    }
+    sqlite3_update_hook(
+        m_handle,
+        [](void* self, int operation, const char*, const char* table, sqlite3_int64 key) {
+            const RowChange change = operation == SQLITE_INSERT   ? RowChange::inserted
+                                     : operation == SQLITE_DELETE ? RowChange::deleted
+                                                                  : RowChange::updated;
+            static_cast<Database*>(self)->m_rowObserver(table, key, change);
+        },
+        this);
+}
+
+void Database::fail(int result) const {
+    const std::string words = sqlite3_errmsg(m_handle);
+    const std::string kind = sqlite3_errstr(result);
+    throw StoreError(words == kind ? words : fmt::format("{} ({})", words, kind), result);
+}
+
+Transaction::Transaction(Database& database, Kind kind) : m_database(database) {
+    m_database.statement(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN")->run();
+}
+
+void Transaction::commit() {
+    m_database.statement("COMMIT")->run();
+    m_done = true;
+}
+
+} // namespace quillorn

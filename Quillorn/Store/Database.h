@@ -1,0 +1,96 @@
+#pragma once
+
+#include "Store/Statement.h"
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+/// What happened to one row, as SQLite's update hook tells it.
+enum class RowChange { inserted, updated, deleted };
+
+/// One connection to a SQLite file, used by one thread at a time. It never checkpoints by itself, neither after a
+/// commit nor on closing: see WriteLock for why.
+class Database {
+  public:
+    /// Opens an existing or new file at `location`, a path or a "file:" URI. `executions` is counted up for every
+    /// statement run. Nothing is read or written yet. Throws StoreError.
+    Database(const std::string& location, std::atomic<std::uint64_t>& executions);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// The rules by which every connection of ours works: foreign keys, durability, memory.
+    void configure();
+
+    StatementLoan statement(std::string_view sql);
+    /// Runs one or more statements without parameters or results.
+    void execute(const std::string& sql);
+    /// The first column of the first row of a query without parameters; 0 without a row.
+    std::int64_t integer(std::string_view sql);
+
+    bool inTransaction() const;
+    /// Rolls back if a transaction is open; never throws.
+    void rollBack() noexcept;
+
+    /// Number of rows that the last statement changed by itself, without cascades.
+    std::int64_t changes() const;
+    /// Pages in the write-ahead log after this connection's last commit.
+    int logPages() const { return m_logPages; }
+    /// Moves what readers allow of the write-ahead log into the file. The caller holds the write lock. A failure
+    /// does no harm, since the log keeps everything, and is not reported.
+    void checkpoint(bool truncateLog) noexcept;
+    /// Gives back the memory of cached pages.
+    void releaseMemory() noexcept;
+
+    using RowObserver = std::function<void(std::string_view table, std::int64_t key, RowChange change)>;
+    /// Called for every row written from now on, those of foreign key actions included. An empty function ends it.
+    void observeRows(RowObserver observer);
+
+    sqlite3* handle() const { return m_handle; }
+    void countExecution() { m_executions.fetch_add(1, std::memory_order_relaxed); }
+    /// Throws StoreError in the words of the connection's last failure.
+    [[noreturn]] void fail(int result) const;
+
+  private:
+    struct Cached {
+        std::unique_ptr<Statement> statement;
+        bool inUse = false;
+    };
+
+    std::string m_location;
+    sqlite3* m_handle = nullptr;
+    std::atomic<std::uint64_t>& m_executions;
+    std::map<std::string, Cached, std::less<>> m_statements;
+    RowObserver m_rowObserver;
+    int m_logPages = 0;
+};
+
+/// A transaction that rolls back unless it was committed.
+class Transaction {
+  public:
+    enum class Kind { read, write };
+
+    Transaction(Database& database, Kind kind);
+    ~Transaction() {
+        if (!m_done)
+            m_database.rollBack();
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit();
+
+  private:
+    Database& m_database;
+    bool m_done = false;
+};
+
+} // namespace quillorn

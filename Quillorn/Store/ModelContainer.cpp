@@ -1,0 +1,105 @@
+#include "Store/ModelContainer.h"
+
+#include "Platform/UUID.h"
+#include "Store/StoreError.h"
+
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace quillorn {
+
+namespace {
+
+/// Pages in the log from which a commit is followed by a checkpoint, as SQLite's own default, and from which it
+/// tries to start the log over although readers may be in the way.
+constexpr int checkpointPages = 1000;
+constexpr int truncatePages = 16000;
+
+std::string location(const ModelConfiguration& configuration, RandomSource& random) {
+    // The "memdb" file system shares a database in memory by its name.
+    if (!configuration.url)
+        return "file:/" + UUID::random(random).string() + "?vfs=memdb";
+    return configuration.url->string();
+}
+
+/// Makes a missing file with the mode that all our files have, and reports one that can't be used in the system's
+/// words; SQLite has only "unable to open database file" for all cases. An existing file is not opened: closing it
+/// would drop the locks that SQLite holds on it for another container of this process.
+void prepareFile(const std::filesystem::path& file) {
+    const auto fail = [&](int error) {
+        throw StoreError(fmt::format("Can't open {}: {}", file.string(), std::generic_category().message(error)));
+    };
+    if (std::filesystem::is_directory(file))
+        fail(EISDIR);
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (descriptor >= 0)
+        ::close(descriptor);
+    else if (errno != EEXIST)
+        fail(errno);
+    else if (::access(file.c_str(), R_OK | W_OK) != 0)
+        fail(errno);
+}
+
+std::optional<std::filesystem::path> prepareFiles(const ModelConfiguration& configuration) {
+    if (!configuration.url)
+        return std::nullopt;
+    prepareFile(*configuration.url);
+    return configuration.url->string() + "-lock";
+}
+
+} // namespace
+
+ModelContainer::ModelContainer(const Schema& schema, const MigrationPlan* plan, ModelConfiguration configuration,
+                               StoreEnvironment environment)
+    : m_schema(schema),
+      m_configuration(std::move(configuration)),
+      m_environment(environment),
+      m_writeLock(prepareFiles(m_configuration)),
+      m_pool(location(m_configuration, environment.random)) {
+    try {
+        open(plan);
+    } catch (const StoreError& error) {
+        if (isInMemory())
+            throw;
+        throw StoreError(fmt::format("Can't open {}: {}", m_configuration.url->string(), error.what()), error.code());
+    }
+}
+
+ModelContainer::~ModelContainer() {
+    if (isInMemory())
+        return;
+    try {
+        // Connections don't checkpoint on closing, so that it happens under the lock, like every checkpoint.
+        const WriteLock::Guard guard = m_writeLock.acquire();
+        m_pool.borrow()->checkpoint(true);
+    } catch (const std::exception&) {
+        // The log keeps everything; the next opening reads it.
+    }
+}
+
+void ModelContainer::open(const MigrationPlan* plan) {
+    const WriteLock::Guard guard = m_writeLock.acquire();
+    auto database = m_pool.borrow();
+    const StoreContent content = inspectStore(*database, m_schema);
+    if (!isInMemory())
+        database->execute("PRAGMA journal_mode = WAL");
+    if (content == StoreContent::empty)
+        createStore(*database, m_schema);
+    else if (plan != nullptr)
+        migrateStore(*database, m_schema, *plan);
+    else
+        migrateStoreByInference(*database, m_schema);
+    if (isInMemory())
+        m_anchor = m_pool.open();
+}
+
+void ModelContainer::checkpointIfDue(Database& database) {
+    if (isInMemory() || database.logPages() < checkpointPages)
+        return;
+    database.checkpoint(database.logPages() >= truncatePages);
+}
+
+} // namespace quillorn

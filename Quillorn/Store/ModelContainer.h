@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Store/ConnectionPool.h"
+#include "Store/Migration.h"
+#include "Store/WriteLock.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quillorn {
+
+class Clock;
+class NotificationCenter;
+class RandomSource;
+
+/// Where a container keeps its data.
+struct ModelConfiguration {
+    std::string name;
+    /// The store file; absent for a store in memory, which goes with its container.
+    std::optional<std::filesystem::path> url;
+    /// The container of a cloud mirror. Kept as configuration: no platform of ours mirrors yet.
+    std::string cloudContainerIdentifier;
+};
+
+/// What the store needs of the outside world. Referred to, not owned.
+struct StoreEnvironment {
+    RandomSource& random;
+    NotificationCenter& notifications;
+};
+
+/// One open store: its schema, its connections and its write lock. Safe to share between threads; work happens in a
+/// ModelContext.
+class ModelContainer {
+  public:
+    /// Opens or creates the store. With a plan the file must have a version of the plan, and is migrated along it;
+    /// without one, whatever is missing is inferred and added. Throws StoreError; a file that can't be opened stays as
+    /// it was, byte for byte.
+    ModelContainer(const Schema& schema, const MigrationPlan* plan, ModelConfiguration configuration,
+                   StoreEnvironment environment);
+    ~ModelContainer();
+    ModelContainer(const ModelContainer&) = delete;
+    ModelContainer& operator=(const ModelContainer&) = delete;
+
+    const Schema& schema() const { return m_schema; }
+    const ModelConfiguration& configuration() const { return m_configuration; }
+    bool isInMemory() const { return !m_configuration.url; }
+    RandomSource& random() const { return m_environment.random; }
+    NotificationCenter& notifications() const { return m_environment.notifications; }
+
+    /// Statements run so far by all contexts, for tests and benchmarks.
+    std::uint64_t executedStatements() const { return m_pool.executions(); }
+
+  private:
+    friend class ModelContext;
+    friend class ContextSave;
+
+    void open(const MigrationPlan* plan);
+    /// After a commit, under the write lock: keeps the write-ahead log short.
+    void checkpointIfDue(Database& database);
+
+    const Schema& m_schema;
+    ModelConfiguration m_configuration;
+    StoreEnvironment m_environment;
+    WriteLock m_writeLock;
+    ConnectionPool m_pool;
+    /// Keeps a store in memory alive while no context is open.
+    std::unique_ptr<Database> m_anchor;
+};
+
+} // namespace quillorn

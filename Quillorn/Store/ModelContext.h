@@ -1,0 +1,144 @@
+#pragma once
+
+#include "Store/ChangeSet.h"
+#include "Store/EntityType.h"
+#include "Store/ModelContainer.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace quillorn {
+
+/// Which rows a fetch returns, in SQL over the columns of the type's table.
+struct Query {
+    /// Without WHERE; empty for all rows.
+    std::string where{};
+    std::vector<SQLValue> values{};
+    /// Without ORDER BY; empty for the order of insertion.
+    std::string order{};
+};
+
+/// A unit of work: fetches records as objects, keeps each row as one object, and writes what was changed in one
+/// transaction. It owns its objects, and is used on the thread that made it. All that it reads is one snapshot of the
+/// store, up to a save.
+///
+/// Queries don't see what has not been saved; relations do.
+class ModelContext {
+  public:
+    enum class Intent {
+        /// Reads take no lock; a save writes changed columns over whatever is there by then.
+        read,
+        /// Holds the write lock from the start to the first save, so that what is written follows from what was read.
+        update,
+    };
+
+    explicit ModelContext(ModelContainer& container, Intent intent = Intent::read);
+    ~ModelContext();
+    ModelContext(const ModelContext&) = delete;
+    ModelContext& operator=(const ModelContext&) = delete;
+
+    ModelContainer& container() const { return m_container; }
+
+    template <class Type>
+    std::vector<Type*> fetch(const Query& query = {}) {
+        std::vector<Type*> objects;
+        fetchInto(Type::entityType(), query, [&](Entity& object) { objects.push_back(static_cast<Type*>(&object)); });
+        return objects;
+    }
+
+    /// The record of that id, the oldest where several carry it; null when there is none.
+    template <class Type>
+    Type* find(const UUID& id) {
+        Type* found = nullptr;
+        fetchInto(Type::entityType(), Query{.where = "id = ?", .values = {id}, .order = "key LIMIT 1"},
+                  [&](Entity& object) { found = static_cast<Type*>(&object); });
+        return found;
+    }
+
+    /// Makes a new record with a fresh id. The arguments go to its `initialize`.
+    template <class Type, class... Arguments>
+    Type& insert(Arguments&&... arguments) {
+        auto& object = static_cast<Type&>(insertBlank(Type::entityType()));
+        object.initialize(std::forward<Arguments>(arguments)...);
+        return object;
+    }
+
+    /// Deletes at the next save; the store's rules take along what belongs to it and clear what refers to it.
+    void remove(Entity& object);
+
+    /// Writes everything in one transaction. When it throws StoreError, the store and the objects are as before.
+    void save();
+    bool hasChanges() const {
+        return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty() || !m_links.empty();
+    }
+
+    /// Ends the reading: the connection goes back, and objects keep what they have loaded. For answers that are
+    /// written out slowly.
+    void endReading();
+
+    /// A query of one's own in this context's snapshot.
+    StatementLoan statement(std::string_view sql);
+
+  private:
+    friend class Entity;
+    friend class RelationLoader;
+    friend class ContextSave;
+
+    /// The objects of one type.
+    struct Registry {
+        const EntityType* type = nullptr;
+        std::vector<std::unique_ptr<Entity>> objects;
+        std::unordered_map<RowKey, Entity*> byKey;
+    };
+    /// An unsaved change of a link: the table's first and second object, and whether they are to be linked.
+    struct LinkChange {
+        const ToMany* relation; // as seen from the owner
+        Entity* owner;
+        Entity* other;
+        bool linked;
+    };
+
+    template <class Visit>
+    void fetchInto(const EntityType& type, const Query& query, Visit&& visit) {
+        std::string sql = type.select;
+        if (!query.where.empty())
+            sql += " WHERE " + query.where;
+        sql += " ORDER BY " + (query.order.empty() ? "key" : query.order);
+        const StatementLoan rows = statement(sql);
+        rows->bindAll(query.values);
+        Registry& registry = registryOf(type);
+        while (rows->step())
+            visit(objectFromRow(registry, *rows));
+    }
+
+    void checkThread() const;
+    Registry& registryOf(const EntityType& type);
+    Database& database();
+    /// The object of the row that the statement stands on, made if need be.
+    Entity& objectFromRow(Registry& registry, const Statement& row);
+    Entity& insertBlank(const EntityType& type);
+    void noteChanged(Entity& object);
+    void noteLink(const ToMany& relation, Entity& owner, Entity& other, bool linked);
+    void loadReferences(const EntityType& type, std::size_t column);
+    void loadList(const EntityType& type, std::size_t relation);
+    /// After deletions: takes the deleted out of the lists and references of the objects that are left.
+    void forgetDeleted();
+
+    ModelContainer& m_container;
+    std::thread::id m_thread;
+    std::optional<WriteLock::Guard> m_writeGuard;
+    std::optional<ConnectionPool::Loan> m_database;
+    std::vector<Registry> m_registries; // in the schema's order
+    std::vector<Entity*> m_inserted;
+    std::vector<Entity*> m_changed;
+    std::vector<Entity*> m_removed;
+    std::vector<LinkChange> m_links;
+};
+
+} // namespace quillorn

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Store/ModelContext.h"
+
+#include <string>
+#include <vector>
+
+namespace quillorn {
+
+/// Loads one relation for all objects of a type in a context that lack it: a constant number of statements, however
+/// many objects there are.
+class RelationLoader {
+  public:
+    explicit RelationLoader(ModelContext& context) : m_context(context) {}
+
+    void loadReferences(const EntityType& type, std::size_t column);
+    void loadList(const EntityType& type, std::size_t relation);
+
+  private:
+    using Objects = std::vector<Entity*>;
+
+    Objects objectsWithoutList(const EntityType& type, const ToMany& relation);
+    void loadChildren(const ToMany& relation, const Objects& owners);
+    void loadLinks(const EntityType& type, const ToMany& relation, const Objects& owners);
+    /// Makes objects of the rows of those keys that the context lacks.
+    void fetchMissing(const EntityType& type, std::vector<RowKey> keys);
+    Entity* objectOf(const EntityType& type, RowKey key);
+
+    ModelContext& m_context;
+};
+
+} // namespace quillorn

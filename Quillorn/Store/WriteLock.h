@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace quillorn {
+
+/// Lets one writer at a time near a store: a mutex between the threads of this container and an advisory lock file
+/// between containers and processes. Every write transaction and every checkpoint happens under it.
+///
+/// SQLite before 3.51.3 can lose a committed transaction when one connection checkpoints at the moment in which
+/// another one commits and the log starts over (the "WAL-reset" fault). SQLite's own locks don't exclude that; this
+/// one does. It also makes writers queue fairly, where SQLite's busy wait lets one of them starve.
+class WriteLock {
+  public:
+    /// `file` is created, with mode 0600, beside the store; absent for a store in memory.
+    explicit WriteLock(const std::optional<std::filesystem::path>& file);
+    ~WriteLock();
+    WriteLock(const WriteLock&) = delete;
+    WriteLock& operator=(const WriteLock&) = delete;
+
+    /// Holds the lock for its lifetime.
+    class Guard {
+      public:
+        Guard(Guard&& other) noexcept : m_lock(std::exchange(other.m_lock, nullptr)) {}
+        Guard& operator=(Guard&&) = delete;
+        ~Guard();
+
+      private:
+        friend class WriteLock;
+        explicit Guard(WriteLock& lock) : m_lock(&lock) {}
+        WriteLock* m_lock;
+    };
+
+    /// Throws StoreError when the lock is not to be had within the time that a person would wait.
+    [[nodiscard]] Guard acquire();
+
+  private:
+    void lockFile(std::chrono::steady_clock::time_point deadline);
+
+    std::timed_mutex m_mutex;
+    int m_descriptor = -1;
+};
+
+} // namespace quillorn

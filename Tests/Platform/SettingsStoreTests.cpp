@@ -1,0 +1,270 @@
+#include "Support/MemorySettings.h"
+#include "Support/RecordingLog.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <limits>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace quillorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct InFile {
+    TemporaryFolder folder;
+    RecordingLog log;
+    FileSettings settings{folder / "Quillorn/settings.json", log};
+};
+
+struct InMemory {
+    MemorySettings settings;
+};
+
+/// What holds for every settings store.
+template <typename Holder>
+class SettingsStoreContract : public testing::Test {
+  protected:
+    Holder holder;
+    SettingsStore& store = holder.settings;
+};
+
+using Holders = testing::Types<InFile, InMemory>;
+TYPED_TEST_SUITE(SettingsStoreContract, Holders);
+
+TYPED_TEST(SettingsStoreContract, keepsEveryKindOfValueApart) {
+    const Json values[] = {nullptr, true, 1, 1.0, -0.5, "", "é\n\"", Json::Array{1, "a"}, Json::Object{{"k", 2}}};
+    for (const Json& value : values) {
+        this->store.set("key", value);
+        EXPECT_EQ(this->store.value("key"), value) << value.text();
+        EXPECT_EQ(this->store.storedValue("key"), value);
+    }
+    EXPECT_EQ(this->store.value("other"), std::nullopt);
+}
+
+TYPED_TEST(SettingsStoreContract, defaultsStandBehindStoredValues) {
+    this->store.registerDefaults({{"port", 18080}, {"name", "a"}});
+    this->store.registerDefaults({{"name", "b"}});
+    EXPECT_EQ(this->store.value("port"), Json(18080));
+    EXPECT_EQ(this->store.value("name"), Json("b"));
+    EXPECT_EQ(this->store.storedValue("port"), std::nullopt);
+    this->store.set("port", 1);
+    EXPECT_EQ(this->store.value("port"), Json(1));
+    this->store.remove("port");
+    this->store.remove("port");
+    EXPECT_EQ(this->store.value("port"), Json(18080));
+}
+
+TYPED_TEST(SettingsStoreContract, refusesWhatJsonCannotSayAndKeepsTheOld) {
+    this->store.set("key", 1);
+    EXPECT_THROW(this->store.set("key", std::numeric_limits<double>::infinity()), std::runtime_error);
+    EXPECT_THROW(this->store.set("key", "\xFF"), std::runtime_error);
+    EXPECT_EQ(this->store.value("key"), Json(1));
+}
+
+TYPED_TEST(SettingsStoreContract, canBeSharedBetweenThreads) {
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([this, t] {
+                for (int i = 0; i < 10; ++i) {
+                    this->store.set("key" + std::to_string(t), i);
+                    EXPECT_EQ(this->store.value("key" + std::to_string(t)), Json(i));
+                }
+            });
+    }
+    for (int t = 0; t < 4; ++t)
+        EXPECT_EQ(this->store.value("key" + std::to_string(t)), Json(9));
+}
+
+TEST(MemorySettings, failsOnDemand) {
+    MemorySettings settings(Json::Object{{"a", 1}});
+    settings.failsToWrite = true;
+    EXPECT_THROW(settings.set("a", 2), std::runtime_error);
+    EXPECT_THROW(settings.remove("a"), std::runtime_error);
+    EXPECT_EQ(settings.value("a"), Json(1));
+}
+
+class FileSettingsTest : public testing::Test {
+  protected:
+    static mode_t modeOf(const fs::path& path) {
+        struct stat status{};
+        EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+        return status.st_mode & 0777;
+    }
+
+    /// The words of the failure of a change.
+    std::string failure() {
+        try {
+            settings.set("key", "new");
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "none";
+    }
+
+    std::vector<std::string> namesInFolder() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(file.parent_path()))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    TemporaryFolder folder;
+    fs::path file = folder / "config/Quillorn/settings.json";
+    RecordingLog log;
+    FileSettings settings{file, log};
+};
+
+TEST_F(FileSettingsTest, writesAPrivatePrettyFileWithoutLeftovers) {
+    EXPECT_EQ(settings.value("a"), std::nullopt);
+    EXPECT_FALSE(fs::exists(file.parent_path())); // reading leaves no trace
+    settings.set("b", 2);
+    settings.set("a", "x");
+    EXPECT_EQ(readFile(file), "{\n  \"a\": \"x\",\n  \"b\": 2\n}\n");
+    EXPECT_EQ(modeOf(file), 0600u);
+    EXPECT_EQ(modeOf(file.parent_path()), 0700u);
+    EXPECT_EQ(modeOf(folder / "config"), 0700u);
+    EXPECT_EQ(namesInFolder(), (std::vector<std::string>{"settings.json", "settings.json.lock"}));
+    RecordingLog otherLog;
+    EXPECT_EQ(FileSettings(file, otherLog).value("a"), Json("x"));
+}
+
+TEST_F(FileSettingsTest, seesWhatOthersWriteAtOnce) {
+    settings.set("a", 1);
+    for (int i = 2; i < 10; ++i) { // same size, same inode, same tick of the clock
+        writeFile(file, "{\"a\": " + std::to_string(i) + "}");
+        EXPECT_EQ(settings.value("a"), Json(i));
+    }
+    fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours{1});
+    EXPECT_EQ(settings.value("a"), Json(9));
+    RecordingLog otherLog;
+    FileSettings(file, otherLog).set("a", 1);
+    EXPECT_EQ(settings.value("a"), Json(1));
+    fs::remove(file);
+    EXPECT_EQ(settings.value("a"), std::nullopt);
+}
+
+TEST_F(FileSettingsTest, leavesAnUnchangedFileAlone) {
+    settings.set("a", 1);
+    const auto old = fs::file_time_type::clock::now() - std::chrono::hours{1};
+    fs::last_write_time(file, old);
+    settings.set("a", 1);
+    settings.remove("missing");
+    EXPECT_EQ(fs::last_write_time(file), old);
+}
+
+TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {
+    constexpr int processes = 4;
+    constexpr int each = 15;
+    std::vector<pid_t> children;
+    for (int p = 0; p < processes; ++p) {
+        children.push_back(fork());
+        if (children.back() == 0) {
+            for (int i = 0; i < each; ++i)
+                settings.set("p" + std::to_string(p) + "-" + std::to_string(i), i);
+            _exit(0);
+        }
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(Json::parse(readFile(file)).asObject()->size(), std::size_t{processes * each});
+}
+
+TEST_F(FileSettingsTest, brokenFilesAreSetAsideAndNeverOverwritten) {
+    settings.registerDefaults({{"a", "default"}});
+    fs::create_directories(file.parent_path());
+    int count = 0;
+    for (const char* text : {"", "{\"a\": 1", "[1]", "null", "{\"a\": \"\xFF\"}"}) {
+        log.clear();
+        writeFile(file, text);
+        if (count % 2 == 0)
+            EXPECT_EQ(settings.value("a"), Json("default")) << text;
+        else
+            settings.set("b", 1);
+        ++count;
+        ASSERT_EQ(log.lines().size(), 1u) << text;
+        const std::string line = log.lines()[0];
+        const std::string aside = line.substr(line.rfind(" is now ") + 8);
+        EXPECT_EQ(aside.find(file.string() + ".broken-2"), 0u) << line;
+        EXPECT_EQ(readFile(aside), text);
+        EXPECT_EQ(fs::exists(file), count % 2 == 0);
+    }
+    int kept = 0;
+    for (const std::string& name : namesInFolder())
+        kept += name.find(".broken-") != std::string::npos;
+    EXPECT_EQ(kept, count);
+}
+
+TEST_F(FileSettingsTest, whatCannotBeReadIsNotOverwritten) {
+    fs::create_directories(file);
+    EXPECT_EQ(settings.value("key"), std::nullopt);
+    EXPECT_EQ(settings.value("key"), std::nullopt);
+    EXPECT_EQ(log.lines(), std::vector{"Can't read the settings file " + file.string() + ": Is a directory"});
+    EXPECT_EQ(failure(), "Can't read the settings file " + file.string() + ": Is a directory");
+    EXPECT_TRUE(fs::is_directory(file));
+
+    fs::remove(file);
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(failure(), "Can't read the settings file " + file.string() + ": Not a regular file");
+    EXPECT_TRUE(fs::is_fifo(file));
+}
+
+TEST_F(FileSettingsTest, aFolderThatCannotBeMadeIsAFailureInWords) {
+    writeFile(folder / "config", "a file in its place");
+    EXPECT_EQ(failure(), "Can't write the settings file " + file.string() + ": Not a directory");
+    EXPECT_EQ(settings.value("key"), std::nullopt);
+}
+
+TEST_F(FileSettingsTest, aFailedWriteKeepsFileAndValues) {
+    settings.set("key", std::string(5000, 'x'));
+    const std::string before = readFile(file);
+    signal(SIGXFSZ, SIG_IGN);
+    rlimit original{};
+    getrlimit(RLIMIT_FSIZE, &original);
+    rlimit small = original;
+    small.rlim_cur = 1000;
+    setrlimit(RLIMIT_FSIZE, &small);
+    std::string words;
+    try {
+        settings.set("more", 1);
+    } catch (const std::runtime_error& error) {
+        words = error.what();
+    }
+    setrlimit(RLIMIT_FSIZE, &original);
+    signal(SIGXFSZ, SIG_DFL);
+    EXPECT_EQ(words, "Can't write the settings file " + file.string() + ": File too large");
+    EXPECT_EQ(readFile(file), before);
+    EXPECT_EQ(settings.value("more"), std::nullopt);
+    EXPECT_EQ(namesInFolder(), (std::vector<std::string>{"settings.json", "settings.json.lock"}));
+}
+
+TEST_F(FileSettingsTest, lastValuesStayInForceWhileTheFileCannotBeRead) {
+    settings.set("requireAuth", true);
+    EXPECT_EQ(settings.value("requireAuth"), Json(true));
+    fs::remove(file);
+    fs::create_directories(file);
+    EXPECT_EQ(settings.value("requireAuth"), Json(true));
+    fs::remove(file);
+    EXPECT_EQ(settings.value("requireAuth"), std::nullopt);
+}
+
+TEST_F(FileSettingsTest, aSymbolicLinkStaysOne) {
+    fs::create_directories(file.parent_path());
+    writeFile(folder / "elsewhere.json", "{\"a\":1}");
+    fs::create_symlink(folder / "elsewhere.json", file);
+    settings.set("b", 2);
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_EQ(Json::parse(readFile(folder / "elsewhere.json")), Json(Json::Object{{"a", 1}, {"b", 2}}));
+}
+
+} // namespace
+} // namespace quillorn

@@ -1,0 +1,246 @@
+#include "Platform/Text.h"
+#include "Platform/UTF8.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace std::string_literals;
+
+namespace quillorn {
+namespace {
+
+TEST(Text, containsIgnoresCaseAndCompositionButNotAccents) {
+    const struct {
+        const char* text;
+        const char* part;
+        bool expected;
+        const char* locale = "en_US";
+    } cases[] = {
+        {"Write the Report", "the rep", true},
+        {"Write the Report", "report!", false},
+        {"short", "longer than the text", false},
+        {"straße", "STRASSE", true},
+        {"STRASSE", "straße", true},
+        {"Hauptstraße 5", "RASSE 5", true},
+        {"RÉSUMÉ", "résumé", true},
+        {"RÉSUMÉ", "resume", false},
+        {"resume", "résumé", false},
+        {"Re\u0301sume\u0301", "RÉSUMÉ", true},
+        {"résumé", "Re\u0301sum", true},
+        {"ΟΔΥΣΣΕΥΣ", "οδυσσευς", true},
+        {"10 \u212A", "10 k", true}, // Kelvin sign
+        {"ПРИВЕТ", "привет", true},
+        {"file 😀 x", "😀", true},
+        {"ﬁle", "FIL", true},
+        {"ascii only", "é", false},
+        {"", "", false},
+        {"text", "", false},
+        {"", "a", false},
+        {"TITLE", "title", true},
+        {"TITLE", "title", false, "tr_TR"},
+        {"TITLE", "tıtle", true, "tr_TR"},
+        {"İstanbul", "istanbul", true, "tr_TR"},
+        {"TITLE", "tıtle", true, "az"},
+        {"TITLE", "tıtle", false, "de_DE"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Text(c.locale).contains(c.text, c.part), c.expected)
+            << c.text << " | " << c.part << " | " << c.locale;
+}
+
+TEST(Text, malformedBytesCountAsTheReplacementCharacter) {
+    const Text text("en_US");
+    EXPECT_TRUE(text.contains("a\xFF"
+                              "b",
+                              "\uFFFDB"));
+    EXPECT_TRUE(text.contains("a\uFFFDb", "A\xFF"));
+    EXPECT_FALSE(text.contains("ab", "\xFF"));
+    EXPECT_TRUE(text.contains("a\0B"s, "\0b"s));
+    EXPECT_NE(text.compare("a\xFF", "a\xFE"), 0);
+    EXPECT_EQ(text.compareIgnoringCase("a\xFF", "A\xFE"), 0);
+}
+
+TEST(Text, asciiSearchAgreesWithTheGeneralOne) {
+    const Text text("en_US");
+    std::mt19937 random(3);
+    const auto word = [&](std::size_t longest) {
+        std::string result(random() % longest, ' ');
+        std::generate(result.begin(), result.end(), [&] { return "aAbB@`[{"[random() % 8]; });
+        return result;
+    };
+    for (int i = 0; i < 5000; ++i) {
+        const std::string haystack = word(12);
+        const std::string part = word(4);
+        // An accent far off keeps the haystack from the short way.
+        EXPECT_EQ(text.contains(haystack, part), text.contains(haystack + " é", part)) << haystack << " | " << part;
+    }
+}
+
+TEST(Text, comparesAsAFileListDoes) {
+    const char* ordered[] = {"",       "_a",     "co-op",  "coop",   "file2",  "file002x",
+                             "file10", "résumé", "RÉSUMÉ", "Straße", "zebra1", "Zebra2"};
+    const Text text("en_US");
+    for (std::size_t i = 0; i < std::size(ordered); ++i)
+        for (std::size_t j = 0; j < std::size(ordered); ++j)
+            EXPECT_EQ(text.compare(ordered[i], ordered[j]) < 0, i < j) << ordered[i] << " | " << ordered[j];
+}
+
+TEST(Text, compareIsZeroForEqualStringsOnly) {
+    const Text text("en_US");
+    EXPECT_EQ(text.compare("file2", "file2"), 0);
+    EXPECT_LT(text.compare("file002", "file2"), 0);
+    EXPECT_GT(text.compare("file2", "file002"), 0);
+    EXPECT_NE(text.compare("é", "e\u0301"), 0);
+    EXPECT_LT(text.compare("a", "A"), 0);
+    EXPECT_EQ(text.compareIgnoringCase("file2 A", "FILE002 a"), 0);
+    EXPECT_LT(text.compareIgnoringCase("e", "É"), 0);
+    EXPECT_LT(text.compareIgnoringCase("B9", "b10"), 0);
+}
+
+TEST(Text, ordersByTheLocale) {
+    const struct {
+        const char* locale;
+        const char* lower;
+        const char* higher;
+    } cases[] = {{"de_DE", "ä", "z"}, {"sv_SE", "z", "ä"}, {"", "B", "c"}, {"", "a", "B"}, {"C.UTF-8", "a", "B"}};
+    for (const auto& c : cases)
+        EXPECT_LT(Text(c.locale).compare(c.lower, c.higher), 0) << c.locale;
+}
+
+TEST(Text, takesTheNamesOfTheEnvironment) {
+    const struct {
+        const char* name;
+        const char* locale;
+    } cases[] = {{"", "en_US"},
+                 {"C", "en_US"},
+                 {"POSIX", "en_US"},
+                 {"C.UTF-8", "en_US"},
+                 {"C.utf8", "en_US"},
+                 {"de_DE.UTF-8", "de_DE"},
+                 {"de_DE@euro", "de_DE"},
+                 {"tr_TR", "tr_TR"},
+                 {"pt_BR.UTF-8", "pt_BR"},
+                 {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+                 {"fr", "fr"},
+                 {"\xFF..@", "en_US"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(Text(c.name).locale(), c.locale) << c.name;
+}
+
+TEST(Text, canBeSharedBetweenThreads) {
+    const Text text("en_US");
+    const auto needle = text.needle("Ärger");
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 300; ++i) {
+                EXPECT_TRUE(needle.isIn("viel äRGER hier"));
+                EXPECT_LT(text.compare("Datei 9 ä", "Datei 10 ä"), 0);
+                EXPECT_EQ(characterCount("äö😀"), 3u);
+            }
+        });
+}
+
+TEST(Characters, countWhatPeopleSee) {
+    const struct {
+        std::string text;
+        std::size_t count;
+    } cases[] = {
+        {"", 0},     {"abc", 3},   {"a\r\nb", 3}, {"\r\r\n\n", 3}, {"e\u0301", 1},  {"👨‍👩‍👧‍👦", 1},
+        {"🇩🇪🇫🇷", 2}, {"👍🏽x", 2}, {"நி", 1},     {"a\0b"s, 3},    {"\xFF\xFE", 2},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(characterCount(c.text), c.count) << c.text;
+}
+
+TEST(Characters, prefixNeverCutsOneApart) {
+    const struct {
+        std::string text;
+        std::size_t count;
+        std::string prefix;
+    } cases[] = {
+        {"abc", 2, "ab"},
+        {"abc", 3, "abc"},
+        {"abc", 9, "abc"},
+        {"abc", 0, ""},
+        {"", 1, ""},
+        {"ae\u0301x", 2, "ae\u0301"},
+        {"ae\u0301", 1, "a"},
+        {"ea", 1, "e"},
+        {"e\u0301a", 1, "e\u0301"},
+        {"👨‍👩‍👧‍👦🇩🇪z", 2, "👨‍👩‍👧‍👦🇩🇪"},
+        {"a\r\nb", 2, "a\r\n"},
+        {"éa", 0, ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(characterPrefix(c.text, c.count), c.prefix) << c.text << c.count;
+}
+
+TEST(Characters, anyBytesAreCountedAndCutInAccord) {
+    std::mt19937 random(11);
+    for (int i = 0; i < 2000; ++i) {
+        std::string text(random() % 12, ' ');
+        constexpr char alphabet[] = "a\r\n\xCC\x81\xF0\x9F\x98\x80\xE2\x80\x8D\xFF";
+        std::generate(text.begin(), text.end(), [&] { return alphabet[random() % (sizeof alphabet - 1)]; });
+        const std::size_t count = characterCount(text);
+        EXPECT_EQ(characterPrefix(text, count), text);
+        for (std::size_t n = 0; n < count; ++n)
+            EXPECT_LT(characterPrefix(text, n).size(), characterPrefix(text, n + 1).size());
+    }
+}
+
+TEST(Trimming, knowsBlanksAndLineEnds) {
+    const struct {
+        std::string text;
+        std::string withoutBlanks;
+        std::string withoutBoth;
+    } cases[] = {
+        {"", "", ""},
+        {" \t ", "", ""},
+        {"  a b\t", "a b", "a b"},
+        {" \na\r\n ", "\na\r\n", "a"},
+        {"\u00A0\u1680\u2000\u200A\u202F\u205F\u3000a\u3000", "a", "a"},
+        {"\u2028a\u2029\u0085", "\u2028a\u2029\u0085", "a"},
+        {"\v\fa", "\v\fa", "a"},
+        {"\u200Ba\uFEFF", "\u200Ba\uFEFF", "\u200Ba\uFEFF"}, // no White_Space
+        {"é", "é", "é"},
+        {"\xA0", "\xA0", "\xA0"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(trimBlanks(c.text), c.withoutBlanks) << c.text;
+        EXPECT_EQ(trimWhitespaceAndNewlines(c.text), c.withoutBoth) << c.text;
+    }
+}
+
+TEST(UTF8, tellsWellFormedFromMalformed) {
+    const struct {
+        std::string text;
+        std::size_t validLength;
+        std::string repaired;
+    } cases[] = {
+        {"", 0, ""},
+        {"plain text of some length", 25, "plain text of some length"},
+        {"\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF", 1 + 2 + 2 + 3 + 3 + 4 + 4,
+         "\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF"},
+        {"12345678\x80", 8, "12345678\uFFFD"},
+        {"1234567\xC3\xA9\xC3", 9, "1234567é\uFFFD"},
+        {"\xC0\x80", 0, "\uFFFD\uFFFD"},
+        {"\xE0\x9F\xBF", 0, "\uFFFD\uFFFD\uFFFD"},
+        {"\xED\xA0\x80", 0, "\uFFFD\uFFFD\uFFFD"},
+        {"\xF0\x8F\xBF\xBF", 0, "\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"\xF4\x90\x80\x80", 0, "\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"\xF5", 0, "\uFFFD"},
+        {"\xF0\x9F\x98", 0, "\uFFFD"},
+        {"a\xE2\x82z", 1, "a\uFFFDz"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(validUTF8Length(c.text), c.validLength) << c.repaired;
+        EXPECT_EQ(isValidUTF8(c.text), c.validLength == c.text.size());
+        EXPECT_EQ(repairedUTF8(c.text), c.repaired);
+        EXPECT_TRUE(isValidUTF8(repairedUTF8(c.text)));
+    }
+}
+
+} // namespace
+} // namespace quillorn

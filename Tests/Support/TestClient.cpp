@@ -40,6 +40,11 @@ void TestClient::finish() const {
     ::shutdown(m_descriptor, SHUT_WR);
 }
 
+void TestClient::reset() const {
+    const linger atOnce{1, 0};
+    ::setsockopt(m_descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+}
+
 bool TestClient::receive() {
     char piece[65536];
     const auto count = ::recv(m_descriptor, piece, sizeof piece, 0);

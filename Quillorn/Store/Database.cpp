@@ -97,7 +97,10 @@ std::int64_t Database::changes() const {
 
 void Database::checkpoint(bool truncateLog) noexcept {
     const int mode = truncateLog ? SQLITE_CHECKPOINT_TRUNCATE : SQLITE_CHECKPOINT_PASSIVE;
+    // Readers are not waited for: every writer would wait with us, and a later checkpoint does as well.
+    sqlite3_busy_timeout(m_handle, 0);
     sqlite3_wal_checkpoint_v2(m_handle, nullptr, mode, nullptr, nullptr);
+    sqlite3_busy_timeout(m_handle, busyMilliseconds);
 }
 
 void Database::releaseMemory() noexcept {

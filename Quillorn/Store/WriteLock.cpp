@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 15s;
 constexpr const char* busy = "The store is busy: another program has been writing to it for too long";
 
 } // namespace
@@ -35,7 +34,7 @@ WriteLock::~WriteLock() {
         ::close(m_descriptor);
 }
 
-WriteLock::Guard WriteLock::acquire() {
+WriteLock::Guard WriteLock::acquire(std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     if (!m_mutex.try_lock_until(deadline))
         throw StoreError(busy);

@@ -35,8 +35,8 @@ class WriteLock {
         WriteLock* m_lock;
     };
 
-    /// Throws StoreError when the lock is not to be had within the time that a person would wait.
-    [[nodiscard]] Guard acquire();
+    /// Throws StoreError when the lock is not to be had within `patience`, by default what a person would wait.
+    [[nodiscard]] Guard acquire(std::chrono::milliseconds patience = std::chrono::seconds(15));
 
   private:
     void lockFile(std::chrono::steady_clock::time_point deadline);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -40,8 +41,12 @@ class WriteLock {
 
   private:
     void lockFile(std::chrono::steady_clock::time_point deadline);
+    void release();
 
-    std::timed_mutex m_mutex;
+    // Not a timed mutex: ThreadSanitizer does not know its waits by the steady clock.
+    std::mutex m_mutex;
+    std::condition_variable m_released;
+    bool m_isHeld = false;
     int m_descriptor = -1;
 };
 

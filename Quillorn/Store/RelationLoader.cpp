@@ -52,7 +52,8 @@ void RelationLoader::loadReferences(const EntityType& type, std::size_t column) 
     fetchMissing(target, std::move(keys));
     for (Entity* object : objects) {
         ReferenceBase& reference = description.reference(*object);
-        reference.object = objectOf(target, reference.key);
+        Entity* const found = objectOf(target, reference.key);
+        reference.object = found != nullptr && !found->isDeleted() ? found : nullptr;
         reference.resolved = true;
     }
 }
@@ -68,13 +69,13 @@ RelationLoader::Objects RelationLoader::objectsWithoutList(const EntityType& typ
 void RelationLoader::loadList(const EntityType& type, std::size_t relation) {
     const ToMany& description = type.relations[relation];
     const Objects owners = objectsWithoutList(type, description);
-    // From here on a list that stays empty means that there is nothing.
-    for (Entity* owner : owners)
-        description.list(*owner).m_state = ListBase::State::loaded;
     if (description.overLinks())
         loadLinks(type, description, owners);
     else
         loadChildren(description, owners);
+    // Only now: after a failure the next touch tries again. A list that stayed empty means that there is nothing.
+    for (Entity* owner : owners)
+        description.list(*owner).m_state = ListBase::State::loaded;
 }
 
 void RelationLoader::loadChildren(const ToMany& relation, const Objects& owners) {

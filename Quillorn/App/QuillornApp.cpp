@@ -100,7 +100,15 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 }
 
 void QuillornApp::createServices() {
-    m_apiServer = std::make_unique<APIServer>(*m_container, m_environment);
+    m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
+        .container = *m_container,
+        .clock = m_environment.clock,
+        .text = m_environment.text,
+        .paths = m_environment.paths,
+        .log = m_environment.log,
+        .mainQueue = m_environment.mainQueue,
+        .version = m_environment.version,
+    });
 }
 
 StoreRecovery QuillornApp::storeRecovery() const {

@@ -38,6 +38,8 @@ struct AppEnvironment {
     SettingsStore& settings;
     const Paths& paths;
     const Text& text;
+    /// Of the program.
+    std::string version;
 };
 
 /// How the API server is to listen.
@@ -46,7 +48,7 @@ struct APIServerOptions {
     std::int64_t port = 18080;
     bool externalAccess = false;
     bool requireAuthLocal = false;
-    std::string authKey;
+    std::string authKey{};
 
     /// A stored port of 0 counts as 18080.
     static APIServerOptions fromSettings(SettingsStore& settings);
@@ -57,7 +59,8 @@ class QuillornApp {
   public:
     enum class ServerStart { bySetting, byCaller };
 
-    /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError.
+    /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
+    /// std::runtime_error for a user without a home.
     QuillornApp(const AppEnvironment& environment, const ProcessInfo& process,
                 ServerStart serverStart = ServerStart::bySetting);
     ~QuillornApp();

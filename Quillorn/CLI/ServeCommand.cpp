@@ -1,6 +1,7 @@
 #include "API/APIServer.h"
 #include "App/QuillornApp.h"
 #include "CLI/Commands.h"
+#include "Models/Settings.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
@@ -43,7 +44,7 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     const Text text(currentLocale());
     const auto paths = systemPaths();
     FileSettings settings(settingsFile(*paths), log);
-    QuillornApp app({clock, random, log, notifications, mainQueue, settings, *paths, text}, process,
+    QuillornApp app({clock, random, log, notifications, mainQueue, settings, *paths, text, QUILLORN_VERSION}, process,
                     QuillornApp::ServerStart::byCaller);
     if (app.runMode() == RunMode::fallback) {
         fmt::print(stderr, "\n{}", app.storeRecovery().text());

@@ -176,8 +176,11 @@ void HttpServerIO::acceptLoop(const std::shared_ptr<Run>& run) {
             // No thread or no memory for this connection. It is closed by now; others may fare better.
         }
     }
+    const bool failed = run->operating;
     run->closeListener();
     stop(run);
+    if (failed && onFailure)
+        onFailure();
 }
 
 void HttpServerIO::serve(const std::shared_ptr<Run>& run, const std::shared_ptr<Socket>& socket) {

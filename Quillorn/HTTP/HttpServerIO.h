@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -31,6 +32,8 @@ class HttpServerIO {
     /// The numeric address to listen on; absent for all. Set before start().
     std::optional<std::string> listenAddressIPv4;
     std::optional<std::string> listenAddressIPv6;
+    /// Called on a worker when the socket fails, so that the server ends without a stop(). Set before start().
+    std::function<void()> onFailure;
 
     /// Does nothing on a running server. Throws SocketError when the port can't be had and std::system_error when the
     /// system has no thread to give; both leave the state `starting`, from which start() can be called again.

@@ -17,6 +17,11 @@ constexpr std::size_t stackSize = 8 * 1024 * 1024;
 constexpr std::size_t stackSize = 1024 * 1024;
 #endif
 
+struct WorkerStart {
+    WorkerPool* pool;
+    WorkerPool::Job job;
+};
+
 } // namespace
 
 void WorkerPool::finish() {
@@ -25,13 +30,14 @@ void WorkerPool::finish() {
     for (Idle* idle : m_idle)
         idle->wake.notify_one();
     m_threadEnded.wait(lock, [this] { return m_threads == 0; });
-    joinFinished();
+    if (m_finished)
+        ::pthread_join(*m_finished, nullptr);
+    m_finished.reset();
     m_closing = false;
 }
 
 void WorkerPool::submit(Job job) {
     const std::lock_guard lock(m_mutex);
-    joinFinished();
     if (m_idle.empty()) {
         startThread(std::move(job));
         return;
@@ -48,15 +54,8 @@ std::size_t WorkerPool::threadCount() const {
     return m_threads;
 }
 
-struct WorkerStart {
-    WorkerPool* pool;
-    WorkerPool::Job job;
-};
-
 void WorkerPool::startThread(Job job) {
-    // So that a thread needs no memory to go idle or to end.
-    m_idle.reserve(m_threads + 1);
-    m_finished.reserve(m_threads + 1);
+    m_idle.reserve(m_threads + 1); // so that a thread needs no memory to go idle
     auto start = std::make_unique<WorkerStart>(WorkerStart{this, std::move(job)});
     pthread_attr_t attributes;
     if (const int error = ::pthread_attr_init(&attributes); error != 0)
@@ -100,16 +99,12 @@ WorkerPool::Job WorkerPool::nextJob() {
         std::erase(m_idle, &self);
     }
     --m_threads;
-    m_finished.push_back(::pthread_self());
+    const auto previous = std::exchange(m_finished, ::pthread_self());
     m_threadEnded.notify_all();
+    lock.unlock();
+    if (previous)
+        ::pthread_join(*previous, nullptr);
     return nullptr;
-}
-
-void WorkerPool::joinFinished() {
-    // These have let go of the mutex for good, so this waits for no more than the end of the thread itself.
-    for (const pthread_t thread : m_finished)
-        ::pthread_join(thread, nullptr);
-    m_finished.clear();
 }
 
 } // namespace quillorn

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <pthread.h>
 #include <vector>
 
@@ -40,13 +41,12 @@ class WorkerPool {
     /// Blocks; an empty job means that the thread is to end.
     Job nextJob();
     void startThread(Job job);
-    void joinFinished();
 
     const std::chrono::milliseconds m_idleTime;
     mutable std::mutex m_mutex;
     std::condition_variable m_threadEnded;
-    std::vector<Idle*> m_idle; // the last one is used first: its stack is warm, and the others get to end
-    std::vector<pthread_t> m_finished;
+    std::vector<Idle*> m_idle;           // the last one is used first: its stack is warm, and the others get to end
+    std::optional<pthread_t> m_finished; // the last one to end; it joins the one before
     std::size_t m_threads = 0;
     bool m_closing = false;
 };

@@ -194,19 +194,27 @@ TEST_F(HttpServerIOTest, survivesStartsAndStopsUnderLoad) {
                 }
             }
         });
-    threads.emplace_back([&] { // a second one who stops
-        while (!done)
-            server.stop();
-    });
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 2; ++i)
+        threads.emplace_back([&] { // two who stop it, whenever some client has had its answers
+            for (int seen = 0; !done; std::this_thread::yield()) {
+                if (answered != seen) {
+                    seen = answered;
+                    server.stop();
+                }
+            }
+        });
+    for (int starts = 0; starts < 200;) {
+        if (server.operating()) {
+            std::this_thread::yield();
+            continue;
+        }
         server.start(0, true);
+        ++starts;
         try {
             port = server.port();
         } catch (const SocketError&) {
             // Stopped again already.
         }
-        if (i % 2 == 0)
-            server.stop();
     }
     done = true;
     threads.clear();

@@ -1,0 +1,73 @@
+#include "API/APIError.h"
+
+#include "API/JsonResponse.h"
+
+#include <utility>
+
+namespace quillorn {
+
+namespace {
+
+template <class... Visitors>
+struct Overloaded : Visitors... {
+    using Visitors::operator()...;
+};
+template <class... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>;
+
+std::string messageOf(const APIError::Case& kind) {
+    return std::visit(Overloaded{
+                          [](const APIError::NotFound& fault) {
+                              return fault.resource + " with id " + fault.id.string() + " not found";
+                          },
+                          [](const APIError::BadRequest& fault) { return fault.message; },
+                          [](const APIError::MissingField& fault) { return "Missing required field: " + fault.name; },
+                          [](const APIError::InvalidUUID& fault) { return "Invalid UUID format: " + fault.text; },
+                          [](const APIError::InternalError& fault) { return fault.message; },
+                          [](const APIError::InvalidJSON&) { return std::string("Invalid JSON in request body"); },
+                      },
+                      kind);
+}
+
+} // namespace
+
+APIError::APIError(Case kind) : m_kind(std::move(kind)), m_message(messageOf(m_kind)) {}
+
+const RecordType& APIErrorResponse::recordType() {
+    static constexpr auto fields = wireFields({
+        wireField<&APIErrorResponse::error>("error"),
+        wireField<&APIErrorResponse::message>("message"),
+        wireField<&APIErrorResponse::code>("code"),
+        wireField<&APIErrorResponse::details>("details"),
+    });
+    static constexpr RecordType type{"APIErrorResponse", fields};
+    return type;
+}
+
+HttpResponse errorResponse(const APIError& error) {
+    APIErrorResponse body{.error = "bad_request", .message = error.what(), .code = 400};
+    if (std::holds_alternative<APIError::NotFound>(error.kind())) {
+        body.error = "not_found";
+        body.code = 404;
+    } else if (std::holds_alternative<APIError::InternalError>(error.kind())) {
+        body.error = "internal_error";
+        body.code = 500;
+    } else if (const auto* fault = std::get_if<APIError::BadRequest>(&error.kind())) {
+        body.details = fault->details;
+    }
+    return jsonResponse(body, static_cast<int>(body.code));
+}
+
+HttpResponse answer(const std::function<HttpResponse()>& operation) {
+    try {
+        return operation();
+    } catch (const APIError& error) {
+        return errorResponse(error);
+    } catch (const std::exception& error) {
+        return errorResponse(APIError::internalError(error.what()));
+    } catch (...) {
+        return errorResponse(APIError::internalError("Unknown error"));
+    }
+}
+
+} // namespace quillorn

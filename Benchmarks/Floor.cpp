@@ -2,6 +2,8 @@
 // tables in bulk, stitched by row key, written to memory in the form of GET /api/tasks. It shares no code with the
 // program, so that it also checks what that one answers.
 
+#include "Stopwatch.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,7 +11,6 @@
 #include <cstdint>
 #include <cstring>
 #include <fmt/core.h>
-#include <numeric>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 #include <sqlite3.h>
@@ -424,44 +425,32 @@ Options parsed(int argc, char** argv) {
     return options;
 }
 
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 void run(const Options& options) {
     sqlite3* database = nullptr;
     if (sqlite3_open_v2(options.store.c_str(), &database, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) !=
         SQLITE_OK)
         throw std::runtime_error(sqlite3_errmsg(database));
-    using Clock = std::chrono::steady_clock;
-    const auto milliseconds = [](Clock::time_point from, Clock::time_point to) {
-        return std::chrono::duration<double, std::milli>(to - from).count();
-    };
     // Both keep their memory from round to round: fresh pages are the operating system's cost.
     Store store;
     rapidjson::StringBuffer buffer;
-    std::vector<double> reading;
-    std::vector<double> writing;
-    std::vector<double> together;
+    Phase reading;
+    Phase writing;
     for (int round = 0; round < (options.print ? 1 : options.repeat); ++round) {
-        const auto begin = Clock::now();
+        Stopwatch stopwatch;
         store.read(database, options.now);
-        const auto between = Clock::now();
+        reading.add(stopwatch.lap());
         buffer.Clear();
         ListWriter(store, buffer, options.now).write();
-        const auto end = Clock::now();
-        reading.push_back(milliseconds(begin, between));
-        writing.push_back(milliseconds(between, end));
-        together.push_back(milliseconds(begin, end));
+        writing.add(stopwatch.lap());
     }
     sqlite3_close(database);
     if (options.print)
         std::fwrite(buffer.GetString(), 1, buffer.GetSize(), stdout);
     else
-        fmt::print("{{\"tasks\":{},\"bytes\":{},\"read\":{:.3f},\"write\":{:.3f},\"total\":{:.3f}}}\n",
-                   store.order.size(), buffer.GetSize(), median(reading), median(writing), median(together));
+        fmt::print("{{\"bytes\":{},\"read\":{:.3f},\"write\":{:.3f},\"total\":{:.3f},\"cpu\":{:.3f},\"cpuRead\":{:.3f},"
+                   "\"cpuWrite\":{:.3f}}}\n",
+                   buffer.GetSize(), reading.wall(), writing.wall(), reading.wall() + writing.wall(),
+                   reading.cpu() + writing.cpu(), reading.cpu(), writing.cpu());
 }
 
 } // namespace

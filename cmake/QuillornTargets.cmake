@@ -37,8 +37,6 @@ function(quillorn_library name)
     set(deps ${arg_DEPS})
     list(TRANSFORM deps PREPEND Quillorn)
     target_link_libraries(Quillorn${name} PUBLIC quillorn_flags ${deps} PRIVATE ${arg_LIBS})
-    set_property(GLOBAL APPEND PROPERTY QUILLORN_FOLDERS ${name})
-    set_property(GLOBAL PROPERTY QUILLORN_DEPS_${name} ${arg_DEPS})
 endfunction()
 
 # quillorn_test(NAME DEPS folders ... LIBS third-party targets ...)

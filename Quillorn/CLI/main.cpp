@@ -48,7 +48,7 @@ void addSettings(CLI::App& app, Action& action) {
     auto key = std::make_shared<std::string>();
     auto value = std::make_shared<std::string>();
     CLI::App* settings = app.add_subcommand("settings", "Read and change the settings");
-    settings->require_subcommand(1);
+    settings->require_subcommand(0, 1);
 
     CLI::App* list = settings->add_subcommand("list", "Show every setting and its value");
     list->add_flag("--all", options->all, "Also what services and windows keep for themselves");
@@ -74,7 +74,8 @@ int run(int count, char** arguments) {
     const ProcessInfo process = describeProcess(count, arguments);
     CLI::App app("Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
     app.set_version_flag("--version", "quillorn " QUILLORN_VERSION);
-    app.require_subcommand(1);
+    // Not "at least one": then a command that does not exist would be reported as none at all.
+    app.require_subcommand(0, 1);
     app.get_formatter()->column_width(34);
     Action action;
     addServe(app, action, process);
@@ -88,6 +89,10 @@ int run(int count, char** arguments) {
         app.parse(std::move(options));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : static_cast<int>(ExitStatus::usage);
+    }
+    if (!action) {
+        fmt::print(stderr, "A command is missing\nRun with --help for more information.\n");
+        return static_cast<int>(ExitStatus::usage);
     }
     return static_cast<int>(action());
 }

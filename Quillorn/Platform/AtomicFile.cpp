@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fmt/core.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -22,7 +23,7 @@ namespace {
 class TemporaryFile {
   public:
     explicit TemporaryFile(const fs::path& target)
-        : m_path((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()) {
+        : m_path((target.parent_path() / fmt::format(".{}.XXXXXX", target.filename().string())).string()) {
         m_file = FileDescriptor(mkstemp(m_path.data())); // mode 0600
         if (!m_file)
             throwLastError("create");

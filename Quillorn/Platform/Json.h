@@ -36,6 +36,11 @@ class Json {
     Json(std::string_view value) : m_value(std::string(value)) {}
     Json(Array value) : m_value(std::move(value)) {}
     Json(Object value) : m_value(std::move(value)) {}
+    Json(const Json&);
+    Json(Json&&) noexcept;
+    Json& operator=(const Json&);
+    Json& operator=(Json&&) noexcept;
+    ~Json();
 
     bool isNull() const { return std::holds_alternative<std::monostate>(m_value); }
     const bool* asBool() const { return std::get_if<bool>(&m_value); }
@@ -57,7 +62,7 @@ class Json {
     /// that is not valid UTF-8 and nesting deeper than `maximumDepth` are faults.
     static Json parse(std::string_view text, int maximumDepth = 512);
 
-    friend bool operator==(const Json&, const Json&) = default;
+    friend bool operator==(const Json& a, const Json& b);
 
   private:
     std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Object> m_value;

@@ -84,16 +84,17 @@ void ModelContainer::open(const MigrationPlan* plan) {
     const WriteLock::Guard guard = m_writeLock.acquire();
     auto database = m_pool.borrow();
     const StoreContent content = inspectStore(*database, m_schema);
-    if (!isInMemory())
-        database->execute("PRAGMA journal_mode = WAL");
     if (content == StoreContent::empty)
         createStore(*database, m_schema);
     else if (plan != nullptr)
         migrateStore(*database, m_schema, *plan);
     else
         migrateStoreByInference(*database, m_schema);
+    // Last of all: it changes the file, and one that can't be brought to the schema must stay as it is.
     if (isInMemory())
         m_anchor = m_pool.open();
+    else
+        database->execute("PRAGMA journal_mode = WAL");
 }
 
 void ModelContainer::checkpointIfDue(Database& database) {

@@ -3,8 +3,8 @@
 #include "HTTP/HttpErrors.h"
 #include "HTTP/HttpServer.h"
 #include "HTTP/Socket.h"
-#include "HTTP/TestClient.h"
 #include "Support/RecordingLog.h"
+#include "Support/TestClient.h"
 
 #include <atomic>
 #include <cerrno>

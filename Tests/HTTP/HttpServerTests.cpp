@@ -1,7 +1,7 @@
 #include "HTTP/HttpServer.h"
 
-#include "HTTP/TestClient.h"
 #include "Support/RecordingLog.h"
+#include "Support/TestClient.h"
 
 #include <atomic>
 #include <future>

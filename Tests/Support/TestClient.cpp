@@ -1,4 +1,4 @@
-#include "HTTP/TestClient.h"
+#include "Support/TestClient.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -38,6 +38,11 @@ void TestClient::send(std::string_view bytes) const {
 
 void TestClient::finish() const {
     ::shutdown(m_descriptor, SHUT_WR);
+}
+
+void TestClient::reset() const {
+    const linger atOnce{1, 0};
+    ::setsockopt(m_descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
 }
 
 bool TestClient::receive() {

@@ -17,6 +17,8 @@ class TestClient {
     void send(std::string_view bytes) const;
     /// Nothing more will be sent.
     void finish() const;
+    /// The end of the connection will be a reset, as of a client that has crashed.
+    void reset() const;
     /// One header section and the body that its Content-Length promises; what there is when the connection ends first.
     std::string response();
     /// Everything up to the end of the connection.

@@ -80,8 +80,8 @@ Entity& ModelContext::objectFromRow(Registry& registry, const Statement& row) {
         description.read(*object, row, column++);
     for (const ToMany& relation : registry.type->relations)
         relation.list(*object).m_state = ListBase::State::notLoaded;
-    place = object.get();
     registry.objects.push_back(std::move(object));
+    place = registry.objects.back().get();
     return *place;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Store/ChangeSet.h"
 #include "Store/EntityType.h"
+#include "Store/KeyMap.h"
 #include "Store/ModelContainer.h"
 
 #include <map>
@@ -9,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -94,7 +94,7 @@ class ModelContext {
     struct Registry {
         const EntityType* type = nullptr;
         std::vector<std::unique_ptr<Entity>> objects;
-        std::unordered_map<RowKey, Entity*> byKey;
+        KeyMap<Entity*> byKey;
     };
     /// An unsaved change of a link: the table's first and second object, and whether they are to be linked.
     struct LinkChange {

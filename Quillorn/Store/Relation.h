@@ -45,7 +45,8 @@ class ListBase {
     friend class RelationLoader;
     friend class ContextSave;
 
-    enum class State : std::uint8_t { absent, notLoaded, loaded };
+    /// `loading` while its owner is one of those that the loader is at work for.
+    enum class State : std::uint8_t { absent, notLoaded, loading, loaded };
 
     std::vector<Entity*> m_items;
     State m_state = State::absent;

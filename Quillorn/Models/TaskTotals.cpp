@@ -4,6 +4,7 @@
 #include "Store/KeyList.h"
 #include "Store/ModelContext.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -54,19 +55,27 @@ Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
     return parents;
 }
 
-/// Fills in the depth of every task that has a parent.
+/// Fills in the depth of every task that has a parent. In a circle of tasks, which only a damaged store has, each has
+/// all the others above it.
 void addDepths(const Parents& parents, const std::vector<RowKey>& tasks,
                std::unordered_map<RowKey, TaskTotals>& totals) {
+    constexpr std::int64_t onPath = -1;
     std::unordered_map<RowKey, std::int64_t> depths;
     for (const RowKey task : tasks) {
         std::vector<RowKey> path; // from the task up to where the depth is known
         RowKey at = task;
-        while (parents.contains(at) && !depths.contains(at) && path.size() <= parents.size()) {
+        while (parents.contains(at) && depths.emplace(at, onPath).second) {
             path.push_back(at);
             at = parents.at(at);
         }
         const auto known = depths.find(at);
         std::int64_t depth = known == depths.end() ? 0 : known->second;
+        if (depth == onPath) {
+            const auto circle = std::find(path.begin(), path.end(), at);
+            depth = path.end() - circle - 1;
+            std::for_each(circle, path.end(), [&](RowKey member) { depths[member] = depth; });
+            path.erase(circle, path.end());
+        }
         for (auto ancestor = path.rbegin(); ancestor != path.rend(); ++ancestor)
             depths[*ancestor] = ++depth;
         if (const auto found = depths.find(task); found != depths.end())

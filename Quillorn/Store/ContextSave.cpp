@@ -156,7 +156,7 @@ void ContextSave::settleObjects() {
     for (Entity* object : m_context.m_inserted) {
         object->m_state = Entity::State::stored;
         object->m_changed = 0;
-        m_context.registryOf(*object->m_type).byKey.emplace(object->m_key, object);
+        m_context.registryOf(*object->m_type).byKey[object->m_key] = object;
     }
     for (Entity* object : m_context.m_changed)
         object->m_changed = 0;
@@ -165,10 +165,10 @@ void ContextSave::settleObjects() {
         for (const auto& [row, change] : m_rows) {
             if (row.first != registry.type || change != RowChange::deleted)
                 continue;
-            const auto found = registry.byKey.find(row.second);
-            if (found == registry.byKey.end())
+            Entity* const* found = registry.byKey.find(row.second);
+            if (found == nullptr)
                 continue;
-            found->second->m_state = Entity::State::deleted;
+            (*found)->m_state = Entity::State::deleted;
             deletions = true;
         }
     }

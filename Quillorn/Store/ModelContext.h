@@ -2,6 +2,7 @@
 
 #include "Store/ChangeSet.h"
 #include "Store/EntityType.h"
+#include "Store/KeyMap.h"
 #include "Store/ModelContainer.h"
 
 #include <map>
@@ -9,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -94,7 +94,7 @@ class ModelContext {
     struct Registry {
         const EntityType* type = nullptr;
         std::vector<std::unique_ptr<Entity>> objects;
-        std::unordered_map<RowKey, Entity*> byKey;
+        KeyMap<Entity*> byKey;
     };
     /// An unsaved change of a link: the table's first and second object, and whether they are to be linked.
     struct LinkChange {
@@ -127,6 +127,8 @@ class ModelContext {
     void noteLink(const ToMany& relation, Entity& owner, Entity& other, bool linked);
     void loadReferences(const EntityType& type, std::size_t column);
     void loadList(const EntityType& type, std::size_t relation);
+    /// The store's rules reach rows alone; what is not saved yet goes with its owner here.
+    void removeUnsavedBelongings(const Entity& owner);
     /// After deletions: takes the deleted out of the lists and references of the objects that are left.
     void forgetDeleted();
 

@@ -45,7 +45,8 @@ class ListBase {
     friend class RelationLoader;
     friend class ContextSave;
 
-    enum class State : std::uint8_t { absent, notLoaded, loaded };
+    /// `loading` while its owner is one of those that the loader is at work for.
+    enum class State : std::uint8_t { absent, notLoaded, loading, loaded };
 
     std::vector<Entity*> m_items;
     State m_state = State::absent;
@@ -78,6 +79,10 @@ class List : public ListBase {
       private:
         std::vector<Entity*>::const_iterator m_at;
     };
+
+    // Names that algorithms and matchers for containers ask for.
+    using value_type = Target*;
+    using const_iterator = Iterator;
 
     Iterator begin() const { return Iterator(m_items.begin()); }
     Iterator end() const { return Iterator(m_items.end()); }

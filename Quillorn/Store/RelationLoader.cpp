@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fmt/core.h>
+#include <utility>
 
 namespace quillorn {
 
@@ -17,23 +18,32 @@ void sortByKey(std::vector<Entity*>& objects) {
         std::stable_sort(objects.begin(), objects.end(), before);
 }
 
+std::vector<RowKey> keysOf(const std::vector<Entity*>& objects) {
+    std::vector<RowKey> keys;
+    keys.reserve(objects.size());
+    for (const Entity* object : objects)
+        keys.push_back(object->key());
+    return keys;
+}
+
 } // namespace
 
 Entity* RelationLoader::objectOf(const EntityType& type, RowKey key) {
-    const auto& byKey = m_context.registryOf(type).byKey;
-    const auto found = byKey.find(key);
-    return found == byKey.end() ? nullptr : found->second;
+    Entity* const* found = m_context.registryOf(type).byKey.find(key);
+    return found == nullptr ? nullptr : *found;
 }
 
-void RelationLoader::fetchMissing(const EntityType& type, std::vector<RowKey> keys) {
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    std::erase_if(keys, [&](RowKey key) { return objectOf(type, key) != nullptr; });
-    if (keys.empty())
+void RelationLoader::fetchMissing(const EntityType& type, const std::vector<RowKey>& keys) {
+    KeyMap<bool> seen;
+    std::vector<RowKey> missing;
+    for (const RowKey key : keys)
+        if (!std::exchange(seen[key], true) && objectOf(type, key) == nullptr)
+            missing.push_back(key);
+    if (missing.empty())
         return;
     Query query;
-    if (keys.size() <= keyLookupLimit)
-        query = {.where = "key IN (SELECT value FROM json_each(?))", .values = {keyList(keys)}};
+    if (missing.size() <= keyLookupLimit)
+        query = {.where = "key IN (SELECT value FROM json_each(?))", .values = {keyList(missing)}};
     m_context.fetchInto(type, query, [](Entity&) {});
 }
 
@@ -49,10 +59,11 @@ void RelationLoader::loadReferences(const EntityType& type, std::size_t column) 
         objects.push_back(object.get());
         keys.push_back(reference.key);
     }
-    fetchMissing(target, std::move(keys));
+    fetchMissing(target, keys);
     for (Entity* object : objects) {
         ReferenceBase& reference = description.reference(*object);
-        reference.object = objectOf(target, reference.key);
+        Entity* const found = objectOf(target, reference.key);
+        reference.object = found != nullptr && !found->isDeleted() ? found : nullptr;
         reference.resolved = true;
     }
 }
@@ -68,87 +79,70 @@ RelationLoader::Objects RelationLoader::objectsWithoutList(const EntityType& typ
 void RelationLoader::loadList(const EntityType& type, std::size_t relation) {
     const ToMany& description = type.relations[relation];
     const Objects owners = objectsWithoutList(type, description);
-    // From here on a list that stays empty means that there is nothing.
+    for (Entity* owner : owners)
+        description.list(*owner).m_state = ListBase::State::loading;
+    try {
+        if (description.overLinks())
+            loadLinks(type, description, owners);
+        else
+            loadChildren(description, owners);
+    } catch (...) {
+        for (Entity* owner : owners) {
+            description.list(*owner).m_items.clear();
+            description.list(*owner).m_state = ListBase::State::notLoaded;
+        }
+        throw;
+    }
     for (Entity* owner : owners)
         description.list(*owner).m_state = ListBase::State::loaded;
-    if (description.overLinks())
-        loadLinks(type, description, owners);
-    else
-        loadChildren(description, owners);
 }
 
 void RelationLoader::loadChildren(const ToMany& relation, const Objects& owners) {
     const EntityType& target = relation.target();
     const std::size_t column = target.columnNamed(relation.inverse);
     Query query{.where = fmt::format("\"{}\" IS NOT NULL", relation.inverse)};
-    if (owners.size() <= keyLookupLimit) {
-        std::vector<RowKey> keys;
-        for (const Entity* owner : owners)
-            keys.push_back(owner->key());
+    if (owners.size() <= keyLookupLimit)
         query = {.where = fmt::format("\"{}\" IN (SELECT value FROM json_each(?))", relation.inverse),
-                 .values = {keyList(keys)}};
-    }
+                 .values = {keyList(keysOf(owners))}};
     m_context.fetchInto(target, query, [](Entity&) {});
     // References of the targets show the rows as they are changed in this context, saved or not: so the lists are made
     // of them, and not of the rows just read.
     loadReferences(target, column);
-    std::unordered_map<const Entity*, ListBase*> lists;
-    for (Entity* owner : owners)
-        lists.emplace(owner, &relation.list(*owner));
     for (const auto& child : m_context.registryOf(target).objects) {
         if (child->isDeleted())
             continue;
-        const Entity* owner = target.columns[column].reference(*child).object;
-        if (const auto found = lists.find(owner); owner != nullptr && found != lists.end())
-            found->second->m_items.push_back(child.get());
+        Entity* const owner = target.columns[column].reference(*child).object;
+        if (ListBase* list = listBeingLoaded(relation, owner))
+            list->m_items.push_back(child.get());
     }
-    for (const auto& [owner, list] : lists)
-        sortByKey(list->m_items);
+    for (Entity* owner : owners)
+        sortByKey(relation.list(*owner).m_items);
 }
 
 void RelationLoader::loadLinks(const EntityType& type, const ToMany& relation, const Objects& owners) {
-    std::vector<RowKey> ownerKeys;
-    for (const Entity* owner : owners)
-        ownerKeys.push_back(owner->key());
-    std::string sql = fmt::format("SELECT \"{0}\", \"{1}\" FROM \"{2}\"", relation.ownColumn, relation.otherColumn,
-                                  relation.linkTable);
-    const bool lookUp = owners.size() <= keyLookupLimit;
-    if (lookUp)
-        sql += fmt::format(" WHERE \"{}\" IN (SELECT value FROM json_each(?))", relation.ownColumn);
-    sql += fmt::format(" ORDER BY \"{}\", \"{}\"", relation.ownColumn, relation.otherColumn);
-
-    std::vector<std::pair<RowKey, RowKey>> pairs;
-    {
-        const StatementLoan rows = m_context.statement(sql);
-        if (lookUp)
-            rows->bind(1, std::string_view(keyList(ownerKeys)));
-        while (rows->step())
-            pairs.emplace_back(rows->integer(0), rows->integer(1));
-    }
-    std::vector<RowKey> targetKeys;
-    for (const auto& [own, other] : pairs)
-        targetKeys.push_back(other);
-    fetchMissing(relation.target(), std::move(targetKeys));
-
-    std::unordered_map<const Entity*, ListBase*> lists;
-    for (Entity* owner : owners)
-        lists.emplace(owner, &relation.list(*owner));
-    const auto listOf = [&](const Entity* owner) {
-        const auto found = lists.find(owner);
-        return found == lists.end() ? nullptr : found->second;
-    };
-    for (const auto& [own, other] : pairs) {
-        ListBase* list = listOf(objectOf(type, own));
-        Entity* target = objectOf(relation.target(), other);
-        if (list != nullptr && target != nullptr && !target->isDeleted())
-            list->m_items.push_back(target);
+    const Links links = readLinks(relation, owners);
+    fetchMissing(relation.target(), links.others);
+    for (std::size_t first = 0; first < links.owners.size();) {
+        const RowKey key = links.owners[first];
+        const auto past =
+            static_cast<std::size_t>(std::find_if(links.owners.begin() + static_cast<std::ptrdiff_t>(first),
+                                                  links.owners.end(), [=](RowKey other) { return other != key; }) -
+                                     links.owners.begin());
+        if (ListBase* list = listBeingLoaded(relation, objectOf(type, key))) {
+            list->m_items.reserve(past - first);
+            for (std::size_t i = first; i < past; ++i)
+                if (Entity* target = objectOf(relation.target(), links.others[i]);
+                    target != nullptr && !target->isDeleted())
+                    list->m_items.push_back(target);
+        }
+        first = past;
     }
     for (const auto& change : m_context.m_links) {
         if (change.relation->linkTable != relation.linkTable)
             continue;
         Entity* owner = &change.owner->type() == &type ? change.owner : change.other;
         Entity* other = owner == change.owner ? change.other : change.owner;
-        ListBase* list = listOf(owner);
+        ListBase* list = listBeingLoaded(relation, owner);
         if (list == nullptr)
             continue;
         if (change.linked)
@@ -156,6 +150,31 @@ void RelationLoader::loadLinks(const EntityType& type, const ToMany& relation, c
         else
             std::erase(list->m_items, other);
     }
+}
+
+RelationLoader::Links RelationLoader::readLinks(const ToMany& relation, const Objects& owners) {
+    std::string sql = fmt::format("SELECT \"{0}\", \"{1}\" FROM \"{2}\"", relation.ownColumn, relation.otherColumn,
+                                  relation.linkTable);
+    const bool lookUp = owners.size() <= keyLookupLimit;
+    if (lookUp)
+        sql += fmt::format(" WHERE \"{}\" IN (SELECT value FROM json_each(?))", relation.ownColumn);
+    sql += fmt::format(" ORDER BY \"{}\", \"{}\"", relation.ownColumn, relation.otherColumn);
+    const StatementLoan rows = m_context.statement(sql);
+    if (lookUp)
+        rows->bind(1, std::string_view(keyList(keysOf(owners))));
+    Links links;
+    while (rows->step()) {
+        links.owners.push_back(rows->integer(0));
+        links.others.push_back(rows->integer(1));
+    }
+    return links;
+}
+
+ListBase* RelationLoader::listBeingLoaded(const ToMany& relation, Entity* owner) {
+    if (owner == nullptr)
+        return nullptr;
+    ListBase& list = relation.list(*owner);
+    return list.m_state == ListBase::State::loading ? &list : nullptr;
 }
 
 } // namespace quillorn

@@ -1,39 +1,16 @@
 #include "Models/TaskTotals.h"
 
+#include "Models/RestrictedStatement.h"
 #include "Models/Tag.h"
+#include "Models/TimeSpent.h"
 #include "Store/KeyList.h"
-#include "Store/ModelContext.h"
 
 #include <algorithm>
-#include <string>
-#include <string_view>
+#include <fmt/core.h>
 
 namespace quillorn {
 
 namespace {
-
-/// A statement over the rows whose `column` is one of `keys`: "{}" in `sql` becomes the condition, which leaves out
-/// only absent values where there are so many keys that reading everything is faster.
-StatementLoan restricted(ModelContext& context, std::string sql, std::string_view column,
-                         const std::vector<RowKey>& keys) {
-    const bool lookUp = keys.size() <= keyLookupLimit;
-    const std::string condition =
-        std::string(column) + (lookUp ? " IN (SELECT value FROM json_each(?))" : " IS NOT NULL");
-    sql.replace(sql.find("{}"), 2, condition);
-    StatementLoan statement = context.statement(sql);
-    if (lookUp)
-        statement->bind(1, std::string_view(keyList(keys)));
-    return statement;
-}
-
-template <class Object>
-std::vector<RowKey> keysOf(const std::vector<Object*>& objects) {
-    std::vector<RowKey> keys;
-    keys.reserve(objects.size());
-    for (const Object* object : objects)
-        keys.push_back(object->key());
-    return keys;
-}
 
 using Parents = std::unordered_map<RowKey, RowKey>;
 
@@ -42,14 +19,14 @@ Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
     Parents parents;
     // UNION, not UNION ALL: it drops what was seen, so that even a circle ends.
     const StatementLoan rows =
-        restricted(context,
-                   tasks.size() <= keyLookupLimit
-                       ? "WITH RECURSIVE up(task, parent) AS ("
-                         "SELECT key, parentTask FROM ProjectTask WHERE {} "
-                         "UNION SELECT p.key, p.parentTask FROM up JOIN ProjectTask p ON p.key = up.parent) "
-                         "SELECT task, parent FROM up WHERE parent IS NOT NULL"
-                       : "SELECT key, parentTask FROM ProjectTask WHERE {}",
-                   tasks.size() <= keyLookupLimit ? "key" : "parentTask", tasks);
+        restrictedStatement(context,
+                            tasks.size() <= keyLookupLimit
+                                ? "WITH RECURSIVE up(task, parent) AS ("
+                                  "SELECT key, parentTask FROM ProjectTask WHERE key{} "
+                                  "UNION SELECT p.key, p.parentTask FROM up JOIN ProjectTask p ON p.key = up.parent) "
+                                  "SELECT task, parent FROM up WHERE parent IS NOT NULL"
+                                : "SELECT key, parentTask FROM ProjectTask WHERE parentTask{}",
+                            tasks);
     while (rows->step())
         parents.emplace(rows->integer(0), rows->integer(1));
     return parents;
@@ -89,23 +66,17 @@ TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<Projec
     const std::vector<RowKey> keys = keysOf(tasks);
     m_totals.reserve(keys.size());
     {
-        // In whole microseconds, so that the sum is exact; a running entry adds the present moment afterwards.
-        const StatementLoan rows =
-            restricted(context,
-                       "SELECT task, sum(coalesce(endTime, 0) - startTime), count(*) - count(endTime) "
-                       "FROM TimeEntry WHERE {} GROUP BY task",
-                       "task", keys);
-        const std::int64_t present = now.time_since_epoch().count();
-        while (rows->step()) {
-            const std::int64_t microseconds = rows->integer(1) + rows->integer(2) * present;
-            m_totals[rows->integer(0)].totalTimeSpent =
-                secondsBetween(Date{}, Date(std::chrono::microseconds(microseconds)));
-        }
+        const StatementLoan rows = restrictedStatement(
+            context, fmt::format("SELECT task, {} FROM TimeEntry WHERE task{{}} GROUP BY task", timeSpentSQL), keys);
+        bindPresent(*rows, now);
+        while (rows->step())
+            m_totals[rows->integer(0)].totalTimeSpent = timeSpent(*rows, 1);
     }
     {
-        const StatementLoan rows = restricted(
-            context, "SELECT parentTask, count(*), count(completedAt) FROM ProjectTask WHERE {} GROUP BY parentTask",
-            "parentTask", keys);
+        const StatementLoan rows = restrictedStatement(
+            context,
+            "SELECT parentTask, count(*), count(completedAt) FROM ProjectTask WHERE parentTask{} GROUP BY parentTask",
+            keys);
         while (rows->step()) {
             TaskTotals& totals = m_totals[rows->integer(0)];
             totals.subtaskCount = rows->integer(1);
@@ -123,8 +94,8 @@ TaskTotals TaskTotalsTable::of(const ProjectTask& task) const {
 TagCounts::TagCounts(ModelContext& context, const std::vector<Tag*>& tags) {
     if (tags.empty())
         return;
-    const StatementLoan rows =
-        restricted(context, "SELECT tag, count(*) FROM ProjectTask_Tag WHERE {} GROUP BY tag", "tag", keysOf(tags));
+    const StatementLoan rows = restrictedStatement(
+        context, "SELECT tag, count(*) FROM ProjectTask_Tag WHERE tag{} GROUP BY tag", keysOf(tags));
     while (rows->step())
         m_counts.emplace(rows->integer(0), rows->integer(1));
 }

@@ -1,9 +1,9 @@
 #include "API/TaskDTO.h"
 
+#include "API/Rows.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
-#include "Store/ModelContext.h"
 
 #include <unordered_set>
 
@@ -16,11 +16,6 @@ std::vector<Tag*> tagsOf(const std::vector<ProjectTask*>& tasks) {
     for (const ProjectTask* task : tasks)
         tags.insert(task->tags().begin(), task->tags().end());
     return {tags.begin(), tags.end()};
-}
-
-template <class Object>
-std::optional<UUID> idOf(const Object* object) {
-    return object != nullptr ? std::optional(object->id()) : std::nullopt;
 }
 
 } // namespace
@@ -91,12 +86,6 @@ void TaskRows::fill(std::size_t index, TaskDTO& record) const {
     record.depth = totals.depth;
     record.sourceTitle = task.sourceTitle();
     record.sourceURL = task.sourceURL();
-}
-
-TaskDTO taskRecord(ProjectTask& task, Date now) {
-    TaskDTO record;
-    TaskRows(task.context(), {&task}, now).fill(0, record);
-    return record;
 }
 
 } // namespace quillorn

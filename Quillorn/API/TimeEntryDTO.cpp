@@ -1,5 +1,6 @@
 #include "API/TimeEntryDTO.h"
 
+#include "API/Rows.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/TimeEntry.h"
@@ -22,25 +23,26 @@ const RecordType& TimeEntryDTO::recordType() {
     return type;
 }
 
-void TimeEntryDTO::fill(const TimeEntry& entry, Date now) {
-    const ProjectTask* task = entry.task();
-    const Project* project = entry.project();
-    id = entry.id();
-    startTime = entry.startTime();
-    endTime = entry.endTime();
-    notes = entry.notes();
-    taskId = task != nullptr ? std::optional(task->id()) : std::nullopt;
-    projectId = project != nullptr ? std::optional(project->id()) : std::nullopt;
-    duration = entry.duration(now);
-    isRunning = entry.isRunning();
-    displayName = entry.displayName();
-}
-
-TimeEntryRows::TimeEntryRows(std::vector<TimeEntry*> entries, Date now) : m_entries(std::move(entries)), m_now(now) {
+TimeEntryRows::TimeEntryRows(ModelContext&, std::vector<TimeEntry*> entries, Date now)
+    : m_entries(std::move(entries)),
+      m_now(now) {
     for (const TimeEntry* entry : m_entries) {
         entry->task();
         entry->project();
     }
+}
+
+void TimeEntryRows::fill(std::size_t index, TimeEntryDTO& record) const {
+    const TimeEntry& entry = *m_entries[index];
+    record.id = entry.id();
+    record.startTime = entry.startTime();
+    record.endTime = entry.endTime();
+    record.notes = entry.notes();
+    record.taskId = idOf(entry.task());
+    record.projectId = idOf(entry.project());
+    record.duration = entry.duration(m_now);
+    record.isRunning = entry.isRunning();
+    record.displayName = entry.displayName();
 }
 
 } // namespace quillorn

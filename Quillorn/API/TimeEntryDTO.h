@@ -1,11 +1,9 @@
 #pragma once
 
 #include "API/WireRecord.h"
+#include "Models/TimeEntryLinks.h"
 
 namespace quillorn {
-
-class ModelContext;
-class TimeEntry;
 
 struct TimeEntryDTO {
     UUID id;
@@ -35,6 +33,7 @@ class TimeEntryRows {
   private:
     std::vector<TimeEntry*> m_entries;
     Date m_now;
+    TimeEntryLinks m_links;
 };
 
 } // namespace quillorn

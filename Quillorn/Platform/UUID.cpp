@@ -55,7 +55,13 @@ std::optional<UUID> UUID::parse(std::string_view text) {
 }
 
 std::string UUID::string() const {
-    std::string text(textLength, '-');
+    const auto text = characters();
+    return {text.data(), text.size()};
+}
+
+std::array<char, 36> UUID::characters() const {
+    std::array<char, textLength> text;
+    text.fill('-');
     std::size_t at = 0;
     for (std::size_t i = 0; i < m_bytes.size(); ++i) {
         if (hyphenStandsBefore(i))

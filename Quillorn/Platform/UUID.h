@@ -29,6 +29,8 @@ class UUID {
 
     const Bytes& bytes() const { return m_bytes; }
     std::string string() const;
+    /// The same on the stack, for writers of many.
+    std::array<char, 36> characters() const;
 
     friend constexpr auto operator<=>(const UUID&, const UUID&) = default;
 

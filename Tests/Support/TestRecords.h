@@ -33,29 +33,17 @@ Type& make(ModelContext& context, typename Type::Arguments arguments = {}) {
         return context.insert<Type>(std::move(arguments), testNow);
 }
 
-inline std::string nameOf(const Client& client) {
-    return client.name();
-}
-inline std::string nameOf(const Project& project) {
-    return project.name();
-}
-inline std::string nameOf(const ProjectTask& task) {
-    return task.title();
-}
-inline std::string nameOf(const ProjectDivider& divider) {
-    return divider.title();
-}
-inline std::string nameOf(const Tag& tag) {
-    return tag.name();
-}
-inline std::string nameOf(const Note& note) {
-    return note.title();
-}
-inline std::string nameOf(const TimeEntry& entry) {
-    return entry.title().value_or("");
-}
-inline std::string nameOf(const ChatMessage& message) {
-    return message.content();
+/// Whatever a record of that type is called by.
+template <class Record>
+std::string nameOf(const Record& record) {
+    if constexpr (std::is_same_v<Record, TimeEntry>)
+        return record.title().value_or("");
+    else if constexpr (requires { record.name(); })
+        return record.name();
+    else if constexpr (requires { record.title(); })
+        return record.title();
+    else
+        return record.content();
 }
 
 /// The names of a list's or vector's members, in their order.

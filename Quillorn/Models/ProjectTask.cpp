@@ -46,8 +46,8 @@ struct ProjectTask::Table {
 
 const EntityType& ProjectTask::entityType() {
     // The wider index counts subtasks by itself.
-    static const EntityType type = makeEntityType("ProjectTask", Table::columns, Table::relations, &Table::make,
-                                                  {{"parentTask", "completedAt"}});
+    static const EntityType type =
+        makeEntityType("ProjectTask", Table::columns, Table::relations, &Table::make, {{"parentTask", "completedAt"}});
     return type;
 }
 

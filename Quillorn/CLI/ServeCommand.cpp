@@ -61,10 +61,10 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     };
     server.onChange = endOnFailure;
     app.startAPIServer(combine(options, settings));
-    if (!failed) endOnFailure();
     mainQueue.run();
     server.onChange = nullptr;
-    server.stop();
+    if (!failed)
+        server.stop();
     return failed ? ExitStatus::failure : ExitStatus::success;
 }
 

@@ -4,6 +4,7 @@
 #include "Store/KeyList.h"
 #include "Store/ModelContext.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -86,21 +87,29 @@ void TaskTotalsTable::addSubtasks(ModelContext& context, const std::vector<RowKe
     }
 }
 
+/// In a circle of tasks, which only a damaged store has, each has all the others above it.
 void TaskTotalsTable::addDepths(ModelContext& context, const std::vector<RowKey>& tasks) {
+    constexpr std::int64_t onPath = -1;
     const Parents parents = parentsOf(context, tasks);
     KeyMap<std::int64_t> depths;
     std::vector<RowKey> path; // from the task up to where the depth is known
     for (const RowKey task : tasks) {
         path.clear();
         RowKey at = task;
-        const RowKey* parent = parents.find(at);
-        while (parent != nullptr && !depths.contains(at) && path.size() <= parents.size()) {
+        for (const RowKey* parent = parents.find(at); parent != nullptr && !depths.contains(at);
+             parent = parents.find(at)) {
+            depths[at] = onPath;
             path.push_back(at);
             at = *parent;
-            parent = parents.find(at);
         }
         const std::int64_t* known = depths.find(at);
         std::int64_t depth = known == nullptr ? 0 : *known;
+        if (depth == onPath) {
+            const auto circle = std::find(path.begin(), path.end(), at);
+            depth = path.end() - circle - 1;
+            std::for_each(circle, path.end(), [&](RowKey member) { depths[member] = depth; });
+            path.erase(circle, path.end());
+        }
         for (auto ancestor = path.rbegin(); ancestor != path.rend(); ++ancestor)
             depths[*ancestor] = ++depth;
         if (const std::int64_t* found = depths.find(task))

@@ -33,6 +33,9 @@ Database::Database(const std::string& location, std::atomic<std::uint64_t>& exec
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    // Otherwise the quoted name of a column that is missing passes for a text.
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     // Replaces the automatic checkpoint, which would run on whichever connection commits.
     sqlite3_wal_hook(
         m_handle,
@@ -94,7 +97,10 @@ std::int64_t Database::changes() const {
 
 void Database::checkpoint(bool truncateLog) noexcept {
     const int mode = truncateLog ? SQLITE_CHECKPOINT_TRUNCATE : SQLITE_CHECKPOINT_PASSIVE;
+    // Readers are not waited for: every writer would wait with us, and a later checkpoint does as well.
+    sqlite3_busy_timeout(m_handle, 0);
     sqlite3_wal_checkpoint_v2(m_handle, nullptr, mode, nullptr, nullptr);
+    sqlite3_busy_timeout(m_handle, busyMilliseconds);
 }
 
 void Database::releaseMemory() noexcept {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <source_location>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,8 +42,8 @@ struct Column {
     const EntityType& (*target)() = nullptr;
     OnDelete onDelete = OnDelete::clear;
     ReferenceBase& (*reference)(Entity&) = nullptr;
-    /// Marks the field by address: equal exactly for the same member.
-    const void* member = nullptr;
+    /// Tells the fields of a class apart; see memberName.
+    std::string_view member{};
 };
 
 /// A to-many relation: the other side of a to-one column, or one side of a table of links.
@@ -52,8 +53,8 @@ struct ToMany {
     ListBase& (*list)(Entity&);
     /// The column of the target that refers back or, over links, the relation of the target that mirrors this one.
     std::string_view inverse;
-    /// Marks the field by address, as in Column.
-    const void* member;
+    /// As in Column.
+    std::string_view member;
     /// Over links: their table and its two columns.
     std::string_view linkTable{};
     std::string_view ownColumn{};
@@ -177,9 +178,12 @@ struct FieldAccess {
     static const Field& field(const Entity& entity) { return static_cast<const Class&>(entity).*Member; }
 };
 
-/// Its address names a member pointer.
+/// A text that is equal exactly for the same member. Addresses would do, but comparing them is no constant expression
+/// under UndefinedBehaviorSanitizer.
 template <auto Member>
-inline constexpr char memberTag = 0;
+consteval std::string_view memberName() {
+    return std::source_location::current().function_name();
+}
 
 template <auto Member>
 struct ColumnAccess;
@@ -199,7 +203,7 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .read = [](Entity& entity, const Statement& statement,
                        int index) { Storage::read(Access::field(entity), statement, index); },
             .defaultLiteral = [](const Entity& blank) { return Storage::literal(Access::field(blank)); },
-            .member = &memberTag<Member>,
+            .member = memberName<Member>(),
         };
     }
 
@@ -228,7 +232,7 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .target = &Field::TargetType::entityType,
             .onDelete = onDelete,
             .reference = [](Entity& entity) -> ReferenceBase& { return Access::field(entity); },
-            .member = &memberTag<Member>,
+            .member = memberName<Member>(),
         };
     }
 };
@@ -255,7 +259,7 @@ struct RelationAccess<Member> {
                 .target = &Field::TargetType::entityType,
                 .list = &RelationAccess::list,
                 .inverse = inverse,
-                .member = &memberTag<Member>};
+                .member = memberName<Member>()};
     }
 };
 
@@ -280,7 +284,7 @@ constexpr ToMany manyToMany(std::string_view name, std::string_view inverse, std
 template <auto Member, std::size_t Count, class Entry>
 consteval std::size_t placeOf(const std::array<Entry, Count>& table) {
     for (std::size_t place = 0; place < Count; ++place)
-        if (table[place].member == &memberTag<Member>)
+        if (table[place].member == memberName<Member>())
             return place;
     throw "the field stands in no table"; // fails the compilation
 }

@@ -32,7 +32,8 @@ void prepareFile(const std::filesystem::path& file) {
     const auto fail = [&](int error) {
         throw StoreError(fmt::format("Can't open {}: {}", file.string(), std::generic_category().message(error)));
     };
-    if (std::filesystem::is_directory(file))
+    std::error_code unknown;
+    if (std::filesystem::is_directory(file, unknown))
         fail(EISDIR);
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor >= 0)

@@ -129,7 +129,23 @@ void ModelContext::remove(Entity& object) {
     std::erase_if(m_links,
                   [&](const LinkChange& change) { return change.owner == &object || change.other == &object; });
     object.m_state = Entity::State::deleted;
+    removeUnsavedBelongings(object);
     forgetDeleted();
+}
+
+void ModelContext::removeUnsavedBelongings(const Entity& owner) {
+    const auto belongs = [&](Entity& object) {
+        const auto& columns = object.m_type->columns;
+        return std::any_of(columns.begin(), columns.end(), [&](const Column& column) {
+            return column.onDelete == OnDelete::cascade && column.reference(object).object == &owner;
+        });
+    };
+    std::vector<Entity*> belongings;
+    for (Entity* object : m_inserted)
+        if (belongs(*object))
+            belongings.push_back(object);
+    for (Entity* object : belongings)
+        remove(*object);
 }
 
 void ModelContext::forgetDeleted() {

@@ -127,6 +127,8 @@ class ModelContext {
     void noteLink(const ToMany& relation, Entity& owner, Entity& other, bool linked);
     void loadReferences(const EntityType& type, std::size_t column);
     void loadList(const EntityType& type, std::size_t relation);
+    /// The store's rules reach rows alone; what is not saved yet goes with its owner here.
+    void removeUnsavedBelongings(const Entity& owner);
     /// After deletions: takes the deleted out of the lists and references of the objects that are left.
     void forgetDeleted();
 

@@ -80,6 +80,10 @@ class List : public ListBase {
         std::vector<Entity*>::const_iterator m_at;
     };
 
+    // Names that algorithms and matchers for containers ask for.
+    using value_type = Target*;
+    using const_iterator = Iterator;
+
     Iterator begin() const { return Iterator(m_items.begin()); }
     Iterator end() const { return Iterator(m_items.end()); }
 };

@@ -62,7 +62,8 @@ void RelationLoader::loadReferences(const EntityType& type, std::size_t column) 
     fetchMissing(target, keys);
     for (Entity* object : objects) {
         ReferenceBase& reference = description.reference(*object);
-        reference.object = objectOf(target, reference.key);
+        Entity* const found = objectOf(target, reference.key);
+        reference.object = found != nullptr && !found->isDeleted() ? found : nullptr;
         reference.resolved = true;
     }
 }

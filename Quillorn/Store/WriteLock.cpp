@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 15s;
 constexpr const char* busy = "The store is busy: another program has been writing to it for too long";
 
 } // namespace
@@ -35,15 +34,19 @@ WriteLock::~WriteLock() {
         ::close(m_descriptor);
 }
 
-WriteLock::Guard WriteLock::acquire() {
+WriteLock::Guard WriteLock::acquire(std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    if (!m_mutex.try_lock_until(deadline))
-        throw StoreError(busy);
+    {
+        std::unique_lock lock(m_mutex);
+        if (!m_released.wait_until(lock, deadline, [this] { return !m_isHeld; }))
+            throw StoreError(busy);
+        m_isHeld = true;
+    }
     try {
         if (m_descriptor >= 0)
             lockFile(deadline);
     } catch (...) {
-        m_mutex.unlock();
+        release();
         throw;
     }
     return Guard(*this);
@@ -67,7 +70,15 @@ WriteLock::Guard::~Guard() {
         return;
     if (m_lock->m_descriptor >= 0)
         ::flock(m_lock->m_descriptor, LOCK_UN);
-    m_lock->m_mutex.unlock();
+    m_lock->release();
+}
+
+void WriteLock::release() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isHeld = false;
+    }
+    m_released.notify_one();
 }
 
 } // namespace quillorn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -35,13 +36,17 @@ class WriteLock {
         WriteLock* m_lock;
     };
 
-    /// Throws StoreError when the lock is not to be had within the time that a person would wait.
-    [[nodiscard]] Guard acquire();
+    /// Throws StoreError when the lock is not to be had within `patience`, by default what a person would wait.
+    [[nodiscard]] Guard acquire(std::chrono::milliseconds patience = std::chrono::seconds(15));
 
   private:
     void lockFile(std::chrono::steady_clock::time_point deadline);
+    void release();
 
-    std::timed_mutex m_mutex;
+    // Not a timed mutex: ThreadSanitizer does not know its waits by the steady clock.
+    std::mutex m_mutex;
+    std::condition_variable m_released;
+    bool m_isHeld = false;
     int m_descriptor = -1;
 };
 

@@ -58,10 +58,12 @@ QuillornApp::QuillornApp(const AppEnvironment& environment, const ProcessInfo& p
 QuillornApp::~QuillornApp() = default;
 
 void QuillornApp::openInMemory(const std::string& fatalWords) {
-    if (m_storeFile.empty()) m_storeFile = "/dev/null";
+    if (m_storeFile.empty())
+        m_storeFile = "/dev/null";
     try {
-        m_container = std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
-                                                       StoreEnvironment{m_environment.random, m_environment.notifications});
+        m_container =
+            std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
+                                             StoreEnvironment{m_environment.random, m_environment.notifications});
     } catch (const std::exception& error) {
         throw LaunchError(fatalWords + error.what());
     }
@@ -76,10 +78,12 @@ void QuillornApp::openStore() {
         // Opening the store says what is wrong.
     }
     std::error_code ignored;
-    if (!std::filesystem::exists(m_storeFile, ignored)) fetchStoreFromGroupContainer(folder);
+    if (!std::filesystem::exists(m_storeFile, ignored))
+        fetchStoreFromGroupContainer(folder);
     try {
-        m_container = openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
-                                    {m_environment.random, m_environment.notifications}, m_environment.log);
+        m_container =
+            openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
+                          {m_environment.random, m_environment.notifications}, m_environment.log);
     } catch (const std::exception& error) {
         m_environment.log.log(fmt::format("QuillornApp: ModelContainer failed to open: {}", error.what()));
         m_launchFailureMessage = error.what();
@@ -92,7 +96,8 @@ void QuillornApp::openStore() {
 void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& folder) const {
     const auto group = m_environment.paths.groupContainer(groupContainer);
     std::error_code ignored;
-    if (!group || !std::filesystem::exists(*group / storeName, ignored)) return;
+    if (!group || !std::filesystem::exists(*group / storeName, ignored))
+        return;
     for (const char* suffix : {"", "-shm", "-wal"}) {
         const std::string name = std::string(storeName) + suffix;
         std::filesystem::copy_file(*group / name, folder / name, ignored);

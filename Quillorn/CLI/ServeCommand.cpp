@@ -23,10 +23,12 @@ namespace {
 
 APIServerOptions combine(const ServeOptions& options, SettingsStore& settings) {
     APIServerOptions combined = APIServerOptions::fromSettings(settings);
-    if (options.port) combined.port = *options.port;
+    if (options.port)
+        combined.port = *options.port;
     combined.externalAccess |= options.external;
     combined.requireAuthLocal |= options.requireAuth;
-    if (options.key) combined.authKey = *options.key;
+    if (options.key)
+        combined.authKey = *options.key;
     return combined;
 }
 
@@ -54,7 +56,8 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     APIServer& server = app.apiServer();
     bool failed = false;
     const auto endOnFailure = [&] {
-        if (server.isRunning() || !server.lastError()) return;
+        if (server.isRunning() || !server.lastError())
+            return;
         fmt::print(stderr, "quillorn: {}\n", *server.lastError());
         failed = true;
         mainQueue.stop();

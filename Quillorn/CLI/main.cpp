@@ -19,7 +19,8 @@ ProcessInfo describeProcess(int count, char** arguments) {
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string_view text = *entry;
         const std::size_t equals = text.find('=');
-        if (equals != std::string_view::npos) process.environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+        if (equals != std::string_view::npos)
+            process.environment.emplace(text.substr(0, equals), text.substr(equals + 1));
     }
     return process;
 }

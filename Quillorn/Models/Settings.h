@@ -108,15 +108,18 @@ inline constexpr std::array settingsCatalogue = [] {
 /// The setting of that key; a null pointer when the catalogue has none.
 constexpr const Setting* findSetting(std::string_view key) {
     for (const Setting& setting : settingsCatalogue)
-        if (setting.key == key) return &setting;
+        if (setting.key == key)
+            return &setting;
     return nullptr;
 }
 
 /// For keys that stand in the code: one that is not in the catalogue does not compile.
 consteval const Setting& setting(std::string_view key) {
-    const Setting* found = findSetting(key);
-    if (found == nullptr) throw "no such setting";
-    return *found;
+    // Not by findSetting: with its sanitizer of null pointers g++ 12 can't compare addresses while it compiles.
+    for (const Setting& each : settingsCatalogue)
+        if (each.key == key)
+            return each;
+    throw "no such setting";
 }
 
 /// Typed reading and writing of settings. A stored value of another type counts as none.

@@ -27,9 +27,9 @@ void applyFields(ProjectTask& task, const UpdateTaskRequest& body, Date now) {
     if (body.title)
         task.setTitle(*body.title);
     if (body.description)
-        task.setTaskDescription(*body.description);
+        task.setTaskDescription(body.description);
     if (body.dueDate)
-        task.setDueDate(*body.dueDate);
+        task.setDueDate(body.dueDate);
     task.setPriority(enumOr(body.priority, task.priority()));
     if (body.status)
         task.setStatus(enumOr(body.status, task.status()), now);

@@ -7,9 +7,11 @@
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
+#include "Services/TimerService.h"
 
 #include <fmt/core.h>
 #include <system_error>
+#include <utility>
 
 namespace quillorn {
 
@@ -32,8 +34,8 @@ APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     };
 }
 
-QuillornApp::QuillornApp(const AppEnvironment& environment, const ProcessInfo& process, ServerStart serverStart)
-    : m_environment(environment) {
+QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart)
+    : m_environment(std::move(environment)) {
     const auto [isTesting, isDemo] = LaunchFlags::of(process);
     if (isTesting || isDemo)
         m_environment.log.log(fmt::format("Quillorn launch: isDemo={} isTesting={}", isDemo, isTesting));
@@ -58,10 +60,12 @@ QuillornApp::QuillornApp(const AppEnvironment& environment, const ProcessInfo& p
 QuillornApp::~QuillornApp() = default;
 
 void QuillornApp::openInMemory(const std::string& fatalWords) {
-    if (m_storeFile.empty()) m_storeFile = "/dev/null";
+    if (m_storeFile.empty())
+        m_storeFile = "/dev/null";
     try {
-        m_container = std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
-                                                       StoreEnvironment{m_environment.random, m_environment.notifications});
+        m_container =
+            std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
+                                             StoreEnvironment{m_environment.random, m_environment.notifications});
     } catch (const std::exception& error) {
         throw LaunchError(fatalWords + error.what());
     }
@@ -76,10 +80,12 @@ void QuillornApp::openStore() {
         // Opening the store says what is wrong.
     }
     std::error_code ignored;
-    if (!std::filesystem::exists(m_storeFile, ignored)) fetchStoreFromGroupContainer(folder);
+    if (!std::filesystem::exists(m_storeFile, ignored))
+        fetchStoreFromGroupContainer(folder);
     try {
-        m_container = openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
-                                    {m_environment.random, m_environment.notifications}, m_environment.log);
+        m_container =
+            openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
+                          {m_environment.random, m_environment.notifications}, m_environment.log);
     } catch (const std::exception& error) {
         m_environment.log.log(fmt::format("QuillornApp: ModelContainer failed to open: {}", error.what()));
         m_launchFailureMessage = error.what();
@@ -92,7 +98,8 @@ void QuillornApp::openStore() {
 void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& folder) const {
     const auto group = m_environment.paths.groupContainer(groupContainer);
     std::error_code ignored;
-    if (!group || !std::filesystem::exists(*group / storeName, ignored)) return;
+    if (!group || !std::filesystem::exists(*group / storeName, ignored))
+        return;
     for (const char* suffix : {"", "-shm", "-wal"}) {
         const std::string name = std::string(storeName) + suffix;
         std::filesystem::copy_file(*group / name, folder / name, ignored);
@@ -100,6 +107,7 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 }
 
 void QuillornApp::createServices() {
+    m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,
@@ -109,6 +117,16 @@ void QuillornApp::createServices() {
         .mainQueue = m_environment.mainQueue,
         .version = m_environment.version,
     });
+}
+
+TimerService& QuillornApp::timerService() {
+    if (!m_timerService) {
+        m_timerService =
+            std::make_unique<TimerService>(m_environment.notifications, m_environment.mainQueue, m_environment.clock);
+        m_mainContext->addListener(
+            [this](const ChangeSet* saved) { m_timerService->storeDidChange(saved, mainContext()); });
+    }
+    return *m_timerService;
 }
 
 StoreRecovery QuillornApp::storeRecovery() const {

@@ -2,6 +2,7 @@
 
 #include "App/RunMode.h"
 #include "App/StoreRecovery.h"
+#include "Store/MainContext.h"
 #include "Store/ModelContainer.h"
 
 #include <filesystem>
@@ -21,6 +22,7 @@ class RandomSource;
 class SettingsStore;
 class SystemLog;
 class Text;
+class TimerService;
 
 /// A launch that can't go on at all: not even an empty store could be made.
 class LaunchError : public std::runtime_error {
@@ -51,7 +53,7 @@ struct APIServerOptions {
     std::string authKey{};
 
     /// A stored port of 0 counts as 18080.
-    static APIServerOptions fromSettings(SettingsStore& settings);
+    static APIServerOptions fromSettings(SettingsStore& store);
 };
 
 /// The application object: opens the store, or a substitute, and owns everything long-lived. Lives on the main thread.
@@ -61,7 +63,7 @@ class QuillornApp {
 
     /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
     /// std::runtime_error for a user without a home.
-    QuillornApp(const AppEnvironment& environment, const ProcessInfo& process,
+    QuillornApp(AppEnvironment environment, const ProcessInfo& process,
                 ServerStart serverStart = ServerStart::bySetting);
     ~QuillornApp();
     QuillornApp(const QuillornApp&) = delete;
@@ -69,7 +71,11 @@ class QuillornApp {
 
     RunMode runMode() const { return m_runMode; }
     ModelContainer& container() { return *m_container; }
+    /// The context of the main thread.
+    ModelContext& mainContext() { return m_mainContext->context(); }
     APIServer& apiServer() { return *m_apiServer; }
+    /// Made on first use.
+    TimerService& timerService();
 
     /// Present in fallback mode only.
     const std::optional<std::string>& launchFailureMessage() const { return m_launchFailureMessage; }
@@ -90,7 +96,9 @@ class QuillornApp {
     std::filesystem::path m_storeFile;
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
+    std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<APIServer> m_apiServer;
+    std::unique_ptr<TimerService> m_timerService;
 };
 
 } // namespace quillorn

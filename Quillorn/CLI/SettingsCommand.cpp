@@ -29,9 +29,12 @@ const Setting& known(const std::string& key) {
 
 std::string_view kindName(SettingKind kind) {
     switch (kind) {
-    case SettingKind::user: return "user";
-    case SettingKind::bookkeeping: return "bookkeeping";
-    case SettingKind::scene: return "scene";
+    case SettingKind::user:
+        return "user";
+    case SettingKind::bookkeeping:
+        return "bookkeeping";
+    case SettingKind::scene:
+        return "scene";
     }
     return "";
 }
@@ -62,9 +65,12 @@ ExitStatus listSettings(const SettingsOptions& options) {
     const UserSettings user;
     std::vector<const Setting*> shown;
     for (const Setting& each : settingsCatalogue)
-        if (options.all || each.kind == SettingKind::user) shown.push_back(&each);
-    if (options.json) printJson(shown, user.settings);
-    else printTable(shown, user.settings);
+        if (options.all || each.kind == SettingKind::user)
+            shown.push_back(&each);
+    if (options.json)
+        printJson(shown, user.settings);
+    else
+        printTable(shown, user.settings);
     return ExitStatus::success;
 }
 

@@ -1,7 +1,6 @@
 #include "Models/ProjectTotals.h"
 
 #include "Models/RestrictedStatement.h"
-#include "Models/TimeSpent.h"
 
 #include <fmt/core.h>
 
@@ -9,17 +8,15 @@ namespace quillorn {
 
 namespace {
 
-/// The time on the tasks of each project.
-const std::string timeOnTasks =
-    fmt::format("SELECT t.project, {} FROM ProjectTask t JOIN TimeEntry e ON e.task = t.key WHERE t.project{{}} "
-                "GROUP BY t.project",
-                timeSpentSQL);
+// Each of these selects a project, a start and an end; adding up here takes half the time of sum() and GROUP BY.
 
-/// The direct time of each project, without entries that are linked through a task of the same project as well.
-const std::string directTime =
-    fmt::format("SELECT e.project, {} FROM TimeEntry e LEFT JOIN ProjectTask t ON t.key = e.task "
-                "WHERE e.project{{}} AND t.project IS NOT e.project GROUP BY e.project",
-                timeSpentSQL);
+constexpr const char* timeOnTasks = "SELECT t.project, e.startTime, e.endTime FROM ProjectTask t "
+                                    "JOIN TimeEntry e ON e.task = t.key WHERE t.project{}";
+
+/// Without entries that are linked through a task of the same project as well.
+constexpr const char* directTime = "SELECT e.project, e.startTime, e.endTime FROM TimeEntry e "
+                                   "LEFT JOIN ProjectTask t ON t.key = e.task "
+                                   "WHERE e.project{} AND t.project IS NOT e.project";
 
 /// Nothing keeps entries from having one id. A few projects are asked for theirs one by one; for more, a walk through
 /// all ids is faster.
@@ -29,7 +26,7 @@ constexpr const char* repeatedIdsOfFew =
     "AND EXISTS (SELECT 1 FROM TimeEntry other WHERE other.id = e.id AND other.key <> e.key)";
 constexpr const char* repeatedIdsOfAll = "SELECT id FROM TimeEntry GROUP BY id HAVING count(*) > 1";
 
-/// What the two sums above count too often: of the entries of a project with one id, all but the first in the order of
+/// What the two above have too often: of the entries of a project with one id, all but the first in the order of
 /// Project::allTimeEntries.
 std::string repeatedTime(std::size_t projectCount) {
     return fmt::format(
@@ -40,8 +37,8 @@ std::string repeatedTime(std::size_t projectCount) {
         "FROM TimeEntry e LEFT JOIN ProjectTask t ON t.key = e.task "
         "WHERE e.id IN repeated AND e.project{{}} AND t.project IS NOT e.project), ranked AS ("
         "SELECT *, row_number() OVER (PARTITION BY project, id ORDER BY isDirect, task, key) AS place FROM entry) "
-        "SELECT project, {} FROM ranked WHERE place > 1 GROUP BY project",
-        projectCount <= fewProjects ? repeatedIdsOfFew : repeatedIdsOfAll, timeSpentSQL);
+        "SELECT project, startTime, endTime FROM ranked WHERE place > 1",
+        projectCount <= fewProjects ? repeatedIdsOfFew : repeatedIdsOfAll);
 }
 
 } // namespace
@@ -61,7 +58,7 @@ void ProjectTotalsTable::countTasks(ModelContext& context, const std::vector<Row
         context, "SELECT project, count(*), count(completedAt) FROM ProjectTask WHERE project{} GROUP BY project",
         projects);
     while (rows->step()) {
-        ProjectTotals& totals = m_totals[rows->integer(0)];
+        ProjectTotals& totals = m_sums[rows->integer(0)].totals;
         totals.taskCount = rows->integer(1);
         totals.completedTaskCount = rows->integer(2);
     }
@@ -70,14 +67,17 @@ void ProjectTotalsTable::countTasks(ModelContext& context, const std::vector<Row
 void ProjectTotalsTable::addTime(ModelContext& context, const std::string& sql, const std::vector<RowKey>& projects,
                                  Date now, double sign) {
     const StatementLoan rows = restrictedStatement(context, sql, projects);
-    bindPresent(*rows, now);
     while (rows->step())
-        m_totals[rows->integer(0)].totalTimeSpent += sign * timeSpent(*rows, 1);
+        m_sums[rows->integer(0)].time.add(*rows, 1, now, sign);
 }
 
 ProjectTotals ProjectTotalsTable::of(RowKey project) const {
-    const auto found = m_totals.find(project);
-    return found == m_totals.end() ? ProjectTotals{} : found->second;
+    const Sums* found = m_sums.find(project);
+    if (found == nullptr)
+        return {};
+    ProjectTotals totals = found->totals;
+    totals.totalTimeSpent = found->time.seconds();
+    return totals;
 }
 
 ClientTotalsTable::ClientTotalsTable(ModelContext& context, const std::vector<Client*>& clients, Date now) {
@@ -105,8 +105,8 @@ ClientTotalsTable::ClientTotalsTable(ModelContext& context, const std::vector<Cl
 }
 
 ClientTotals ClientTotalsTable::of(const Client& client) const {
-    const auto found = m_totals.find(client.key());
-    return found == m_totals.end() ? ClientTotals{} : found->second;
+    const ClientTotals* found = m_totals.find(client.key());
+    return found == nullptr ? ClientTotals{} : *found;
 }
 
 } // namespace quillorn

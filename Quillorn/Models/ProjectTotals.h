@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Models/Project.h"
+#include "Models/TimeSpent.h"
+#include "Store/KeyMap.h"
 
-#include <unordered_map>
+#include <string>
 #include <vector>
 
 namespace quillorn {
@@ -28,12 +30,17 @@ class ProjectTotalsTable {
     ProjectTotals of(RowKey project) const;
 
   private:
+    struct Sums {
+        TimeSum time;
+        ProjectTotals totals; // without the time
+    };
+
     void countTasks(ModelContext& context, const std::vector<RowKey>& projects);
-    /// Adds the time that `sql` says by project, or takes it off with a sign of -1.
+    /// Adds the time of the rows that `sql` selects, or takes it off with a sign of -1.
     void addTime(ModelContext& context, const std::string& sql, const std::vector<RowKey>& projects, Date now,
                  double sign = 1);
 
-    std::unordered_map<RowKey, ProjectTotals> m_totals; // no entry: all zero
+    KeyMap<Sums> m_sums; // no entry: all zero
 };
 
 /// The same for a client: Client::projectCount, activeProjectCount, totalTaskCount, activeTaskCount and totalTimeSpent.
@@ -52,7 +59,7 @@ class ClientTotalsTable {
     ClientTotals of(const Client& client) const;
 
   private:
-    std::unordered_map<RowKey, ClientTotals> m_totals; // no entry: all zero
+    KeyMap<ClientTotals> m_totals; // no entry: all zero
 };
 
 } // namespace quillorn

@@ -5,17 +5,21 @@
 
 namespace quillorn {
 
-/// The time of TimeEntry rows added up, in SQL, as microseconds. Parameter 2 is the present, up to which running
-/// entries count. total() and not sum(), which fails where the result leaves 64 bits; up to 285 years it is exact too.
-inline constexpr const char* timeSpentSQL = "total(coalesce(endTime, ?2) - startTime)";
+/// Adds up the time of TimeEntry rows; running ones count up to `now`. As a floating-point number of microseconds the
+/// sum is exact for 285 years, and never overflows.
+class TimeSum {
+  public:
+    /// `startColumn` of the row is its startTime, the next one its endTime.
+    void add(const Statement& row, int startColumn, Date now, double sign = 1) {
+        const auto start = static_cast<double>(row.integer(startColumn));
+        const auto end = static_cast<double>(row.isNull(startColumn + 1) ? now.time_since_epoch().count()
+                                                                         : row.integer(startColumn + 1));
+        m_microseconds += sign * (end - start);
+    }
+    double seconds() const { return m_microseconds / 1e6; }
 
-inline void bindPresent(Statement& statement, Date now) {
-    statement.bind(2, std::int64_t{now.time_since_epoch().count()});
-}
-
-/// In seconds, from a column made by timeSpentSQL.
-inline double timeSpent(const Statement& row, int column) {
-    return secondsBetween(Date{}, Date(std::chrono::microseconds(row.integer(column))));
-}
+  private:
+    double m_microseconds = 0;
+};
 
 } // namespace quillorn

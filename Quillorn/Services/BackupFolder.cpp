@@ -9,13 +9,16 @@ namespace quillorn {
 
 namespace {
 
-bool isWritable(const std::filesystem::path& path) { return ::access(path.c_str(), W_OK) == 0; }
+bool isWritable(const std::filesystem::path& path) {
+    return ::access(path.c_str(), W_OK) == 0;
+}
 
 } // namespace
 
 std::filesystem::path backupFolder(SettingsStore& settings, const std::filesystem::path& storeFile) {
-    const std::filesystem::path chosen = Settings(settings).text(setting("backupFolderPath"));
-    if (!chosen.empty() && (isWritable(chosen) || isWritable(chosen.parent_path()))) return chosen;
+    std::filesystem::path chosen = Settings(settings).text(setting("backupFolderPath"));
+    if (!chosen.empty() && (isWritable(chosen) || isWritable(chosen.parent_path())))
+        return chosen;
     return storeFile.parent_path() / "Backups";
 }
 

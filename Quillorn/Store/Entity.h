@@ -47,10 +47,10 @@ class Entity {
     Entity* resolve(std::size_t column, const ReferenceBase& reference) const;
     /// The row key of a to-one relation's target, known without loading it; 0 for none and for what is not saved yet.
     static RowKey keyOf(const ReferenceBase& reference) {
-        return reference.object != nullptr ? reference.object->m_key : reference.key;
+        return reference.m_object != nullptr ? reference.m_object->m_key : reference.m_key;
     }
-    /// A to-many relation, loaded on first touch for all objects of this type that lack it.
-    const ListBase& load(std::size_t relation, const ListBase& list) const;
+    /// Loads a to-many relation on first touch, for all objects of this type that lack it.
+    void load(std::size_t relation, const ListBase& list) const;
     /// Makes `targets` the members of a many-to-many relation. Repeated and absent members count once.
     void assignLinks(std::size_t relation, const std::vector<Entity*>& targets);
 
@@ -58,6 +58,7 @@ class Entity {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
     template <auto Member>
     friend struct ColumnAccess;
 

@@ -223,9 +223,9 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .read =
                 [](Entity& entity, const Statement& statement, int index) {
                     ReferenceBase& reference = Access::field(entity);
-                    reference.object = nullptr;
-                    reference.key = statement.integer(index);
-                    reference.resolved = reference.key == 0;
+                    reference.m_object = nullptr;
+                    reference.m_key = statement.integer(index);
+                    reference.m_resolved = reference.m_key == 0;
                 },
             .defaultLiteral = [](const Entity&) { return std::string(); },
             .target = &Field::TargetType::entityType,

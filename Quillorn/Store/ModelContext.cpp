@@ -1,5 +1,6 @@
 #include "Store/ModelContext.h"
 
+#include "Store/ContextRefresh.h"
 #include "Store/ContextSave.h"
 #include "Store/RelationLoader.h"
 #include "Store/StoreError.h"
@@ -137,7 +138,7 @@ void ModelContext::removeUnsavedBelongings(const Entity& owner) {
     const auto belongs = [&](Entity& object) {
         const auto& columns = object.m_type->columns;
         return std::any_of(columns.begin(), columns.end(), [&](const Column& column) {
-            return column.onDelete == OnDelete::cascade && column.reference(object).object == &owner;
+            return column.onDelete == OnDelete::cascade && column.reference(object).m_object == &owner;
         });
     };
     std::vector<Entity*> belongings;
@@ -158,7 +159,7 @@ void ModelContext::forgetDeleted() {
                 if (column.reference == nullptr)
                     continue;
                 ReferenceBase& reference = column.reference(*object);
-                if (reference.object == nullptr || !reference.object->isDeleted())
+                if (reference.m_object == nullptr || !reference.m_object->isDeleted())
                     continue;
                 if (!object->isDeleted())
                     reference = {};
@@ -170,6 +171,11 @@ void ModelContext::forgetDeleted() {
 void ModelContext::save() {
     checkThread();
     ContextSave(*this).run();
+}
+
+void ModelContext::refresh() {
+    checkThread();
+    ContextRefresh(*this).run();
 }
 
 void ModelContext::loadReferences(const EntityType& type, std::size_t column) {

@@ -18,12 +18,13 @@ class ReferenceBase {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
     template <auto Member>
     friend struct ColumnAccess;
 
-    Entity* object = nullptr;
-    RowKey key = 0;
-    bool resolved = true; // an absent reference needs no loading
+    Entity* m_object = nullptr;
+    RowKey m_key = 0;
+    bool m_resolved = true; // an absent reference needs no loading
 };
 
 template <class Target>
@@ -44,6 +45,7 @@ class ListBase {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
 
     /// `loading` while its owner is one of those that the loader is at work for.
     enum class State : std::uint8_t { absent, notLoaded, loading, loaded };

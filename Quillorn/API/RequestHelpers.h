@@ -40,7 +40,7 @@ void throwIfAny(std::vector<std::string> faults);
 /// The decoded body after its own rules have passed; those are its `faults()`.
 template <WireRecord Record>
 Record decodeValidBody(const HttpRequest& request) {
-    Record record = decodeBody<Record>(request);
+    auto record = decodeBody<Record>(request);
     throwIfAny(record.faults());
     return record;
 }

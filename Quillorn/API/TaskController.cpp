@@ -14,6 +14,7 @@
 #include "Platform/Clock.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillorn {
 
@@ -40,9 +41,9 @@ void applyFields(ProjectTask& task, const UpdateTaskRequest& body, Date now) {
     if (body.title)
         task.setTitle(*body.title);
     if (body.description)
-        task.setTaskDescription(*body.description);
+        task.setTaskDescription(body.description);
     if (body.dueDate)
-        task.setDueDate(*body.dueDate);
+        task.setDueDate(body.dueDate);
     task.setPriority(enumOr(body.priority, task.priority()));
     if (body.status)
         task.setStatus(enumOr(body.status, task.status()), now);
@@ -87,7 +88,7 @@ HttpResponse TaskController::create(const HttpRequest& request) const {
         const Date now = m_clock.now();
         const auto status = enumOr(body.status, TaskStatus::todo);
         ModelContext context(m_container, Intent::update);
-        Project* project = findLinked<Project>(context, body.projectId, "Project");
+        auto* project = findLinked<Project>(context, body.projectId, "Project");
         const auto tags = findTags(context, body.tagIds.value_or(std::vector<UUID>{}));
         auto& task = context.insert<ProjectTask>(
             ProjectTask::Arguments{
@@ -115,7 +116,7 @@ HttpResponse TaskController::update(const HttpRequest& request) const {
         const auto body = decodeValidBody<UpdateTaskRequest>(request);
         return change(id, [&](ModelContext& context, ProjectTask& task, Date now) {
             // First of all, since a completed task is announced at once and a missing project must stop even that.
-            Project* project = findLinked<Project>(context, body.projectId, "Project");
+            auto* project = findLinked<Project>(context, body.projectId, "Project");
             applyFields(task, body, now);
             if (project != nullptr)
                 task.setProject(project);
@@ -156,8 +157,9 @@ HttpResponse TaskController::timeEntries(const HttpRequest& request) const {
         auto context = std::make_unique<ModelContext>(m_container);
         const auto& list = findTask(*context, id).timeEntries();
         std::vector<TimeEntry*> entries(list.begin(), list.end());
-        std::stable_sort(entries.begin(), entries.end(),
-                         [](const TimeEntry* a, const TimeEntry* b) { return a->startTime() > b->startTime(); });
+        std::ranges::sort(entries, [](const TimeEntry* a, const TimeEntry* b) {
+            return std::pair(b->startTime(), a->key()) < std::pair(a->startTime(), b->key());
+        });
         return listResponse<TimeEntryDTO>(std::move(context), TimeEntryRows(std::move(entries), m_clock.now()));
     });
 }

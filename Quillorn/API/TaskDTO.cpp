@@ -3,19 +3,23 @@
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
+#include "Store/KeyMap.h"
 #include "Store/ModelContext.h"
 
-#include <unordered_set>
+#include <utility>
 
 namespace quillorn {
 
 namespace {
 
 std::vector<Tag*> tagsOf(const std::vector<ProjectTask*>& tasks) {
-    std::unordered_set<Tag*> tags;
+    std::vector<Tag*> tags;
+    KeyMap<bool> seen;
     for (const ProjectTask* task : tasks)
-        tags.insert(task->tags().begin(), task->tags().end());
-    return {tags.begin(), tags.end()};
+        for (Tag* tag : task->tags())
+            if (!std::exchange(seen[tag->key()], true))
+                tags.push_back(tag);
+    return tags;
 }
 
 template <class Object>

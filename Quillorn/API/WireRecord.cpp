@@ -28,13 +28,11 @@ void writeRecord(JsonWriter& writer, const RecordType& type, const void* record)
 bool readRecord(const Json& value, const RecordType& type, void* record) {
     if (value.asObject() == nullptr)
         return false;
-    for (const WireField& field : type.fields) {
+    return std::ranges::all_of(type.fields, [&](const WireField& field) {
         const Json* member = value.find(field.name);
         const bool isAbsent = member == nullptr || member->isNull();
-        if (isAbsent ? field.required : !field.read(*member, record))
-            return false;
-    }
-    return true;
+        return isAbsent ? !field.required : field.read(*member, record);
+    });
 }
 
 bool WireForm<std::string>::read(const Json& json, std::string& value) {

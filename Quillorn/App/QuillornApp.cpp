@@ -7,6 +7,7 @@
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
+#include "Services/TimerService.h"
 
 #include <fmt/core.h>
 #include <system_error>
@@ -106,6 +107,7 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 }
 
 void QuillornApp::createServices() {
+    m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,
@@ -115,6 +117,16 @@ void QuillornApp::createServices() {
         .mainQueue = m_environment.mainQueue,
         .version = m_environment.version,
     });
+}
+
+TimerService& QuillornApp::timerService() {
+    if (!m_timerService) {
+        m_timerService =
+            std::make_unique<TimerService>(m_environment.notifications, m_environment.mainQueue, m_environment.clock);
+        m_mainContext->addListener(
+            [this](const ChangeSet* saved) { m_timerService->storeDidChange(saved, mainContext()); });
+    }
+    return *m_timerService;
 }
 
 StoreRecovery QuillornApp::storeRecovery() const {

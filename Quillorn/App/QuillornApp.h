@@ -2,6 +2,7 @@
 
 #include "App/RunMode.h"
 #include "App/StoreRecovery.h"
+#include "Store/MainContext.h"
 #include "Store/ModelContainer.h"
 
 #include <filesystem>
@@ -21,6 +22,7 @@ class RandomSource;
 class SettingsStore;
 class SystemLog;
 class Text;
+class TimerService;
 
 /// A launch that can't go on at all: not even an empty store could be made.
 class LaunchError : public std::runtime_error {
@@ -69,7 +71,11 @@ class QuillornApp {
 
     RunMode runMode() const { return m_runMode; }
     ModelContainer& container() { return *m_container; }
+    /// The context of the main thread.
+    ModelContext& mainContext() { return m_mainContext->context(); }
     APIServer& apiServer() { return *m_apiServer; }
+    /// Made on first use.
+    TimerService& timerService();
 
     /// Present in fallback mode only.
     const std::optional<std::string>& launchFailureMessage() const { return m_launchFailureMessage; }
@@ -90,7 +96,9 @@ class QuillornApp {
     std::filesystem::path m_storeFile;
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
+    std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<APIServer> m_apiServer;
+    std::unique_ptr<TimerService> m_timerService;
 };
 
 } // namespace quillorn

@@ -33,4 +33,9 @@ ExitStatus getSetting(const std::string& key, const SettingsOptions& options);
 ExitStatus setSetting(const std::string& key, const std::string& value);
 ExitStatus resetSetting(const std::string& key);
 
+/// The timer of the user's store, also while a server runs on it.
+ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process);
+ExitStatus stopTimer(const ProcessInfo& process);
+ExitStatus showTimer(bool json, const ProcessInfo& process);
+
 } // namespace quillorn

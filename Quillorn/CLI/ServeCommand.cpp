@@ -1,18 +1,9 @@
 #include "API/APIServer.h"
-#include "App/QuillornApp.h"
 #include "CLI/Commands.h"
-#include "Models/Settings.h"
-#include "Platform/Calendar.h"
-#include "Platform/Clock.h"
-#include "Platform/Crypto.h"
-#include "Platform/NotificationCenter.h"
-#include "Platform/Paths.h"
+#include "CLI/Session.h"
 #include "Platform/Process.h"
-#include "Platform/RunLoop.h"
-#include "Platform/SettingsStore.h"
-#include "Platform/SystemLog.h"
 #include "Platform/TerminationSignals.h"
-#include "Platform/Text.h"
+#include "Services/TimerService.h"
 
 #include <cstdio>
 #include <fmt/core.h>
@@ -35,36 +26,26 @@ APIServerOptions combine(const ServeOptions& options, SettingsStore& settings) {
 } // namespace
 
 ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
-    StandardErrorLog log;
-    RunLoop mainQueue(log);
-    const TerminationSignals signals([&] { mainQueue.stop(); });
+    Session session(process);
+    if (session.hasFailed())
+        return ExitStatus::failure;
+    // No thread has been started so far, as it has to be.
+    const TerminationSignals signals([&] { session.mainQueue().stop(); });
     raiseDescriptorLimit();
 
-    const SystemClock clock;
-    SystemRandom random;
-    NotificationCenter notifications;
-    const Text text(currentLocale());
-    const auto paths = systemPaths();
-    FileSettings settings(settingsFile(*paths), log);
-    QuillornApp app({clock, random, log, notifications, mainQueue, settings, *paths, text, QUILLORN_VERSION}, process,
-                    QuillornApp::ServerStart::byCaller);
-    if (app.runMode() == RunMode::fallback) {
-        fmt::print(stderr, "\n{}", app.storeRecovery().text());
-        return ExitStatus::failure;
-    }
-
+    QuillornApp& app = session.app();
+    app.timerService().resumeRunningEntry(app.mainContext());
     APIServer& server = app.apiServer();
     bool failed = false;
-    const auto endOnFailure = [&] {
+    server.onChange = [&] {
         if (server.isRunning() || !server.lastError())
             return;
         fmt::print(stderr, "quillorn: {}\n", *server.lastError());
         failed = true;
-        mainQueue.stop();
+        session.mainQueue().stop();
     };
-    server.onChange = endOnFailure;
-    app.startAPIServer(combine(options, settings));
-    mainQueue.run();
+    app.startAPIServer(combine(options, session.settings()));
+    session.mainQueue().run();
     server.onChange = nullptr;
     if (!failed)
         server.stop();

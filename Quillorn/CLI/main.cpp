@@ -72,6 +72,24 @@ void addSettings(CLI::App& app, Action& action) {
     reset->callback([=, &action] { action = [=] { return resetSetting(*key); }; });
 }
 
+void addTimer(CLI::App& app, Action& action, const ProcessInfo& process) {
+    auto task = std::make_shared<std::string>();
+    auto json = std::make_shared<bool>(false);
+    CLI::App* timer = app.add_subcommand("timer", "Track time on a task, also while the server runs");
+    timer->require_subcommand(0, 1);
+
+    CLI::App* start = timer->add_subcommand("start", "Start on a task; a timer that runs is stopped first");
+    start->add_option("TASK-ID", *task, "Id of the task")->required();
+    start->callback([=, &action, &process] { action = [=, &process] { return startTimer(*task, process); }; });
+
+    CLI::App* stop = timer->add_subcommand("stop", "Stop the running timer");
+    stop->callback([&action, &process] { action = [&process] { return stopTimer(process); }; });
+
+    CLI::App* status = timer->add_subcommand("status", "Show the running timer");
+    status->add_flag("--json", *json, "Print JSON");
+    status->callback([=, &action, &process] { action = [=, &process] { return showTimer(*json, process); }; });
+}
+
 int run(int count, char** arguments) {
     const ProcessInfo process = describeProcess(count, arguments);
     CLI::App app("Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
@@ -82,6 +100,7 @@ int run(int count, char** arguments) {
     Action action;
     addServe(app, action, process);
     addSettings(app, action);
+    addTimer(app, action, process);
 
     // The switch for demo mode is no option of the usual form; the application looks at it by itself.
     std::vector<std::string> options = process.arguments;

@@ -95,6 +95,8 @@ Schema frozenSchema(int version, const Columns& taskColumns) {
     for (TableSchema& each : schema.tables)
         if (each.name == "TimeEntry")
             each.indexes = {{"task", "startTime", "endTime"}};
+        else if (each.name == "ProjectTask")
+            each.indexes = {{"parentTask", "completedAt"}};
     schema.links = {{"ProjectTask_Tag", "task", "ProjectTask", "tag", "Tag"}};
     return schema;
 }

@@ -45,7 +45,9 @@ struct ProjectTask::Table {
 };
 
 const EntityType& ProjectTask::entityType() {
-    static const EntityType type = makeEntityType("ProjectTask", Table::columns, Table::relations, &Table::make);
+    // The wider index counts subtasks by itself.
+    static const EntityType type =
+        makeEntityType("ProjectTask", Table::columns, Table::relations, &Table::make, {{"parentTask", "completedAt"}});
     return type;
 }
 

@@ -35,7 +35,7 @@ std::vector<RowKey> keysOf(const std::vector<Object*>& objects) {
     return keys;
 }
 
-using Parents = std::unordered_map<RowKey, RowKey>;
+using Parents = KeyMap<RowKey>;
 
 /// The parent of each of the tasks that has one, and of each ancestor.
 Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
@@ -51,25 +51,59 @@ Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
                        : "SELECT key, parentTask FROM ProjectTask WHERE {}",
                    tasks.size() <= keyLookupLimit ? "key" : "parentTask", tasks);
     while (rows->step())
-        parents.emplace(rows->integer(0), rows->integer(1));
+        parents[rows->integer(0)] = rows->integer(1);
     return parents;
 }
 
-/// Fills in the depth of every task that has a parent. In a circle of tasks, which only a damaged store has, each has
-/// all the others above it.
-void addDepths(const Parents& parents, const std::vector<RowKey>& tasks,
-               std::unordered_map<RowKey, TaskTotals>& totals) {
+} // namespace
+
+TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<ProjectTask*>& tasks, Date now) {
+    const std::vector<RowKey> keys = keysOf(tasks);
+    m_sums.reserve(keys.size());
+    addTimes(context, keys, now);
+    addSubtasks(context, keys);
+    addDepths(context, keys);
+}
+
+void TaskTotalsTable::addTimes(ModelContext& context, const std::vector<RowKey>& tasks, Date now) {
+    // Adding up here takes half the time of sum() and GROUP BY.
+    const StatementLoan rows =
+        restricted(context, "SELECT task, startTime, endTime FROM TimeEntry WHERE {}", "task", tasks);
+    const std::int64_t present = now.time_since_epoch().count();
+    while (rows->step()) {
+        const std::int64_t end = rows->isNull(2) ? present : rows->integer(2);
+        m_sums[rows->integer(0)].time += std::chrono::microseconds(end - rows->integer(1));
+    }
+}
+
+void TaskTotalsTable::addSubtasks(ModelContext& context, const std::vector<RowKey>& tasks) {
+    const StatementLoan rows = restricted(
+        context, "SELECT parentTask, count(*), count(completedAt) FROM ProjectTask WHERE {} GROUP BY parentTask",
+        "parentTask", tasks);
+    while (rows->step()) {
+        TaskTotals& totals = m_sums[rows->integer(0)].totals;
+        totals.subtaskCount = rows->integer(1);
+        totals.completedSubtaskCount = rows->integer(2);
+    }
+}
+
+/// In a circle of tasks, which only a damaged store has, each has all the others above it.
+void TaskTotalsTable::addDepths(ModelContext& context, const std::vector<RowKey>& tasks) {
     constexpr std::int64_t onPath = -1;
-    std::unordered_map<RowKey, std::int64_t> depths;
+    const Parents parents = parentsOf(context, tasks);
+    KeyMap<std::int64_t> depths;
+    std::vector<RowKey> path; // from the task up to where the depth is known
     for (const RowKey task : tasks) {
-        std::vector<RowKey> path; // from the task up to where the depth is known
+        path.clear();
         RowKey at = task;
-        while (parents.contains(at) && depths.emplace(at, onPath).second) {
+        for (const RowKey* parent = parents.find(at); parent != nullptr && !depths.contains(at);
+             parent = parents.find(at)) {
+            depths[at] = onPath;
             path.push_back(at);
-            at = parents.at(at);
+            at = *parent;
         }
-        const auto known = depths.find(at);
-        std::int64_t depth = known == depths.end() ? 0 : known->second;
+        const std::int64_t* known = depths.find(at);
+        std::int64_t depth = known == nullptr ? 0 : *known;
         if (depth == onPath) {
             const auto circle = std::find(path.begin(), path.end(), at);
             depth = path.end() - circle - 1;
@@ -78,46 +112,18 @@ void addDepths(const Parents& parents, const std::vector<RowKey>& tasks,
         }
         for (auto ancestor = path.rbegin(); ancestor != path.rend(); ++ancestor)
             depths[*ancestor] = ++depth;
-        if (const auto found = depths.find(task); found != depths.end())
-            totals[task].depth = found->second;
+        if (const std::int64_t* found = depths.find(task))
+            m_sums[task].totals.depth = *found;
     }
-}
-
-} // namespace
-
-TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<ProjectTask*>& tasks, Date now) {
-    const std::vector<RowKey> keys = keysOf(tasks);
-    m_totals.reserve(keys.size());
-    {
-        // In whole microseconds, so that the sum is exact; a running entry adds the present moment afterwards.
-        const StatementLoan rows =
-            restricted(context,
-                       "SELECT task, sum(coalesce(endTime, 0) - startTime), count(*) - count(endTime) "
-                       "FROM TimeEntry WHERE {} GROUP BY task",
-                       "task", keys);
-        const std::int64_t present = now.time_since_epoch().count();
-        while (rows->step()) {
-            const std::int64_t microseconds = rows->integer(1) + rows->integer(2) * present;
-            m_totals[rows->integer(0)].totalTimeSpent =
-                secondsBetween(Date{}, Date(std::chrono::microseconds(microseconds)));
-        }
-    }
-    {
-        const StatementLoan rows = restricted(
-            context, "SELECT parentTask, count(*), count(completedAt) FROM ProjectTask WHERE {} GROUP BY parentTask",
-            "parentTask", keys);
-        while (rows->step()) {
-            TaskTotals& totals = m_totals[rows->integer(0)];
-            totals.subtaskCount = rows->integer(1);
-            totals.completedSubtaskCount = rows->integer(2);
-        }
-    }
-    addDepths(parentsOf(context, keys), keys, m_totals);
 }
 
 TaskTotals TaskTotalsTable::of(const ProjectTask& task) const {
-    const auto found = m_totals.find(task.key());
-    return found == m_totals.end() ? TaskTotals{} : found->second;
+    const Sums* found = m_sums.find(task.key());
+    if (found == nullptr)
+        return {};
+    TaskTotals totals = found->totals;
+    totals.totalTimeSpent = std::chrono::duration<double>(found->time).count();
+    return totals;
 }
 
 TagCounts::TagCounts(ModelContext& context, const std::vector<Tag*>& tags) {
@@ -126,12 +132,12 @@ TagCounts::TagCounts(ModelContext& context, const std::vector<Tag*>& tags) {
     const StatementLoan rows =
         restricted(context, "SELECT tag, count(*) FROM ProjectTask_Tag WHERE {} GROUP BY tag", "tag", keysOf(tags));
     while (rows->step())
-        m_counts.emplace(rows->integer(0), rows->integer(1));
+        m_counts[rows->integer(0)] = rows->integer(1);
 }
 
 std::int64_t TagCounts::of(const Tag& tag) const {
-    const auto found = m_counts.find(tag.key());
-    return found == m_counts.end() ? 0 : found->second;
+    const std::int64_t* found = m_counts.find(tag.key());
+    return found == nullptr ? 0 : *found;
 }
 
 } // namespace quillorn

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Models/ProjectTask.h"
+#include "Store/KeyMap.h"
 
-#include <unordered_map>
+#include <chrono>
 #include <vector>
 
 namespace quillorn {
@@ -27,7 +28,17 @@ class TaskTotalsTable {
     TaskTotals of(const ProjectTask& task) const;
 
   private:
-    std::unordered_map<RowKey, TaskTotals> m_totals; // no entry: all zero
+    struct Sums {
+        std::chrono::microseconds time{}; // whole, so that the sum is exact
+        TaskTotals totals;                // without the time
+    };
+
+    void addTimes(ModelContext& context, const std::vector<RowKey>& tasks, Date now);
+    void addSubtasks(ModelContext& context, const std::vector<RowKey>& tasks);
+    /// Of every task that has a parent.
+    void addDepths(ModelContext& context, const std::vector<RowKey>& tasks);
+
+    KeyMap<Sums> m_sums; // no entry: all zero
 };
 
 /// Number of tasks of each tag of the context, as last saved, in one statement.
@@ -38,7 +49,7 @@ class TagCounts {
     std::int64_t of(const Tag& tag) const;
 
   private:
-    std::unordered_map<RowKey, std::int64_t> m_counts;
+    KeyMap<std::int64_t> m_counts;
 };
 
 } // namespace quillorn

@@ -188,7 +188,11 @@ void ContextSave::publish() {
         changes->rows.push_back({row.first, row.second, change});
     Notification notification{.name = std::string(storeDidSave), .object = {}, .userInfo = {}};
     notification.userInfo.emplace("changes", std::shared_ptr<const ChangeSet>(std::move(changes)));
-    m_context.m_container.notifications().post(notification);
+    try {
+        m_context.m_container.notifications().post(notification);
+    } catch (...) {
+        // The commit stands, whatever an observer makes of it.
+    }
 }
 
 void ContextSave::abandon() noexcept {

@@ -54,6 +54,7 @@ class Entity {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
     template <auto Member>
     friend struct ColumnAccess;
 

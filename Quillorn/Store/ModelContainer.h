@@ -55,6 +55,7 @@ class ModelContainer {
   private:
     friend class ModelContext;
     friend class ContextSave;
+    friend class MainContext;
 
     void open(const MigrationPlan* plan);
     /// After a commit, under the write lock: keeps the write-ahead log short.

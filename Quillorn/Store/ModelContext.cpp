@@ -1,5 +1,6 @@
 #include "Store/ModelContext.h"
 
+#include "Store/ContextRefresh.h"
 #include "Store/ContextSave.h"
 #include "Store/RelationLoader.h"
 #include "Store/StoreError.h"
@@ -170,6 +171,11 @@ void ModelContext::forgetDeleted() {
 void ModelContext::save() {
     checkThread();
     ContextSave(*this).run();
+}
+
+void ModelContext::refresh() {
+    checkThread();
+    ContextRefresh(*this).run();
 }
 
 void ModelContext::loadReferences(const EntityType& type, std::size_t column) {

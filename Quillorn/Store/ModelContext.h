@@ -28,7 +28,7 @@ struct Query {
 /// transaction. It owns its objects, and is used on the thread that made it. All that it reads is one snapshot of the
 /// store, up to a save.
 ///
-/// Queries don't see what has not been saved; relations do.
+/// Fetches don't see records that have not been saved; find and relations do.
 class ModelContext {
   public:
     enum class Intent {
@@ -52,10 +52,14 @@ class ModelContext {
         return objects;
     }
 
-    /// The record of that id, the oldest where several carry it; null when there is none.
+    /// The record of that id, the oldest where several carry it; null when there is none. Finds new records that are
+    /// not saved yet.
     template <class Type>
     Type* find(const UUID& id) {
         Type* found = nullptr;
+        for (Entity* object : m_inserted)
+            if (object->m_type == &Type::entityType() && object->m_id == id)
+                return static_cast<Type*>(object);
         fetchInto(Type::entityType(), Query{.where = "id = ?", .values = {id}, .order = "key LIMIT 1"},
                   [&](Entity& object) { found = static_cast<Type*>(&object); });
         return found;
@@ -78,6 +82,11 @@ class ModelContext {
         return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty() || !m_links.empty();
     }
 
+    /// For a context that lives on while others write: begins a new snapshot and reads all its objects again, in place.
+    /// Objects whose rows are gone are deleted then; what was changed here and is not saved stays as it is; lists load
+    /// again on their next touch. A constant number of statements.
+    void refresh();
+
     /// Ends the reading: the connection goes back, and objects keep what they have loaded. For answers that are
     /// written out slowly.
     void endReading();
@@ -89,6 +98,7 @@ class ModelContext {
     friend class Entity;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
 
     /// The objects of one type.
     struct Registry {
@@ -114,7 +124,8 @@ class ModelContext {
         rows->bindAll(query.values);
         Registry& registry = registryOf(type);
         while (rows->step())
-            visit(objectFromRow(registry, *rows));
+            if (Entity& object = objectFromRow(registry, *rows); !object.isDeleted())
+                visit(object);
     }
 
     void checkThread() const;

@@ -18,6 +18,7 @@ class ReferenceBase {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
     template <auto Member>
     friend struct ColumnAccess;
 
@@ -44,6 +45,7 @@ class ListBase {
     friend class ModelContext;
     friend class RelationLoader;
     friend class ContextSave;
+    friend class ContextRefresh;
 
     /// `loading` while its owner is one of those that the loader is at work for.
     enum class State : std::uint8_t { absent, notLoaded, loading, loaded };

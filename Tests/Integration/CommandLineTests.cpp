@@ -82,6 +82,41 @@ TEST(CommandLine, keepsSettings) {
     EXPECT_EQ(list.find("sidebarSelectionKey"), std::string::npos);
 }
 
+TEST(Timer, worksOnTheStoreBesideTheServer) {
+    TemporaryFolder home;
+    ServerProcess server(home.path());
+    const auto post = [&](const std::string& path, const std::string& body) {
+        return Json::parse(bodyOf(answerTo(server.port(), "POST " + path + " HTTP/1.1\r\nContent-Length: " +
+                                                              std::to_string(body.size()) + "\r\n\r\n" + body)));
+    };
+    const auto text = [](const Json& record, const char* key) { return *record.find(key)->asString(); };
+    const std::string offer = text(post("/api/tasks", R"({"title": "Write the offer"})"), "id");
+    const std::string call = text(post("/api/tasks", R"({"title": "Call the printer"})"), "id");
+    const auto status = [&] { return Json::parse(run(home.path(), {"timer", "status", "--json"}).output); };
+
+    EXPECT_EQ(run(home.path(), {"timer", "status"}).output, "No timer is running\n");
+    EXPECT_EQ(status(), Json(Json::Object{{"isRunning", false}}));
+    EXPECT_EQ(run(home.path(), {"timer", "start", offer}).output, "Started: Write the offer\n");
+    EXPECT_EQ(text(status(), "taskId"), offer);
+    EXPECT_EQ(text(status(), "displayName"), "Write the offer");
+    EXPECT_TRUE(run(home.path(), {"timer", "start", call}).output.starts_with("Stopped: Write the offer  00:0"));
+    // The server shows it at once: the task is in progress, and its time counts.
+    const Json list = Json::parse(bodyOf(answerTo(server.port(), "GET /api/tasks?title=call HTTP/1.1\r\n\r\n")));
+    EXPECT_EQ(*list.asArray()->front().find("status"), Json(1));
+    // Completing the task over the API stops the timer for the command line too.
+    post("/api/tasks/" + call + "/complete", "");
+    EXPECT_EQ(status(), Json(Json::Object{{"isRunning", false}}));
+    run(home.path(), {"timer", "start", offer});
+    EXPECT_TRUE(run(home.path(), {"timer", "stop"}).output.starts_with("Stopped: Write the offer  00:0"));
+
+    const Outcome idle = run(home.path(), {"timer", "stop"});
+    EXPECT_EQ(idle.status, 1);
+    EXPECT_EQ(idle.errors, "quillorn: no timer is running\n");
+    EXPECT_EQ(run(home.path(), {"timer", "start", "offer"}).errors, "quillorn: \"offer\" is no task id\n");
+    EXPECT_EQ(run(home.path(), {"timer", "start", "00000000-0000-0000-0000-000000000000"}).errors,
+              "quillorn: there is no task with the id 00000000-0000-0000-0000-000000000000\n");
+}
+
 TEST(Serve, endsCleanlyOnASignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
         TemporaryFolder home;

@@ -2,6 +2,7 @@
 
 #include "API/Guards.h"
 #include "API/Routes.h"
+#include "HTTP/HttpErrors.h"
 #include "HTTP/HttpServer.h"
 #include "Platform/MainQueue.h"
 #include "Platform/SystemLog.h"
@@ -87,18 +88,25 @@ void APIServer::open(bool requireAuth) {
                 work();
         });
     };
-    m_server->onFailure = [this, post] { post([this] { didFail("API Server failed: ", "the socket was closed"); }); };
+    m_server->onFailure = [this, post] {
+        post([this] { didFail("API Server failed: the socket was closed", "The server's socket was closed"); });
+    };
     try {
         m_opener = std::thread([this, post, requireAuth, port = m_port, &server = *m_server] {
             try {
                 server.start(port, true);
                 post([this, requireAuth, bound = server.port()] { didOpen(bound, requireAuth); });
+            } catch (const SocketError& error) {
+                post([this, fault = std::string(error.what()),
+                      words = fmt::format("Can't listen on port {}: {}", port, error.text())] {
+                    didFail(startFailed + fault, words);
+                });
             } catch (const std::exception& error) {
-                post([this, fault = std::string(error.what())] { didFail(startFailed, fault); });
+                post([this, fault = std::string(error.what())] { didFail(startFailed + fault, fault); });
             }
         });
     } catch (const std::system_error& error) {
-        didFail(startFailed, error.what());
+        didFail(startFailed + std::string(error.what()), error.what());
     }
 }
 
@@ -116,10 +124,10 @@ void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
     changed();
 }
 
-void APIServer::didFail(const char* what, const std::string& error) {
+void APIServer::didFail(const std::string& logLine, const std::string& words) {
     drop();
-    m_lastError = error;
-    m_environment.log.log(what + error);
+    m_lastError = words;
+    m_environment.log.log(logLine);
     changed();
 }
 

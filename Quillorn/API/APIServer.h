@@ -82,7 +82,8 @@ class APIServer {
     std::unique_ptr<HttpServer> makeServer(bool requireAuth) const;
     void open(bool requireAuth);
     void didOpen(std::uint16_t boundPort, bool requireAuth);
-    void didFail(const char* what, const std::string& error);
+    /// `words` are for the user.
+    void didFail(const std::string& logLine, const std::string& words);
     void drop();
     void changed() const;
     void checkThread() const;

@@ -11,6 +11,7 @@
 
 #include <fmt/core.h>
 #include <system_error>
+#include <utility>
 
 namespace quillorn {
 
@@ -33,8 +34,8 @@ APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     };
 }
 
-QuillornApp::QuillornApp(const AppEnvironment& environment, const ProcessInfo& process, ServerStart serverStart)
-    : m_environment(environment) {
+QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart)
+    : m_environment(std::move(environment)) {
     const auto [isTesting, isDemo] = LaunchFlags::of(process);
     if (isTesting || isDemo)
         m_environment.log.log(fmt::format("Quillorn launch: isDemo={} isTesting={}", isDemo, isTesting));

@@ -53,7 +53,7 @@ struct APIServerOptions {
     std::string authKey{};
 
     /// A stored port of 0 counts as 18080.
-    static APIServerOptions fromSettings(SettingsStore& settings);
+    static APIServerOptions fromSettings(SettingsStore& store);
 };
 
 /// The application object: opens the store, or a substitute, and owns everything long-lived. Lives on the main thread.
@@ -63,7 +63,7 @@ class QuillornApp {
 
     /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
     /// std::runtime_error for a user without a home.
-    QuillornApp(const AppEnvironment& environment, const ProcessInfo& process,
+    QuillornApp(AppEnvironment environment, const ProcessInfo& process,
                 ServerStart serverStart = ServerStart::bySetting);
     ~QuillornApp();
     QuillornApp(const QuillornApp&) = delete;

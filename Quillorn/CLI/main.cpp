@@ -8,6 +8,7 @@
 #include <fmt/core.h>
 #include <functional>
 
+// NOLINTNEXTLINE(readability-redundant-declaration): POSIX leaves it to the program, only glibc has it in a header
 extern char** environ;
 
 namespace quillorn {

@@ -19,6 +19,7 @@ class MethodRoute {
             : m_router(router),
               m_method(method),
               m_path(std::move(path)) {}
+        // NOLINTNEXTLINE(misc-unconventional-assign-operator): the registration is over, there is nothing to go on with
         void operator=(HttpHandler handler) && { m_router.registerRoute(m_method, m_path, std::move(handler)); }
 
       private:

@@ -61,12 +61,12 @@ void WorkerPool::startThread(Job job) {
     if (const int error = ::pthread_attr_init(&attributes); error != 0)
         throw std::system_error(error, std::generic_category(), "pthread_attr_init");
     ::pthread_attr_setstacksize(&attributes, stackSize);
-    pthread_t thread;
+    pthread_t thread{};
     const int error = ::pthread_create(&thread, &attributes, threadMain, start.get());
     ::pthread_attr_destroy(&attributes);
     if (error != 0)
         throw std::system_error(error, std::generic_category(), "pthread_create");
-    start.release();
+    static_cast<void>(start.release()); // the thread has it now
     ++m_threads;
 }
 

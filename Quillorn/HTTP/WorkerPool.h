@@ -36,7 +36,7 @@ class WorkerPool {
         Job job; // empty until there is one
     };
 
-    static void* threadMain(void* start);
+    static void* threadMain(void* argument);
     void work(Job job);
     /// Blocks; an empty job means that the thread is to end.
     Job nextJob();

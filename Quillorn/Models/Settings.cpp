@@ -12,9 +12,12 @@ namespace quillorn {
 namespace {
 
 Json defaultOf(const Setting& setting) {
-    if (const auto* flag = std::get_if<bool>(&setting.defaultValue)) return *flag;
-    if (const auto* number = std::get_if<std::int64_t>(&setting.defaultValue)) return *number;
-    if (const auto* text = std::get_if<std::string_view>(&setting.defaultValue)) return *text;
+    if (const auto* flag = std::get_if<bool>(&setting.defaultValue))
+        return *flag;
+    if (const auto* number = std::get_if<std::int64_t>(&setting.defaultValue))
+        return *number;
+    if (const auto* text = std::get_if<std::string_view>(&setting.defaultValue))
+        return *text;
     return {};
 }
 
@@ -29,15 +32,18 @@ bool isBase64(std::string_view text) {
 }
 
 std::optional<Json> parseBoolean(std::string_view text) {
-    if (text == "true" || text == "yes" || text == "on" || text == "1") return Json(true);
-    if (text == "false" || text == "no" || text == "off" || text == "0") return Json(false);
+    if (text == "true" || text == "yes" || text == "on" || text == "1")
+        return Json(true);
+    if (text == "false" || text == "no" || text == "off" || text == "0")
+        return Json(false);
     return std::nullopt;
 }
 
 std::optional<Json> parseInteger(std::string_view text) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
     return Json(number);
 }
 
@@ -45,7 +51,8 @@ std::optional<Json> parseInteger(std::string_view text) {
 
 Json Settings::value(const Setting& setting) const {
     const std::optional<Json> known = m_store.value(setting.key);
-    if (known && isOfType(*known, setting.type)) return *known;
+    if (known && isOfType(*known, setting.type))
+        return *known;
     return defaultOf(setting);
 }
 
@@ -69,18 +76,27 @@ bool Settings::isStored(const Setting& setting) const {
     return stored && isOfType(*stored, setting.type);
 }
 
-void Settings::set(const Setting& setting, Json value) { m_store.set(setting.key, std::move(value)); }
+void Settings::set(const Setting& setting, Json value) {
+    m_store.set(setting.key, std::move(value));
+}
 
-void Settings::reset(const Setting& setting) { m_store.remove(setting.key); }
+void Settings::reset(const Setting& setting) {
+    m_store.remove(setting.key);
+}
 
 bool isOfType(const Json& value, SettingType type) {
     const std::string* text = value.asString();
     switch (type) {
-    case SettingType::text: return text != nullptr;
-    case SettingType::integer: return value.asInteger() != nullptr;
-    case SettingType::boolean: return value.asBool() != nullptr;
-    case SettingType::date: return text != nullptr && parseISO8601(*text).has_value();
-    case SettingType::data: return text != nullptr && isBase64(*text);
+    case SettingType::text:
+        return text != nullptr;
+    case SettingType::integer:
+        return value.asInteger() != nullptr;
+    case SettingType::boolean:
+        return value.asBool() != nullptr;
+    case SettingType::date:
+        return text != nullptr && parseISO8601(*text).has_value();
+    case SettingType::data:
+        return text != nullptr && isBase64(*text);
     case SettingType::textList: {
         const Json::Array* list = value.asArray();
         const auto isText = [](const Json& item) { return item.asString() != nullptr; };
@@ -92,40 +108,54 @@ bool isOfType(const Json& value, SettingType type) {
 
 std::optional<Json> parseSetting(std::string_view text, SettingType type) {
     switch (type) {
-    case SettingType::boolean: return parseBoolean(text);
-    case SettingType::integer: return parseInteger(text);
+    case SettingType::boolean:
+        return parseBoolean(text);
+    case SettingType::integer:
+        return parseInteger(text);
     case SettingType::textList:
         try {
-            if (Json list = Json::parse(text); isOfType(list, type)) return list;
+            if (Json list = Json::parse(text); isOfType(list, type))
+                return list;
         } catch (const JsonError&) {
             return std::nullopt;
         }
         return std::nullopt;
     default:
-        if (Json value(text); isOfType(value, type)) return value;
+        if (Json value(text); isOfType(value, type))
+            return value;
         return std::nullopt;
     }
 }
 
 std::string settingText(const Json& value) {
-    if (value.isNull()) return {};
-    if (const std::string* text = value.asString()) return *text;
+    if (value.isNull())
+        return {};
+    if (const std::string* text = value.asString())
+        return *text;
     return value.text();
 }
 
 std::string_view describe(SettingType type) {
     switch (type) {
-    case SettingType::text: return "a text";
-    case SettingType::integer: return "a whole number";
-    case SettingType::boolean: return "true or false";
-    case SettingType::date: return "a date such as 2026-01-31T09:05:00Z";
-    case SettingType::data: return "data in base64";
-    case SettingType::textList: return "a JSON list of texts";
+    case SettingType::text:
+        return "a text";
+    case SettingType::integer:
+        return "a whole number";
+    case SettingType::boolean:
+        return "true or false";
+    case SettingType::date:
+        return "a date such as 2026-01-31T09:05:00Z";
+    case SettingType::data:
+        return "data in base64";
+    case SettingType::textList:
+        return "a JSON list of texts";
     }
     return "a value";
 }
 
-std::filesystem::path settingsFile(const Paths& paths) { return paths.configuration() / "Quillorn" / "settings.json"; }
+std::filesystem::path settingsFile(const Paths& paths) {
+    return paths.configuration() / "Quillorn" / "settings.json";
+}
 
 void registerNotificationDefaults(SettingsStore& store) {
     Json::Object defaults;

@@ -116,9 +116,9 @@ constexpr const Setting* findSetting(std::string_view key) {
 /// For keys that stand in the code: one that is not in the catalogue does not compile.
 consteval const Setting& setting(std::string_view key) {
     // Not by findSetting: testing its result for null is no constant expression under UndefinedBehaviorSanitizer.
-    for (const Setting& setting : settingsCatalogue)
-        if (setting.key == key)
-            return setting;
+    for (const Setting& each : settingsCatalogue)
+        if (each.key == key)
+            return each;
     throw "no such setting";
 }
 

@@ -73,10 +73,10 @@ Date Calendar::endOfDay(Date date) const {
     return isInRange(date) ? addDays(startOfDay(date), 1) - seconds{1} : date;
 }
 
-Date Calendar::addDays(Date date, int count) const {
+Date Calendar::addDays(Date date, int dayCount) const {
     const LocalTime time = m_state->toLocal(date);
     const local_days day = floor<days>(time);
-    const std::int64_t target = std::int64_t{day.time_since_epoch().count()} + count;
+    const std::int64_t target = std::int64_t{day.time_since_epoch().count()} + dayCount;
     const std::int64_t inside =
         std::clamp<std::int64_t>(target, firstDay.time_since_epoch().count(), lastDay.time_since_epoch().count());
     return m_state->toDate(local_days{days{inside}} + (time - day));

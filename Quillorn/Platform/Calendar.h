@@ -28,9 +28,9 @@ class Calendar {
     Date startOfDay(Date date) const;
     /// Start of the day, plus one day, minus one second; `date` itself where the calendar can't say.
     Date endOfDay(Date date) const;
-    /// The same wall-clock time `days` later. A time that does not exist moves forward by the length of the gap; of
-    /// a time that exists twice the first is meant.
-    Date addDays(Date date, int days) const;
+    /// The same wall-clock time `dayCount` days later. A time that does not exist moves forward by the length of
+    /// the gap; of a time that exists twice the first is meant.
+    Date addDays(Date date, int dayCount) const;
     /// Monday 00:00 of the ISO 8601 week, whatever the locale's first weekday.
     Date startOfISOWeek(Date date) const;
 

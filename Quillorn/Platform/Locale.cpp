@@ -33,6 +33,7 @@ std::string icuLocaleName(std::string_view name) {
 
 std::string currentLocale() {
     for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"})
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
         if (const char* value = std::getenv(variable); value != nullptr && *value != '\0')
             return icuLocaleName(value);
     return icuLocaleName("");

@@ -44,11 +44,8 @@ void NotificationCenter::Token::Registration::call(const Notification& notificat
             return;
         inside.push_back(thread);
     }
-    struct Leave {
-        Registration& registration;
-        std::thread::id thread;
-        ~Leave() { registration.leave(thread); }
-    } const leave{*this, thread};
+    const auto leave = [thread](Registration* registration) { registration->leave(thread); };
+    const std::unique_ptr<Registration, decltype(leave)> atEnd(this, leave);
     handler(notification);
 }
 

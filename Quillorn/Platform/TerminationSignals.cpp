@@ -13,7 +13,8 @@ constexpr int wakeUp = SIGUSR2;
 sigset_t waitedSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, wakeUp}) sigaddset(&signals, signal);
+    for (const int signal : {SIGINT, SIGTERM, wakeUp})
+        sigaddset(&signals, signal);
     return signals;
 }
 
@@ -23,7 +24,8 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
     const sigset_t signals = waitedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     m_waiter = std::thread([signals, onSignal = std::move(onSignal)] {
-        for (int signal = 0; sigwait(&signals, &signal) == 0 && signal != wakeUp;) onSignal();
+        for (int signal = 0; sigwait(&signals, &signal) == 0 && signal != wakeUp;)
+            onSignal();
     });
 }
 

@@ -24,6 +24,7 @@ void check(UErrorCode error) {
 /// ICU counts with 32 bits; what is cut off is far beyond any text of this program.
 icu::StringPiece piece(std::string_view text) {
     constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max() / 4;
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the size is the second argument
     return {text.data(), static_cast<std::int32_t>(std::min(text.size(), longest))};
 }
 
@@ -103,6 +104,7 @@ const std::string& Text::locale() const {
 Text::Needle::Needle(std::unique_ptr<State> state) : m_state(std::move(state)) {}
 Text::Needle::~Needle() = default;
 Text::Needle::Needle(Needle&&) noexcept = default;
+Text::Needle& Text::Needle::operator=(Needle&&) noexcept = default;
 
 bool Text::Needle::isIn(std::string_view text) const {
     if (m_state->key.isEmpty())

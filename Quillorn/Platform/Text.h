@@ -25,6 +25,7 @@ class Text {
       public:
         ~Needle();
         Needle(Needle&&) noexcept;
+        Needle& operator=(Needle&&) noexcept;
         bool isIn(std::string_view text) const;
 
       private:

@@ -55,6 +55,7 @@ UTF8Sequence firstUTF8Sequence(std::string_view text) {
 
 bool isASCII(std::string_view text) {
     for (; text.size() >= 8; text.remove_prefix(8))
+        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): there are eight
         if (!startsWithEightASCII(text.data()))
             return false;
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });

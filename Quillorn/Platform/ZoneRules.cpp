@@ -74,6 +74,7 @@ std::string currentTimeZone() {
             return false;
         }
     };
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     if (const char* value = std::getenv("TZ")) {
         std::string_view name = value;
         if (name.empty())

@@ -6,7 +6,7 @@
 #include <string_view>
 
 namespace date {
-class time_zone;
+class time_zone; // NOLINT(readability-identifier-naming): theirs
 }
 
 namespace quillorn {

@@ -16,7 +16,7 @@ bool isWritable(const std::filesystem::path& path) {
 } // namespace
 
 std::filesystem::path backupFolder(SettingsStore& settings, const std::filesystem::path& storeFile) {
-    const std::filesystem::path chosen = Settings(settings).text(setting("backupFolderPath"));
+    std::filesystem::path chosen = Settings(settings).text(setting("backupFolderPath"));
     if (!chosen.empty() && (isWritable(chosen) || isWritable(chosen.parent_path())))
         return chosen;
     return storeFile.parent_path() / "Backups";

@@ -23,11 +23,9 @@ Database::Database(const std::string& location, std::atomic<std::uint64_t>& exec
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE;
     const int result = sqlite3_open_v2(location.c_str(), &m_handle, flags, nullptr);
     if (result != SQLITE_OK) {
-        const StoreError error(fmt::format("Can't open the store {}: {}", m_location,
-                                           m_handle != nullptr ? sqlite3_errmsg(m_handle) : "out of memory"),
-                               result);
+        const std::string reason = m_handle != nullptr ? sqlite3_errmsg(m_handle) : "out of memory";
         sqlite3_close_v2(m_handle);
-        throw error;
+        throw StoreError(fmt::format("Can't open the store {}: {}", m_location, reason), result);
     }
     sqlite3_busy_timeout(m_handle, busyMilliseconds);
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);

@@ -14,15 +14,14 @@ void Entity::markChanged(std::size_t column) {
 }
 
 Entity* Entity::resolve(std::size_t column, const ReferenceBase& reference) const {
-    if (!reference.resolved)
+    if (!reference.m_resolved)
         m_context->loadReferences(*m_type, column);
-    return reference.object;
+    return reference.m_object;
 }
 
-const ListBase& Entity::load(std::size_t relation, const ListBase& list) const {
+void Entity::load(std::size_t relation, const ListBase& list) const {
     if (list.m_state == ListBase::State::notLoaded)
         m_context->loadList(*m_type, relation);
-    return list;
 }
 
 void Entity::assignReference(std::size_t column, ReferenceBase& reference, Entity* target) {
@@ -30,8 +29,8 @@ void Entity::assignReference(std::size_t column, ReferenceBase& reference, Entit
     if (former == target)
         return;
     markChanged(column);
-    reference.object = target;
-    reference.key = 0; // the object tells its key, which a new one gets only when it is saved
+    reference.m_object = target;
+    reference.m_key = 0; // the object tells its key, which a new one gets only when it is saved
     const ToMany* inverse = m_type->inverseOf(column);
     if (inverse == nullptr)
         return;

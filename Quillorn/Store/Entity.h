@@ -45,8 +45,8 @@ class Entity {
     void assignReference(std::size_t column, ReferenceBase& reference, Entity* target);
     /// The target of a to-one relation, loaded on first touch for all objects of this type that lack it.
     Entity* resolve(std::size_t column, const ReferenceBase& reference) const;
-    /// A to-many relation, loaded on first touch for all objects of this type that lack it.
-    const ListBase& load(std::size_t relation, const ListBase& list) const;
+    /// Loads a to-many relation on first touch, for all objects of this type that lack it.
+    void load(std::size_t relation, const ListBase& list) const;
     /// Makes `targets` the members of a many-to-many relation. Repeated and absent members count once.
     void assignLinks(std::size_t relation, const std::vector<Entity*>& targets);
 

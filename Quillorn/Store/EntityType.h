@@ -215,7 +215,7 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .bind =
                 [](const Entity& entity, Statement& statement, int index) {
                     const ReferenceBase& reference = Access::field(entity);
-                    const RowKey key = reference.object != nullptr ? reference.object->m_key : reference.key;
+                    const RowKey key = reference.m_object != nullptr ? reference.m_object->m_key : reference.m_key;
                     if (key != 0)
                         statement.bind(index, key);
                     else
@@ -224,9 +224,9 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .read =
                 [](Entity& entity, const Statement& statement, int index) {
                     ReferenceBase& reference = Access::field(entity);
-                    reference.object = nullptr;
-                    reference.key = statement.integer(index);
-                    reference.resolved = reference.key == 0;
+                    reference.m_object = nullptr;
+                    reference.m_key = statement.integer(index);
+                    reference.m_resolved = reference.m_key == 0;
                 },
             .defaultLiteral = [](const Entity&) { return std::string(); },
             .target = &Field::TargetType::entityType,

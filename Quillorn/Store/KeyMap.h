@@ -64,7 +64,7 @@ class KeyMap {
         // all meet.
         const auto number = static_cast<std::uint64_t>(key);
         const std::uint64_t block = (number >> 4) * 0x9E3779B97F4A7C15u;
-        std::size_t place = static_cast<std::size_t>((block >> 32 << 4) + (number & 15));
+        auto place = static_cast<std::size_t>((block >> 32 << 4) + (number & 15));
         const std::size_t mask = m_slots.size() - 1;
         for (place &= mask; m_slots[place].key != 0 && m_slots[place].key != key;)
             place = (place + 1) & mask;

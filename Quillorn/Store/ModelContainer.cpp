@@ -38,9 +38,7 @@ void prepareFile(const std::filesystem::path& file) {
     const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor >= 0)
         ::close(descriptor);
-    else if (errno != EEXIST)
-        fail(errno);
-    else if (::access(file.c_str(), R_OK | W_OK) != 0)
+    else if (errno != EEXIST || ::access(file.c_str(), R_OK | W_OK) != 0)
         fail(errno);
 }
 

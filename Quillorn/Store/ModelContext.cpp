@@ -138,7 +138,7 @@ void ModelContext::removeUnsavedBelongings(const Entity& owner) {
     const auto belongs = [&](Entity& object) {
         const auto& columns = object.m_type->columns;
         return std::any_of(columns.begin(), columns.end(), [&](const Column& column) {
-            return column.onDelete == OnDelete::cascade && column.reference(object).object == &owner;
+            return column.onDelete == OnDelete::cascade && column.reference(object).m_object == &owner;
         });
     };
     std::vector<Entity*> belongings;
@@ -159,7 +159,7 @@ void ModelContext::forgetDeleted() {
                 if (column.reference == nullptr)
                     continue;
                 ReferenceBase& reference = column.reference(*object);
-                if (reference.object == nullptr || !reference.object->isDeleted())
+                if (reference.m_object == nullptr || !reference.m_object->isDeleted())
                     continue;
                 if (!object->isDeleted())
                     reference = {};

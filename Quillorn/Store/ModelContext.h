@@ -115,7 +115,7 @@ class ModelContext {
     };
 
     template <class Visit>
-    void fetchInto(const EntityType& type, const Query& query, Visit&& visit) {
+    void fetchInto(const EntityType& type, const Query& query, const Visit& visit) {
         std::string sql = type.select;
         if (!query.where.empty())
             sql += " WHERE " + query.where;

@@ -22,9 +22,9 @@ class ReferenceBase {
     template <auto Member>
     friend struct ColumnAccess;
 
-    Entity* object = nullptr;
-    RowKey key = 0;
-    bool resolved = true; // an absent reference needs no loading
+    Entity* m_object = nullptr;
+    RowKey m_key = 0;
+    bool m_resolved = true; // an absent reference needs no loading
 };
 
 template <class Target>

@@ -54,17 +54,17 @@ void RelationLoader::loadReferences(const EntityType& type, std::size_t column) 
     std::vector<RowKey> keys;
     for (const auto& object : m_context.registryOf(type).objects) {
         const ReferenceBase& reference = description.reference(*object);
-        if (reference.resolved)
+        if (reference.m_resolved)
             continue;
         objects.push_back(object.get());
-        keys.push_back(reference.key);
+        keys.push_back(reference.m_key);
     }
     fetchMissing(target, keys);
     for (Entity* object : objects) {
         ReferenceBase& reference = description.reference(*object);
-        Entity* const found = objectOf(target, reference.key);
-        reference.object = found != nullptr && !found->isDeleted() ? found : nullptr;
-        reference.resolved = true;
+        Entity* const found = objectOf(target, reference.m_key);
+        reference.m_object = found != nullptr && !found->isDeleted() ? found : nullptr;
+        reference.m_resolved = true;
     }
 }
 
@@ -111,7 +111,7 @@ void RelationLoader::loadChildren(const ToMany& relation, const Objects& owners)
     for (const auto& child : m_context.registryOf(target).objects) {
         if (child->isDeleted())
             continue;
-        Entity* const owner = target.columns[column].reference(*child).object;
+        Entity* const owner = target.columns[column].reference(*child).m_object;
         if (ListBase* list = listBeingLoaded(relation, owner))
             list->m_items.push_back(child.get());
     }

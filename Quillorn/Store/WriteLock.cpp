@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/file.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -26,7 +26,8 @@ WriteLock::WriteLock(const std::optional<std::filesystem::path>& file) {
         return;
     m_descriptor = ::open(file->c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (m_descriptor < 0)
-        throw StoreError(fmt::format("Can't open the lock file {}: {}", file->string(), std::strerror(errno)));
+        throw StoreError(
+            fmt::format("Can't open the lock file {}: {}", file->string(), std::generic_category().message(errno)));
 }
 
 WriteLock::~WriteLock() {
@@ -57,7 +58,7 @@ void WriteLock::lockFile(std::chrono::steady_clock::time_point deadline) {
     auto pause = std::chrono::microseconds(50);
     while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR)
-            throw StoreError(fmt::format("Can't lock the store: {}", std::strerror(errno)));
+            throw StoreError(fmt::format("Can't lock the store: {}", std::generic_category().message(errno)));
         if (std::chrono::steady_clock::now() >= deadline)
             throw StoreError(busy);
         std::this_thread::sleep_for(pause);

@@ -36,7 +36,8 @@ class QuillornAppTest : public testing::Test {
     }
     /// Runs the main queue until the server has said how its start went.
     void waitForServer(QuillornApp& app) {
-        while (!app.apiServer().isRunning() && !app.apiServer().lastError()) mainQueue.runPosted();
+        while (!app.apiServer().isRunning() && !app.apiServer().lastError())
+            mainQueue.runPosted();
     }
 
     TemporaryFolder folder;
@@ -109,7 +110,8 @@ TEST_F(QuillornAppTest, aNormalLaunchKeepsItsStoreInPrivateFiles) {
 
 TEST_F(QuillornAppTest, demoAndTestLaunchesLeaveTheUsersStoreAlone) {
     addClient(launch()->container());
-    for (const ProcessInfo& process : {ProcessInfo{{"-QUILLORN_DEMO"}, {}}, ProcessInfo{{}, {{"XCTestConfigurationFilePath", "1"}}}}) {
+    for (const ProcessInfo& process :
+         {ProcessInfo{{"-QUILLORN_DEMO"}, {}}, ProcessInfo{{}, {{"XCTestConfigurationFilePath", "1"}}}}) {
         const auto app = launch(process);
         EXPECT_EQ(clientCount(app->container()), 0U);
         addClient(app->container());
@@ -158,8 +160,10 @@ TEST_F(QuillornAppTest, aStoreThatCannotBeOpenedIsLeftAloneAndExplained) {
         {[&] { makeDatabase(storeFile(), "PRAGMA user_version = 4; PRAGMA application_id = 0x5175696C"); },
          "The store has schema version 4, and this program knows versions up to 3"},
         {[&] { makeDatabase(storeFile(), ""); }, "The store file is a database of another program"},
-        {[&] { makeDatabase(storeFile(), "PRAGMA user_version = 3; PRAGMA application_id = 0x5175696C; "
-                                         "CREATE TABLE Client(key INTEGER PRIMARY KEY, strange TEXT NOT NULL)"); },
+        {[&] {
+             makeDatabase(storeFile(), "PRAGMA user_version = 3; PRAGMA application_id = 0x5175696C; "
+                                       "CREATE TABLE Client(key INTEGER PRIMARY KEY, strange TEXT NOT NULL)");
+         },
          "The store does not match schema version 3"},
     };
     settings.set("apiAutoStart", true);

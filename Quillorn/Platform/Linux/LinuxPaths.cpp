@@ -15,6 +15,7 @@ namespace {
 
 /// The folder that an environment variable names; relative ones don't count.
 std::optional<fs::path> folderFromEnvironment(const char* name) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     const char* value = std::getenv(name);
     if (value == nullptr || !fs::path(value).is_absolute())
         return std::nullopt;

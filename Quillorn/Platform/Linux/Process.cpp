@@ -16,6 +16,7 @@ std::uint64_t raiseDescriptorLimit() {
 
 void configureMemory() {
     // By default each thread may get an arena of its own, up to eight a core, and none shrinks to nothing.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there are no other threads yet
     mallopt(M_ARENA_MAX, 2);
 }
 

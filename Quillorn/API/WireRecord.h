@@ -99,14 +99,20 @@ struct WireForm<double> {
 template <>
 struct WireForm<UUID> {
     static constexpr WireShape shape{.type = "string", .format = "uuid"};
-    static void write(JsonWriter& writer, const UUID& value) { writer.string(value.string()); }
+    static void write(JsonWriter& writer, const UUID& value) {
+        const auto text = value.text();
+        writer.string({text.data(), text.size()});
+    }
     static bool read(const Json& json, UUID& value);
 };
 
 template <>
 struct WireForm<Date> {
     static constexpr WireShape shape{.type = "string", .format = "date-time"};
-    static void write(JsonWriter& writer, Date value) { writer.string(formatISO8601(value)); }
+    static void write(JsonWriter& writer, Date value) {
+        const auto text = iso8601Characters(value);
+        writer.string({text.data(), text.size()});
+    }
     static bool read(const Json& json, Date& value);
 };
 

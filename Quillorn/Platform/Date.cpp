@@ -83,14 +83,16 @@ double secondsBetween(Date from, Date to) {
     return duration<double>(to - from).count();
 }
 
-void appendISO8601(std::string& text, Date date) {
+std::array<char, 20> iso8601Characters(Date date) {
     const sys_seconds time = std::clamp(floor<seconds>(date), earliest, latest);
     const sys_days day = floor<days>(time);
     const year_month_day civil{day};
     const auto years = static_cast<unsigned>(static_cast<int>(civil.year()));
     const auto secondOfDay = static_cast<unsigned>((time - day).count());
 
-    char out[] = "0000-00-00T00:00:00Z";
+    std::array<char, 20> text{'0', '0', '0', '0', '-', '0', '0', '-', '0', '0',
+                              'T', '0', '0', ':', '0', '0', ':', '0', '0', 'Z'};
+    char* out = text.data();
     putTwoDigits(out, years / 100);
     putTwoDigits(out + 2, years % 100);
     putTwoDigits(out + 5, static_cast<unsigned>(civil.month()));
@@ -98,13 +100,12 @@ void appendISO8601(std::string& text, Date date) {
     putTwoDigits(out + 11, secondOfDay / 3600);
     putTwoDigits(out + 14, secondOfDay / 60 % 60);
     putTwoDigits(out + 17, secondOfDay % 60);
-    text.append(out, sizeof out - 1);
+    return text;
 }
 
 std::string formatISO8601(Date date) {
-    std::string text;
-    appendISO8601(text, date);
-    return text;
+    const auto characters = iso8601Characters(date);
+    return {characters.data(), characters.size()};
 }
 
 std::optional<Date> parseISO8601(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -15,8 +16,8 @@ double secondsBetween(Date from, Date to);
 
 /// "2026-01-02T03:04:05Z": whole seconds, cut towards the past.
 std::string formatISO8601(Date date);
-/// Appends what formatISO8601 returns; for writers of many dates.
-void appendISO8601(std::string& text, Date date);
+/// The characters of formatISO8601; for writers of many dates.
+std::array<char, 20> iso8601Characters(Date date);
 
 /// Reads the form that formatISO8601 writes, with "Z" or an offset such as "+02:00". Absent for anything else,
 /// fractional seconds and impossible dates included.

@@ -9,7 +9,6 @@ namespace quillorn {
 namespace {
 
 constexpr std::string_view digits = "0123456789ABCDEF";
-constexpr std::size_t textLength = 36;
 
 constexpr bool hyphenStandsBefore(std::size_t byte) {
     return byte == 4 || byte == 6 || byte == 8 || byte == 10;
@@ -38,7 +37,7 @@ UUID UUID::random(RandomSource& random) {
 }
 
 std::optional<UUID> UUID::parse(std::string_view text) {
-    if (text.size() != textLength)
+    if (text.size() != std::tuple_size_v<Text>)
         return std::nullopt;
     Bytes bytes;
     std::size_t at = 0;
@@ -54,8 +53,9 @@ std::optional<UUID> UUID::parse(std::string_view text) {
     return UUID(bytes);
 }
 
-std::string UUID::string() const {
-    std::string text(textLength, '-');
+UUID::Text UUID::text() const {
+    Text text;
+    text.fill('-');
     std::size_t at = 0;
     for (std::size_t i = 0; i < m_bytes.size(); ++i) {
         if (hyphenStandsBefore(i))
@@ -64,6 +64,11 @@ std::string UUID::string() const {
         text[at++] = digits[m_bytes[i] & 0x0F];
     }
     return text;
+}
+
+std::string UUID::string() const {
+    const Text characters = text();
+    return {characters.data(), characters.size()};
 }
 
 } // namespace quillorn

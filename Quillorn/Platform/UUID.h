@@ -28,6 +28,8 @@ class UUID {
     static std::optional<UUID> parse(std::string_view text);
 
     const Bytes& bytes() const { return m_bytes; }
+    using Text = std::array<char, 36>;
+    Text text() const;
     std::string string() const;
 
     friend constexpr auto operator<=>(const UUID&, const UUID&) = default;

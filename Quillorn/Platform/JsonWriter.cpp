@@ -2,26 +2,29 @@
 #include "Platform/UTF8.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
-#include <rapidjson/internal/dtoa.h>
+#include <rapidjson/prettywriter.h>
 #include <utility>
 
 namespace quillorn {
 
 namespace {
 
-/// A buffer that goes to the sink when it is full.
+/// The output stream that the JSON writers below write to: a buffer that goes to the sink when it is full.
 class SinkStream {
   public:
+    using Ch = char;
+
     explicit SinkStream(JsonWriter::Sink sink) : m_sink(std::move(sink)), m_buffer(new char[capacity]) {}
 
-    void put(char c) {
+    void Put(char c) {
         if (m_size == capacity)
             drain();
         m_buffer[m_size++] = c;
     }
+
+    void Flush() {} // the writers call it at the end of the text; finish() decides here
 
     void append(std::string_view text) {
         while (text.size() > capacity - m_size) {
@@ -37,7 +40,7 @@ class SinkStream {
 
     void fill(char c, std::size_t count) {
         for (; count > capacity - m_size; --count)
-            put(c);
+            Put(c);
         std::memset(m_buffer.get() + m_size, c, count);
         m_size += count;
     }
@@ -55,6 +58,11 @@ class SinkStream {
     std::unique_ptr<char[]> m_buffer; // left uninitialised: many writers write little
     std::size_t m_size = 0;
 };
+
+// Found by the writers in place of their one-by-one default.
+[[maybe_unused]] void PutN(SinkStream& stream, char c, std::size_t count) {
+    stream.fill(c, count);
+}
 
 enum class ByteKind : std::uint8_t { plain, escaped, multibyte };
 
@@ -92,28 +100,13 @@ void appendEscape(SinkStream& stream, char c) {
     }
 }
 
-/// Whether any of eight bytes is one that can't be copied as it is.
-bool needsCare(const char* bytes) {
-    constexpr std::uint64_t ones = 0x0101010101010101u;
-    constexpr std::uint64_t highs = ones << 7;
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    const auto hasZero = [](std::uint64_t value) { return (value - ones) & ~value; };
-    const std::uint64_t below20 = (word - ones * 0x20) & ~word;
-    return ((word | below20 | hasZero(word ^ ones * '"') | hasZero(word ^ ones * '\\')) & highs) != 0;
-}
-
-/// Copies whole runs and checks the encoding on the way.
+/// Copies whole runs, where the library's own goes byte by byte, and checks the encoding on the way.
 void appendQuoted(SinkStream& stream, std::string_view text) {
-    stream.put('"');
+    stream.Put('"');
     std::size_t runStart = 0;
     std::size_t at = 0;
     const auto endRun = [&] { stream.append(text.substr(runStart, at - runStart)); };
     while (at < text.size()) {
-        if (text.size() - at >= 8 && !needsCare(text.data() + at)) {
-            at += 8;
-            continue;
-        }
         const ByteKind kind = byteKinds[static_cast<unsigned char>(text[at])];
         if (kind == ByteKind::plain) {
             ++at;
@@ -132,112 +125,87 @@ void appendQuoted(SinkStream& stream, std::string_view text) {
         }
     }
     endRun();
-    stream.put('"');
+    stream.Put('"');
 }
+
+struct CompactWriter : rapidjson::Writer<SinkStream> {
+    using Writer::Writer;
+    void text(std::string_view value) {
+        Prefix(rapidjson::kStringType);
+        appendQuoted(*os_, value);
+    }
+};
+
+struct PrettyWriter : rapidjson::PrettyWriter<SinkStream> {
+    explicit PrettyWriter(SinkStream& stream) : rapidjson::PrettyWriter<SinkStream>(stream) { SetIndent(' ', 2); }
+    void text(std::string_view value) {
+        PrettyPrefix(rapidjson::kStringType);
+        appendQuoted(*os_, value);
+    }
+};
 
 } // namespace
 
-/// Commas, line breaks and indents. That goes faster than through the library's writer, which keeps a stack of levels
-/// for each of its checks.
 struct JsonWriter::State {
     State(Sink sink, Json::Style style) : stream(std::move(sink)), isPretty(style == Json::Style::pretty) {}
 
-    /// What stands before a value: nothing after its key.
-    void beginValue() {
-        if (std::exchange(isAfterKey, false) || depth == 0)
-            return;
-        if (!std::exchange(isFirst, false))
-            stream.put(',');
-        breakLine();
-    }
-
-    void beginKey() {
-        beginValue();
-        isAfterKey = true;
-    }
-
-    void open(char bracket) {
-        beginValue();
-        stream.put(bracket);
-        ++depth;
-        isFirst = true;
-    }
-
-    void close(char bracket) {
-        --depth;
-        if (!std::exchange(isFirst, false)) // the level around has this one
-            breakLine();
-        stream.put(bracket);
-    }
-
-    void breakLine() {
-        if (!isPretty)
-            return;
-        stream.put('\n');
-        stream.fill(' ', 2 * depth);
+    template <typename Event>
+    void write(Event event) {
+        if (isPretty)
+            event(pretty);
+        else
+            event(compact);
     }
 
     SinkStream stream;
-    const bool isPretty;
-    bool isAfterKey = false;
-    bool isFirst = true; // nothing stands in the innermost level yet
-    std::size_t depth = 0;
+    bool isPretty;
+    CompactWriter compact{stream};
+    PrettyWriter pretty{stream};
 };
 
 JsonWriter::JsonWriter(Sink sink, Json::Style style) : m_state(std::make_unique<State>(std::move(sink), style)) {}
 JsonWriter::~JsonWriter() = default;
 
 void JsonWriter::beginObject() {
-    m_state->open('{');
+    m_state->write([](auto& writer) { writer.StartObject(); });
 }
 
 void JsonWriter::endObject() {
-    m_state->close('}');
+    m_state->write([](auto& writer) { writer.EndObject(); });
 }
 
 void JsonWriter::beginArray() {
-    m_state->open('[');
+    m_state->write([](auto& writer) { writer.StartArray(); });
 }
 
 void JsonWriter::endArray() {
-    m_state->close(']');
+    m_state->write([](auto& writer) { writer.EndArray(); });
 }
 
 void JsonWriter::key(std::string_view name) {
-    m_state->beginKey();
-    appendQuoted(m_state->stream, name);
-    m_state->stream.append(m_state->isPretty ? ": " : ":");
+    string(name);
 }
 
 void JsonWriter::null() {
-    m_state->beginValue();
-    m_state->stream.append("null");
+    m_state->write([](auto& writer) { writer.Null(); });
 }
 
 void JsonWriter::boolean(bool value) {
-    m_state->beginValue();
-    m_state->stream.append(value ? "true" : "false");
+    m_state->write([=](auto& writer) { writer.Bool(value); });
 }
 
 void JsonWriter::integer(std::int64_t value) {
-    m_state->beginValue();
-    char digits[20];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    m_state->stream.append({digits, static_cast<std::size_t>(end - digits)});
+    m_state->write([=](auto& writer) { writer.Int64(value); });
 }
 
 void JsonWriter::number(double value) {
     if (!std::isfinite(value))
         throw JsonError("JSON has no number for infinity and not-a-number");
-    m_state->beginValue();
-    char digits[32];
-    const char* end = rapidjson::internal::dtoa(value, digits);
-    m_state->stream.append({digits, static_cast<std::size_t>(end - digits)});
+    m_state->write([=](auto& writer) { writer.Double(value); });
 }
 
 void JsonWriter::string(std::string_view value) {
-    m_state->beginValue();
-    appendQuoted(m_state->stream, value);
+    m_state->write([=](auto& writer) { writer.text(value); });
 }
 
 void JsonWriter::value(const Json& value) {

@@ -100,7 +100,7 @@ template <>
 struct WireForm<UUID> {
     static constexpr WireShape shape{.type = "string", .format = "uuid"};
     static void write(JsonWriter& writer, const UUID& value) {
-        const auto text = value.characters();
+        const auto text = value.text();
         writer.string({text.data(), text.size()});
     }
     static bool read(const Json& json, UUID& value);

@@ -54,7 +54,7 @@ ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process) {
     if (session.hasFailed())
         return ExitStatus::failure;
     TimerSession timer(session);
-    ProjectTask* task = timer.context.find<ProjectTask>(*id);
+    auto* task = timer.context.find<ProjectTask>(*id);
     if (task == nullptr)
         throw std::runtime_error(fmt::format("there is no task with the id {}", id->string()));
     if (const TimeEntry* former = timer.service.activeEntry(timer.context))

@@ -259,6 +259,8 @@ bool HttpServerIO::respond(const Run& run, Socket& socket, const HttpResponse& r
         }
     }
     writer.flush();
+    if (content.length == -1)
+        socket.endWriting(); // the client waits for that, and not for the release of all that the body held
     return keepsConnection;
 }
 

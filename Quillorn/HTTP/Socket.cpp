@@ -252,6 +252,10 @@ void Socket::interrupt() const noexcept {
     ::shutdown(m_descriptor, SHUT_RDWR);
 }
 
+void Socket::endWriting() const noexcept {
+    ::shutdown(m_descriptor, SHUT_WR);
+}
+
 void Socket::close() noexcept {
     if (m_descriptor != noDescriptor)
         ::close(std::exchange(m_descriptor, noDescriptor));

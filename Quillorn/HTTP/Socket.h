@@ -48,6 +48,8 @@ class Socket {
 
     /// Ends every blocked and every later read, write and accept of this socket, and keeps the descriptor open.
     void interrupt() const noexcept;
+    /// Tells the peer that nothing more comes.
+    void endWriting() const noexcept;
     /// Later calls do nothing.
     void close() noexcept;
 

@@ -1,5 +1,7 @@
 #include "HTTP/WorkerPool.h"
 
+#include "Platform/Process.h"
+
 #include <algorithm>
 #include <memory>
 #include <system_error>
@@ -91,12 +93,14 @@ void WorkerPool::work(Job job) {
 WorkerPool::Job WorkerPool::nextJob() {
     Idle self;
     std::unique_lock lock(m_mutex);
+    bool wasLastIdle = false;
     if (!m_closing) {
         m_idle.push_back(&self);
         self.wake.wait_for(lock, m_idleTime, [&] { return self.job || m_closing; });
         if (self.job)
             return std::move(self.job);
         std::erase(m_idle, &self);
+        wasLastIdle = !m_closing && m_idle.empty();
     }
     --m_threads;
     const auto previous = std::exchange(m_finished, ::pthread_self());
@@ -104,6 +108,8 @@ WorkerPool::Job WorkerPool::nextJob() {
     lock.unlock();
     if (previous)
         ::pthread_join(*previous, nullptr);
+    if (wasLastIdle)
+        releaseFreeMemory(); // not between two large answers: taking fresh pages is slow
     return nullptr;
 }
 

@@ -92,7 +92,7 @@ std::array<char, 20> iso8601Characters(Date date) {
 
     std::array<char, 20> text{'0', '0', '0', '0', '-', '0', '0', '-', '0', '0',
                               'T', '0', '0', ':', '0', '0', ':', '0', '0', 'Z'};
-    char* const out = text.data();
+    char* out = text.data();
     putTwoDigits(out, years / 100);
     putTwoDigits(out + 2, years % 100);
     putTwoDigits(out + 5, static_cast<unsigned>(civil.month()));
@@ -104,8 +104,8 @@ std::array<char, 20> iso8601Characters(Date date) {
 }
 
 std::string formatISO8601(Date date) {
-    const auto text = iso8601Characters(date);
-    return {text.data(), text.size()};
+    const auto characters = iso8601Characters(date);
+    return {characters.data(), characters.size()};
 }
 
 std::optional<Date> parseISO8601(std::string_view text) {

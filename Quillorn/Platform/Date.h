@@ -16,7 +16,7 @@ double secondsBetween(Date from, Date to);
 
 /// "2026-01-02T03:04:05Z": whole seconds, cut towards the past.
 std::string formatISO8601(Date date);
-/// The same on the stack, for writers of many.
+/// The characters of formatISO8601; for writers of many dates.
 std::array<char, 20> iso8601Characters(Date date);
 
 /// Reads the form that formatISO8601 writes, with "Z" or an offset such as "+02:00". Absent for anything else,

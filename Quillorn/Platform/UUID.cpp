@@ -9,7 +9,6 @@ namespace quillorn {
 namespace {
 
 constexpr std::string_view digits = "0123456789ABCDEF";
-constexpr std::size_t textLength = 36;
 
 constexpr bool hyphenStandsBefore(std::size_t byte) {
     return byte == 4 || byte == 6 || byte == 8 || byte == 10;
@@ -38,7 +37,7 @@ UUID UUID::random(RandomSource& random) {
 }
 
 std::optional<UUID> UUID::parse(std::string_view text) {
-    if (text.size() != textLength)
+    if (text.size() != std::tuple_size_v<Text>)
         return std::nullopt;
     Bytes bytes;
     std::size_t at = 0;
@@ -54,13 +53,8 @@ std::optional<UUID> UUID::parse(std::string_view text) {
     return UUID(bytes);
 }
 
-std::string UUID::string() const {
-    const auto text = characters();
-    return {text.data(), text.size()};
-}
-
-std::array<char, 36> UUID::characters() const {
-    std::array<char, textLength> text;
+UUID::Text UUID::text() const {
+    Text text;
     text.fill('-');
     std::size_t at = 0;
     for (std::size_t i = 0; i < m_bytes.size(); ++i) {
@@ -70,6 +64,11 @@ std::array<char, 36> UUID::characters() const {
         text[at++] = digits[m_bytes[i] & 0x0F];
     }
     return text;
+}
+
+std::string UUID::string() const {
+    const Text characters = text();
+    return {characters.data(), characters.size()};
 }
 
 } // namespace quillorn

@@ -28,9 +28,9 @@ class UUID {
     static std::optional<UUID> parse(std::string_view text);
 
     const Bytes& bytes() const { return m_bytes; }
+    using Text = std::array<char, 36>;
+    Text text() const;
     std::string string() const;
-    /// The same on the stack, for writers of many.
-    std::array<char, 36> characters() const;
 
     friend constexpr auto operator<=>(const UUID&, const UUID&) = default;
 

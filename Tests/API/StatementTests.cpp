@@ -31,6 +31,8 @@ Ids fill(ModelContext& context, int count) {
         for (ProjectTask* task : {tasks.front(), tasks.back()}) {
             entries.push_back(&make<TimeEntry>(
                 context, {.task = task, .project = projects[static_cast<std::size_t>(i) / 2], .startTime = testNow}));
+            if (entries.size() > 1) // each that runs is a row that completion changes
+                entries.back()->setEndTime(testNow);
             notes.push_back(&make<Note>(context, {.content = name, .project = projects.front(), .task = task}));
         }
     }
@@ -61,6 +63,7 @@ const MeasuredRoute measured[] = {
     {"GET", "/api/projects/{project}/time-entries"},
     {"POST", "/api/projects", R"({"name": "New", "clientId": "{client}"})"},
     {"PUT", "/api/projects/{otherProject}", R"({"name": "Changed", "clientId": "{client}"})"},
+    {"POST", "/api/time-entries/{entry}/stop"},
     {"GET", "/api/tasks"},
     {"GET", "/api/tasks?title=a&completed=no&status=0&priority=1"},
     {"GET", "/api/tasks?tagId={tag}"},
@@ -143,10 +146,11 @@ class StatementTest : public APITest {
 };
 
 TEST_F(StatementTest, everyRouteTakesAsManyForManyRowsAsForFew) {
-    const auto counts = statementsWith(10);
-    EXPECT_EQ(statementsWith(1000), counts);
-    for (const auto& [route, count] : counts)
+    const auto few = statementsWith(10);
+    for (const auto& [route, count] : statementsWith(1000)) {
+        EXPECT_EQ(count, few.at(route)) << route;
         EXPECT_LE(count, 25U) << route;
+    }
 }
 
 } // namespace

@@ -111,6 +111,21 @@ TEST_F(HttpServerIOTest, aHandlerMayStopTheServerAndItsResponseIsNotSent) {
     EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "hello");
 }
 
+TEST_F(HttpServerIOTest, anAnswerWithoutLengthEndsBeforeWhatItHeldIsReleased) {
+    std::promise<void> received;
+    std::promise<bool> releasedAfterwards;
+    server.GET["/"] = [&](const HttpRequest&) {
+        const std::shared_ptr<void> held(nullptr, [&, end = received.get_future().share()](void*) {
+            releasedAfterwards.set_value(end.wait_for(std::chrono::seconds(10)) == std::future_status::ready);
+        });
+        return HttpResponse::raw(200, "OK", {}, [held](HttpResponseBodyWriter& body) { body.write("list"); });
+    };
+    server.start(0, true);
+    EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "list");
+    received.set_value();
+    EXPECT_TRUE(releasedAfterwards.get_future().get());
+}
+
 TEST_F(HttpServerIOTest, destroyingTheServerWaitsForItsHandlers) {
     std::promise<void> entered;
     std::atomic<bool> left = false;

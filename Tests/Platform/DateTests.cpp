@@ -33,7 +33,6 @@ TEST(Date, writingCutsFractionsTowardsThePastAndStaysInFourDigitYears) {
     EXPECT_EQ(formatISO8601(at(0, -1)), "1969-12-31T23:59:59Z");
     EXPECT_EQ(formatISO8601(Date::max()), "9999-12-31T23:59:59Z");
     EXPECT_EQ(formatISO8601(Date::min()), "0000-01-01T00:00:00Z");
-    EXPECT_EQ(formatISO8601(at(0)), "1970-01-01T00:00:00Z");
 }
 
 TEST(Date, readsOffsets) {

@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
     }
     try {
         Environment environment;
-        ModelContainer container(QuillornSchemaV3(), &QuillornMigrationPlan(),
+        ModelContainer container(currentSchema(), &QuillornMigrationPlan(),
                                  {.name = "Quillorn", .url = argv[1], .cloudContainerIdentifier = {}},
                                  {.random = environment.random, .notifications = environment.notifications});
         Phases phases;

@@ -37,7 +37,7 @@ class SampleStore {
   public:
     SampleStore(const std::filesystem::path& file, std::uint64_t seed)
         : m_random(seed),
-          m_container(QuillornSchemaV3(), &QuillornMigrationPlan(),
+          m_container(currentSchema(), &QuillornMigrationPlan(),
                       {.name = "Quillorn", .url = file, .cloudContainerIdentifier = {}},
                       {.random = m_random, .notifications = m_notifications}) {}
 

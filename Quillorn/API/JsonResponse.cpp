@@ -1,5 +1,8 @@
 #include "API/JsonResponse.h"
 
+#include <memory>
+#include <utility>
+
 namespace quillorn {
 
 namespace {

@@ -8,20 +8,41 @@
 
 namespace quillorn {
 
+class Client;
+class Note;
+class Project;
+class ProjectTask;
 class Tag;
+class TimeEntry;
 
-/// The record of that id; throws APIError::notFound with the resource's word.
+/// What errors call a record of that type.
 template <class Type>
-Type& findOrThrow(ModelContext& context, const UUID& id, const char* resource) {
+inline constexpr const char* resourceWord = nullptr;
+template <>
+inline constexpr const char* resourceWord<Client> = "Client";
+template <>
+inline constexpr const char* resourceWord<Note> = "Note";
+template <>
+inline constexpr const char* resourceWord<Project> = "Project";
+template <>
+inline constexpr const char* resourceWord<ProjectTask> = "Task";
+template <>
+inline constexpr const char* resourceWord<Tag> = "Tag";
+template <>
+inline constexpr const char* resourceWord<TimeEntry> = "TimeEntry";
+
+/// The record of that id; throws APIError::notFound when there is none.
+template <class Type>
+Type& findOrThrow(ModelContext& context, const UUID& id) {
     if (Type* found = context.find<Type>(id))
         return *found;
-    throw APIError::notFound(resource, id);
+    throw APIError::notFound(resourceWord<Type>, id);
 }
 
 /// The same for a link that a request may leave out; null then.
 template <class Type>
-Type* findLinked(ModelContext& context, const std::optional<UUID>& id, const char* resource) {
-    return id ? &findOrThrow<Type>(context, *id, resource) : nullptr;
+Type* findLinked(ModelContext& context, const std::optional<UUID>& id) {
+    return id ? &findOrThrow<Type>(context, *id) : nullptr;
 }
 
 /// The tags with these ids; ids without a tag are dropped.

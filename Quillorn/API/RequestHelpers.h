@@ -26,22 +26,16 @@ std::optional<UUID> queryUUID(const HttpRequest& request, std::string_view name)
 
 /// Fills `record` from the body; throws APIError::invalidJSON when that is not such a record.
 void decodeBody(const HttpRequest& request, const RecordType& type, void* record);
+/// Throws the bad request that lists `faults` unless there are none.
+void throwIfAny(std::vector<std::string> faults);
 
+/// The decoded body, after its own rules have passed where it has some; those are its `faults()`.
 template <WireRecord Record>
 Record decodeBody(const HttpRequest& request) {
     Record record;
     decodeBody(request, Record::recordType(), &record);
-    return record;
-}
-
-/// Throws the bad request that lists `faults` unless there are none.
-void throwIfAny(std::vector<std::string> faults);
-
-/// The decoded body after its own rules have passed; those are its `faults()`.
-template <WireRecord Record>
-Record decodeValidBody(const HttpRequest& request) {
-    auto record = decodeBody<Record>(request);
-    throwIfAny(record.faults());
+    if constexpr (requires { record.faults(); })
+        throwIfAny(record.faults());
     return record;
 }
 

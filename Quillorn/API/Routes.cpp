@@ -1,6 +1,11 @@
 #include "API/Routes.h"
 
+#include "API/ClientController.h"
+#include "API/NoteController.h"
+#include "API/ProjectController.h"
+#include "API/TagController.h"
 #include "API/TaskController.h"
+#include "API/TimeEntryController.h"
 #include "Platform/Clock.h"
 #include "Platform/Paths.h"
 
@@ -20,9 +25,9 @@ constexpr const char* documentationPage =
     "<script id=\"api-reference\" data-url=\"/openapi.json\"></script>"
     "<script src=\"/docs/scalar.js\"></script></body></html>";
 
-template <class Controller>
-Route route(const char* method, const char* path, const std::shared_ptr<Controller>& controller,
-            HttpResponse (Controller::*operation)(const HttpRequest&) const) {
+/// `operation` is a member function of the controller or of what it derives from.
+template <class Controller, class Operation>
+Route route(const char* method, const char* path, const std::shared_ptr<Controller>& controller, Operation operation) {
     return {method, path, [=](const HttpRequest& request) { return (*controller.*operation)(request); }};
 }
 
@@ -64,7 +69,12 @@ HttpHandler methodNotAllowed(const char* error) {
 } // namespace
 
 std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, const Text& text, const Paths& paths) {
+    const auto clients = std::make_shared<ClientController>(container, clock, text);
+    const auto projects = std::make_shared<ProjectController>(container, clock, text);
     const auto tasks = std::make_shared<TaskController>(container, clock, text);
+    const auto tags = std::make_shared<TagController>(container, clock, text);
+    const auto timeEntries = std::make_shared<TimeEntryController>(container, clock, text);
+    const auto notes = std::make_shared<NoteController>(container, clock, text);
     const auto health = [&clock](const HttpRequest&) {
         return HttpResponse::ok(
             HttpResponseBody::json(Json::Object{{"status", "ok"}, {"timestamp", formatISO8601(clock.now())}}));
@@ -74,6 +84,20 @@ std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, cons
     };
     return {
         {"GET", "/api/health", health},
+        route("GET", "/api/clients", clients, &ClientController::list),
+        route("GET", "/api/clients/:id", clients, &ClientController::get),
+        route("POST", "/api/clients", clients, &ClientController::create),
+        route("PUT", "/api/clients/:id", clients, &ClientController::update),
+        route("DELETE", "/api/clients/:id", clients, &ClientController::remove),
+        route("GET", "/api/clients/:id/projects", clients, &ClientController::projects),
+        route("GET", "/api/projects", projects, &ProjectController::list),
+        route("GET", "/api/projects/:id", projects, &ProjectController::get),
+        route("POST", "/api/projects", projects, &ProjectController::create),
+        route("PUT", "/api/projects/:id", projects, &ProjectController::update),
+        route("DELETE", "/api/projects/:id", projects, &ProjectController::remove),
+        route("GET", "/api/projects/:id/tasks", projects, &ProjectController::tasks),
+        route("GET", "/api/projects/:id/notes", projects, &ProjectController::notes),
+        route("GET", "/api/projects/:id/time-entries", projects, &ProjectController::timeEntries),
         route("GET", "/api/tasks", tasks, &TaskController::list),
         route("GET", "/api/tasks/:id", tasks, &TaskController::get),
         route("POST", "/api/tasks", tasks, &TaskController::create),
@@ -84,6 +108,24 @@ std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, cons
         route("GET", "/api/tasks/:id/time-entries", tasks, &TaskController::timeEntries),
         route("POST", "/api/tasks/:id/tags", tasks, &TaskController::addTags),
         route("DELETE", "/api/tasks/:id/tags/:tagId", tasks, &TaskController::removeTag),
+        route("GET", "/api/tags", tags, &TagController::list),
+        route("GET", "/api/tags/:id", tags, &TagController::get),
+        route("POST", "/api/tags", tags, &TagController::create),
+        route("PUT", "/api/tags/:id", tags, &TagController::update),
+        route("DELETE", "/api/tags/:id", tags, &TagController::remove),
+        route("GET", "/api/tags/:id/tasks", tags, &TagController::tasks),
+        route("GET", "/api/time-entries", timeEntries, &TimeEntryController::list),
+        route("GET", "/api/time-entries/:id", timeEntries, &TimeEntryController::get),
+        route("POST", "/api/time-entries", timeEntries, &TimeEntryController::create),
+        route("PUT", "/api/time-entries/:id", timeEntries, &TimeEntryController::update),
+        route("DELETE", "/api/time-entries/:id", timeEntries, &TimeEntryController::remove),
+        route("POST", "/api/time-entries/:id/stop", timeEntries, &TimeEntryController::stop),
+        route("GET", "/api/notes", notes, &NoteController::list),
+        route("GET", "/api/notes/:id", notes, &NoteController::get),
+        route("POST", "/api/notes", notes, &NoteController::create),
+        route("PUT", "/api/notes/:id", notes, &NoteController::update),
+        route("DELETE", "/api/notes/:id", notes, &NoteController::remove),
+        route("POST", "/api/notes/:id/pin", notes, &NoteController::pin),
         {"GET", "/openapi.json", resource(paths, "openapi.json", "application/json")},
         {"GET", "/docs", documentation},
         {"GET", "/docs/scalar.js", resource(paths, "scalar.standalone.min.js", "application/javascript")},

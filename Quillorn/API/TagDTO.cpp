@@ -26,4 +26,12 @@ void TagDTO::fill(const Tag& tag, std::int64_t count) {
     updatedAt = tag.updatedAt();
 }
 
+TagRows::TagRows(ModelContext& context, std::vector<Tag*> tags, Date)
+    : m_tags(std::move(tags)),
+      m_counts(context, m_tags) {}
+
+void TagRows::fill(std::size_t index, TagDTO& record) const {
+    record.fill(*m_tags[index], m_counts.of(*m_tags[index]));
+}
+
 } // namespace quillorn

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "API/WireRecord.h"
+#include "Models/TaskTotals.h"
 
 namespace quillorn {
 
+class ModelContext;
 class Tag;
 
 struct TagDTO {
@@ -18,6 +20,21 @@ struct TagDTO {
     void fill(const Tag& tag, std::int64_t count);
 
     static const RecordType& recordType();
+};
+
+class TagRows {
+  public:
+    using Object = Tag;
+    using Record = TagDTO;
+
+    TagRows(ModelContext& context, std::vector<Tag*> tags, Date now);
+
+    std::size_t size() const { return m_tags.size(); }
+    void fill(std::size_t index, TagDTO& record) const;
+
+  private:
+    std::vector<Tag*> m_tags;
+    TagCounts m_counts;
 };
 
 } // namespace quillorn

@@ -1,10 +1,10 @@
 #include "API/TaskDTO.h"
 
+#include "API/Rows.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
 #include "Store/KeyMap.h"
-#include "Store/ModelContext.h"
 
 #include <utility>
 
@@ -20,11 +20,6 @@ std::vector<Tag*> tagsOf(const std::vector<ProjectTask*>& tasks) {
             if (!std::exchange(seen[tag->key()], true))
                 tags.push_back(tag);
     return tags;
-}
-
-template <class Object>
-std::optional<UUID> idOf(const Object* object) {
-    return object != nullptr ? std::optional(object->id()) : std::nullopt;
 }
 
 } // namespace
@@ -95,12 +90,6 @@ void TaskRows::fill(std::size_t index, TaskDTO& record) const {
     record.depth = totals.depth;
     record.sourceTitle = task.sourceTitle();
     record.sourceURL = task.sourceURL();
-}
-
-TaskDTO taskRecord(ProjectTask& task, Date now) {
-    TaskDTO record;
-    TaskRows(task.context(), {&task}, now).fill(0, record);
-    return record;
 }
 
 } // namespace quillorn

@@ -37,10 +37,11 @@ struct TaskDTO {
     static const RecordType& recordType();
 };
 
-/// Saved tasks on their way to records. All that the records show is loaded at the start, in a constant number of
-/// statements.
 class TaskRows {
   public:
+    using Object = ProjectTask;
+    using Record = TaskDTO;
+
     TaskRows(ModelContext& context, std::vector<ProjectTask*> tasks, Date now);
 
     std::size_t size() const { return m_tasks.size(); }
@@ -52,8 +53,5 @@ class TaskRows {
     TaskTotalsTable m_totals;
     TagCounts m_tagCounts;
 };
-
-/// The record of one task.
-TaskDTO taskRecord(ProjectTask& task, Date now);
 
 } // namespace quillorn

@@ -1,10 +1,18 @@
 #include "API/TimeEntryDTO.h"
 
-#include "Models/Project.h"
-#include "Models/ProjectTask.h"
-#include "Models/TimeEntry.h"
-
 namespace quillorn {
+
+namespace {
+
+std::optional<UUID> idOf(const TimeEntryLinks::Link* link) {
+    return link != nullptr ? std::optional(link->id) : std::nullopt;
+}
+
+const std::string* nameOf(const TimeEntryLinks::Link* link) {
+    return link != nullptr ? &link->name : nullptr;
+}
+
+} // namespace
 
 const RecordType& TimeEntryDTO::recordType() {
     static constexpr auto fields = wireFields({
@@ -22,25 +30,24 @@ const RecordType& TimeEntryDTO::recordType() {
     return type;
 }
 
-void TimeEntryDTO::fill(const TimeEntry& entry, Date now) {
-    const ProjectTask* task = entry.task();
-    const Project* project = entry.project();
-    id = entry.id();
-    startTime = entry.startTime();
-    endTime = entry.endTime();
-    notes = entry.notes();
-    taskId = task != nullptr ? std::optional(task->id()) : std::nullopt;
-    projectId = project != nullptr ? std::optional(project->id()) : std::nullopt;
-    duration = entry.duration(now);
-    isRunning = entry.isRunning();
-    displayName = entry.displayName();
-}
+TimeEntryRows::TimeEntryRows(ModelContext& context, std::vector<TimeEntry*> entries, Date now)
+    : m_entries(std::move(entries)),
+      m_now(now),
+      m_links(context, m_entries) {}
 
-TimeEntryRows::TimeEntryRows(std::vector<TimeEntry*> entries, Date now) : m_entries(std::move(entries)), m_now(now) {
-    for (const TimeEntry* entry : m_entries) {
-        entry->task();
-        entry->project();
-    }
+void TimeEntryRows::fill(std::size_t index, TimeEntryDTO& record) const {
+    const TimeEntry& entry = *m_entries[index];
+    const auto* task = m_links.taskOf(entry);
+    const auto* project = m_links.projectOf(entry);
+    record.id = entry.id();
+    record.startTime = entry.startTime();
+    record.endTime = entry.endTime();
+    record.notes = entry.notes();
+    record.taskId = idOf(task);
+    record.projectId = idOf(project);
+    record.duration = entry.duration(m_now);
+    record.isRunning = entry.isRunning();
+    record.displayName = entry.displayName(nameOf(task), nameOf(project));
 }
 
 } // namespace quillorn

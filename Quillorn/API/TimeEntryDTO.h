@@ -1,10 +1,9 @@
 #pragma once
 
 #include "API/WireRecord.h"
+#include "Models/TimeEntryLinks.h"
 
 namespace quillorn {
-
-class TimeEntry;
 
 struct TimeEntryDTO {
     UUID id;
@@ -18,22 +17,23 @@ struct TimeEntryDTO {
     bool isRunning = false;
     std::string displayName;
 
-    void fill(const TimeEntry& entry, Date now);
-
     static const RecordType& recordType();
 };
 
-/// Time entries on their way to a list of records. What the records show is loaded at the start.
 class TimeEntryRows {
   public:
-    TimeEntryRows(std::vector<TimeEntry*> entries, Date now);
+    using Object = TimeEntry;
+    using Record = TimeEntryDTO;
+
+    TimeEntryRows(ModelContext& context, std::vector<TimeEntry*> entries, Date now);
 
     std::size_t size() const { return m_entries.size(); }
-    void fill(std::size_t index, TimeEntryDTO& record) const { record.fill(*m_entries[index], m_now); }
+    void fill(std::size_t index, TimeEntryDTO& record) const;
 
   private:
     std::vector<TimeEntry*> m_entries;
     Date m_now;
+    TimeEntryLinks m_links;
 };
 
 } // namespace quillorn

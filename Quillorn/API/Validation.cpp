@@ -3,6 +3,7 @@
 #include "API/URLParts.h"
 #include "Platform/Text.h"
 
+#include <string_view>
 #include <utility>
 
 namespace quillorn {
@@ -15,6 +16,11 @@ constexpr std::size_t maximumSourceURLLength = 2048;
 /// In user-perceived characters, none of which is shorter than a byte.
 bool isLongerThan(const std::string& text, std::size_t limit) {
     return text.size() > limit && characterCount(text) > limit;
+}
+
+bool isHexColor(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEFabcdef";
+    return text.size() == 7 && text.front() == '#' && text.find_first_not_of(digits, 1) == std::string_view::npos;
 }
 
 bool isUnsafeScheme(const std::string& scheme) {
@@ -34,6 +40,14 @@ void Validation::requireText(const std::optional<std::string>& value, const char
 
 void Validation::requireZeroToThree(const std::optional<std::int64_t>& value, const char* field) {
     require(!value || (*value >= 0 && *value <= 3), std::string(field) + " must be 0-3");
+}
+
+void Validation::requireHash(const std::optional<std::string>& color) {
+    require(!color || color->starts_with('#'), "color must be a hex string starting with #");
+}
+
+void Validation::requireHexColor(const std::optional<std::string>& color) {
+    require(!color || isHexColor(*color), "color must be a valid hex color (e.g. #FF3B30)");
 }
 
 void Validation::requireSource(const std::optional<std::string>& title, const std::optional<std::string>& url) {

@@ -17,6 +17,10 @@ class Validation {
     void requireText(const std::optional<std::string>& value, const char* field);
     /// The raw value of an enum with the cases 0 to 3.
     void requireZeroToThree(const std::optional<std::int64_t>& value, const char* field);
+    /// The colour of a client or project: whatever starts with "#".
+    void requireHash(const std::optional<std::string>& color);
+    /// The colour of a tag: "#" and six hexadecimal digits.
+    void requireHexColor(const std::optional<std::string>& color);
     /// The label of and the link to the place that a task came from.
     void requireSource(const std::optional<std::string>& title, const std::optional<std::string>& url);
 

@@ -64,7 +64,7 @@ void QuillornApp::openInMemory(const std::string& fatalWords) {
         m_storeFile = "/dev/null";
     try {
         m_container =
-            std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, ModelConfiguration{},
+            std::make_unique<ModelContainer>(currentSchema(), nullptr, ModelConfiguration{},
                                              StoreEnvironment{m_environment.random, m_environment.notifications});
     } catch (const std::exception& error) {
         throw LaunchError(fatalWords + error.what());

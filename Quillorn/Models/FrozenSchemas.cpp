@@ -51,70 +51,63 @@ TableSchema table(std::string_view name, const Columns& columns) {
     return schema;
 }
 
-Columns taskColumnsV1() {
-    return {
-        text("title", "''"),
-        optionalText("taskDescription"),
-        optionalDate("dueDate"),
-        optionalDate("completedAt"),
-        integer("priority", "1"),
-        integer("status", "0"),
-        integer("sortOrder", "0"),
-        date("createdAt"),
-        date("updatedAt"),
-        reference("project", "Project", OnDelete::cascade),
-        reference("parentTask", "ProjectTask", OnDelete::clear),
-    };
-}
-
-/// Versions 1 and 2 differ in the columns of ProjectTask alone.
-Schema frozenSchema(int version, const Columns& taskColumns) {
-    constexpr auto cascade = OnDelete::cascade;
-    Schema schema;
-    schema.applicationId = 0x5175696C;
-    schema.version = version;
-    schema.tables = {
-        table("Client",
-              {text("name", "''"), optionalText("clientDescription"), text("color", "'#007AFF'"),
-               text("icon", "'building.2.fill'"), date("createdAt"), date("updatedAt"), integer("isArchived", "0")}),
-        table("ProjectDivider",
-              {text("title", "''"), integer("sortOrder", "0"), date("createdAt"), optionalId("clientID")}),
-        table("Project", {text("name", "''"), optionalText("projectDescription"), text("color", "'#007AFF'"),
-                          date("createdAt"), date("updatedAt"), integer("isArchived", "0"), integer("sortOrder", "0"),
-                          optionalId("groupID"), reference("client", "Client", cascade)}),
-        table("ProjectTask", taskColumns),
-        table("Tag", {text("name", "''"), text("color", "'#007AFF'"), date("createdAt"), date("updatedAt")}),
-        table("TimeEntry", {date("startTime"), optionalDate("endTime"), optionalText("notes"), optionalText("title"),
-                            reference("task", "ProjectTask", cascade), reference("project", "Project", cascade)}),
-        table("Note", {text("title", "'Untitled Note'"), text("content", "''"), date("createdAt"), date("updatedAt"),
-                       integer("isPinned", "0"), reference("project", "Project", cascade),
-                       reference("task", "ProjectTask", cascade)}),
-        table("ChatMessage", {integer("role", "1"), text("content", "''"), date("createdAt"),
-                              reference("project", "Project", cascade), reference("client", "Client", cascade)}),
-    };
+/// What came after `former`: it had these columns more, at the end of one table.
+Schema extended(const Schema& former, std::string_view table, const Columns& columns) {
+    Schema schema = former;
+    ++schema.version;
     for (TableSchema& each : schema.tables)
-        if (each.name == "TimeEntry")
-            each.indexes = {{"task", "startTime", "endTime"}};
-        else if (each.name == "ProjectTask")
-            each.indexes = {{"parentTask", "completedAt"}};
-    schema.links = {{"ProjectTask_Tag", "task", "ProjectTask", "tag", "Tag"}};
+        if (each.name == table)
+            each.columns.insert(each.columns.end(), columns.begin(), columns.end());
     return schema;
 }
 
 } // namespace
 
 const Schema& QuillornSchemaV1() {
-    static const Schema schema = frozenSchema(1, taskColumnsV1());
+    static const Schema schema = [] {
+        constexpr auto cascade = OnDelete::cascade;
+        Schema first;
+        first.applicationId = 0x5175696C;
+        first.version = 1;
+        first.tables = {
+            table("Client", {text("name", "''"), optionalText("clientDescription"), text("color", "'#007AFF'"),
+                             text("icon", "'building.2.fill'"), date("createdAt"), date("updatedAt"),
+                             integer("isArchived", "0")}),
+            table("ProjectDivider",
+                  {text("title", "''"), integer("sortOrder", "0"), date("createdAt"), optionalId("clientID")}),
+            table("Project",
+                  {text("name", "''"), optionalText("projectDescription"), text("color", "'#007AFF'"),
+                   date("createdAt"), date("updatedAt"), integer("isArchived", "0"), integer("sortOrder", "0"),
+                   optionalId("groupID"), reference("client", "Client", cascade)}),
+            table("ProjectTask", {text("title", "''"), optionalText("taskDescription"), optionalDate("dueDate"),
+                                  optionalDate("completedAt"), integer("priority", "1"), integer("status", "0"),
+                                  integer("sortOrder", "0"), date("createdAt"), date("updatedAt"),
+                                  reference("project", "Project", OnDelete::cascade),
+                                  reference("parentTask", "ProjectTask", OnDelete::clear)}),
+            table("Tag", {text("name", "''"), text("color", "'#007AFF'"), date("createdAt"), date("updatedAt")}),
+            table("TimeEntry",
+                  {date("startTime"), optionalDate("endTime"), optionalText("notes"), optionalText("title"),
+                   reference("task", "ProjectTask", cascade), reference("project", "Project", cascade)}),
+            table("Note", {text("title", "'Untitled Note'"), text("content", "''"), date("createdAt"),
+                           date("updatedAt"), integer("isPinned", "0"), reference("project", "Project", cascade),
+                           reference("task", "ProjectTask", cascade)}),
+            table("ChatMessage", {integer("role", "1"), text("content", "''"), date("createdAt"),
+                                  reference("project", "Project", cascade), reference("client", "Client", cascade)}),
+        };
+        for (TableSchema& each : first.tables)
+            if (each.name == "TimeEntry")
+                each.indexes = {{"task", "startTime", "endTime"}};
+            else if (each.name == "ProjectTask")
+                each.indexes = {{"parentTask", "completedAt"}};
+        first.links = {{"ProjectTask_Tag", "task", "ProjectTask", "tag", "Tag"}};
+        return first;
+    }();
     return schema;
 }
 
 const Schema& QuillornSchemaV2() {
-    static const Schema schema = [] {
-        Columns columns = taskColumnsV1();
-        columns.push_back(optionalText("sourceTitle"));
-        columns.push_back(optionalText("sourceURL"));
-        return frozenSchema(2, columns);
-    }();
+    static const Schema schema =
+        extended(QuillornSchemaV1(), "ProjectTask", {optionalText("sourceTitle"), optionalText("sourceURL")});
     return schema;
 }
 

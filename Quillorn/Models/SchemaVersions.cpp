@@ -41,16 +41,19 @@ const MigrationPlan& QuillornMigrationPlan() {
     return plan;
 }
 
+const Schema& currentSchema() {
+    return *QuillornMigrationPlan().schemas.back();
+}
+
 std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration, StoreEnvironment environment,
                                               SystemLog& log) {
     try {
-        return std::make_unique<ModelContainer>(QuillornSchemaV3(), &QuillornMigrationPlan(), configuration,
-                                                environment);
+        return std::make_unique<ModelContainer>(currentSchema(), &QuillornMigrationPlan(), configuration, environment);
     } catch (const StoreError& managed) {
         log.log(fmt::format("QuillornMigrationPlan: managed open failed ({}); retrying with inferred migration",
                             managed.what()));
         try {
-            return std::make_unique<ModelContainer>(QuillornSchemaV3(), nullptr, configuration, environment);
+            return std::make_unique<ModelContainer>(currentSchema(), nullptr, configuration, environment);
         } catch (const StoreError&) {
             throw StoreError(managed);
         }

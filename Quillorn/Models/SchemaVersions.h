@@ -19,6 +19,9 @@ const Schema& QuillornSchemaV3();
 
 const MigrationPlan& QuillornMigrationPlan();
 
+/// The last of these: what this program works with.
+const Schema& currentSchema();
+
 /// Opens the store with the migration plan and, when that fails, once more by inference. Throws the first attempt's
 /// StoreError when both fail: it says more about a version problem.
 std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration, StoreEnvironment environment,

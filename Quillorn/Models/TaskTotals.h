@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Models/ProjectTask.h"
+#include "Models/TimeSpent.h"
 #include "Store/KeyMap.h"
 
-#include <chrono>
 #include <vector>
 
 namespace quillorn {
@@ -29,8 +29,8 @@ class TaskTotalsTable {
 
   private:
     struct Sums {
-        std::chrono::microseconds time{}; // whole, so that the sum is exact
-        TaskTotals totals;                // without the time
+        TimeSum time;
+        TaskTotals totals; // without the time
     };
 
     void addTimes(ModelContext& context, const std::vector<RowKey>& tasks, Date now);

@@ -68,12 +68,19 @@ std::string TimeEntry::formattedDuration(Date now) const {
 }
 
 std::string TimeEntry::displayName() const {
+    const ProjectTask* ownTask = task();
+    const Project* ownProject = project();
+    return displayName(ownTask != nullptr ? &ownTask->title() : nullptr,
+                       ownProject != nullptr ? &ownProject->name() : nullptr);
+}
+
+std::string TimeEntry::displayName(const std::string* taskTitle, const std::string* projectName) const {
     if (m_title && !m_title->empty())
         return *m_title;
-    if (const ProjectTask* owner = task())
-        return owner->title();
-    if (const Project* owner = project())
-        return owner->name() + " (General)";
+    if (taskTitle != nullptr)
+        return *taskTitle;
+    if (projectName != nullptr)
+        return *projectName + " (General)";
     return "Unassigned";
 }
 

@@ -38,6 +38,9 @@ class TimeEntry final : public Entity {
     /// The direct link, for time on a project without a task.
     Project* project() const;
     void setProject(Project* project);
+    /// The row keys of the two, known without loading them; 0 for none and for what is not saved yet.
+    RowKey taskKey() const { return keyOf(m_task); }
+    RowKey projectKey() const { return keyOf(m_project); }
 
     bool isRunning() const { return !m_endTime; }
     /// In seconds; a running entry counts up to `now`.
@@ -45,6 +48,8 @@ class TimeEntry final : public Entity {
     /// duration() in the clock form.
     std::string formattedDuration(Date now) const;
     std::string displayName() const;
+    /// The same where the names of task and project are at hand; null for none.
+    std::string displayName(const std::string* taskTitle, const std::string* projectName) const;
 
   private:
     friend class ModelContext;

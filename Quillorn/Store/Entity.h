@@ -45,6 +45,10 @@ class Entity {
     void assignReference(std::size_t column, ReferenceBase& reference, Entity* target);
     /// The target of a to-one relation, loaded on first touch for all objects of this type that lack it.
     Entity* resolve(std::size_t column, const ReferenceBase& reference) const;
+    /// The row key of a to-one relation's target, known without loading it; 0 for none and for what is not saved yet.
+    static RowKey keyOf(const ReferenceBase& reference) {
+        return reference.m_object != nullptr ? reference.m_object->m_key : reference.m_key;
+    }
     /// Loads a to-many relation on first touch, for all objects of this type that lack it.
     void load(std::size_t relation, const ListBase& list) const;
     /// Makes `targets` the members of a many-to-many relation. Repeated and absent members count once.

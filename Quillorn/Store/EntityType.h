@@ -215,8 +215,7 @@ struct ColumnAccess<Member> : FieldAccess<Class, Field, Member> {
             .bind =
                 [](const Entity& entity, Statement& statement, int index) {
                     const ReferenceBase& reference = Access::field(entity);
-                    const RowKey key = reference.m_object != nullptr ? reference.m_object->m_key : reference.m_key;
-                    if (key != 0)
+                    if (const RowKey key = Entity::keyOf(reference); key != 0)
                         statement.bind(index, key);
                     else
                         statement.bindNull(index);

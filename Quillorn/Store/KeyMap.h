@@ -10,13 +10,14 @@
 namespace quillorn {
 
 /// Values by row key, in one flat table: several times faster to fill and to ask than a map of nodes. Rows come mostly
-/// in the order of their keys, so neighbours stay together. Takes no key 0, and forgets nothing.
+/// in the order of their keys, so neighbours stay together. Holds nothing under 0, which is no row's key, and forgets
+/// nothing.
 template <class Value>
 class KeyMap {
   public:
     /// Null when there is none. Valid until the next insertion.
     Value* find(RowKey key) {
-        if (m_slots.empty())
+        if (key == 0 || m_slots.empty())
             return nullptr;
         Slot& slot = slotFor(key);
         return slot.key == key ? &slot.value : nullptr;

@@ -82,8 +82,8 @@ std::string APITest::addProject(const std::string& name, bool archived, bool cli
         .string();
 }
 
-std::string APITest::addTask(const std::string& body) const {
-    const Answer answer = post("/api/tasks", body);
+std::string APITest::add(const std::string& resource, const std::string& body) const {
+    const Answer answer = post("/api/" + resource, body);
     EXPECT_EQ(answer.status, 201) << answer.body;
     return *answer["id"].asString();
 }

@@ -9,6 +9,7 @@
 #include "Support/FakePaths.h"
 #include "Support/TestStore.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
@@ -59,10 +60,11 @@ class APITest : public ::testing::Test {
         context.save();
         return result;
     }
+    /// Creates a record by the API and returns its id; `resource` is the last part of the path.
+    std::string add(const std::string& resource, const std::string& body) const;
     std::string addTag(const std::string& name);
     std::string addProject(const std::string& name, bool archived = false, bool clientArchived = false);
-    /// Creates a task by the API and returns its id.
-    std::string addTask(const std::string& body) const;
+    std::string addTask(const std::string& body) const { return add("tasks", body); }
     /// All tasks by the API, archived ones too.
     std::string allTasks() const { return get("/api/tasks?archived=true").body; }
 
@@ -76,6 +78,11 @@ class APITest : public ::testing::Test {
 };
 
 inline const std::string unknownId = "00000000-0000-4000-8000-00000000ABCD";
+/// A JSON object of these members, which are a pattern of fmt.
+template <class... Arguments>
+std::string object(fmt::format_string<Arguments...> members, Arguments&&... arguments) {
+    return "{" + fmt::format(members, std::forward<Arguments>(arguments)...) + "}";
+}
 /// The message of a list of validation faults.
 std::vector<std::string> detailsOf(const Answer& answer);
 std::string code(const Answer& answer);

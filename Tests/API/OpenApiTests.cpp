@@ -2,10 +2,18 @@
 
 #include "API/APIError.h"
 #include "API/APITest.h"
+#include "API/ClientDTO.h"
+#include "API/ClientRequests.h"
+#include "API/NoteDTO.h"
+#include "API/NoteRequests.h"
+#include "API/ProjectDTO.h"
+#include "API/ProjectRequests.h"
 #include "API/Routes.h"
+#include "API/TagRequests.h"
 #include "API/TaskDTO.h"
 #include "API/TaskRequests.h"
 #include "API/TimeEntryDTO.h"
+#include "API/TimeEntryRequests.h"
 
 #include <algorithm>
 
@@ -47,9 +55,25 @@ TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
 }
 
 TEST(OpenApiTest, schemasHaveTheFieldsOfTheirRecords) {
-    const RecordType* records[] = {&TaskDTO::recordType(),           &TagDTO::recordType(),
-                                   &TimeEntryDTO::recordType(),      &CreateTaskRequest::recordType(),
-                                   &UpdateTaskRequest::recordType(), &TaskTagsRequest::recordType(),
+    const RecordType* records[] = {&ClientDTO::recordType(),
+                                   &ProjectDTO::recordType(),
+                                   &TaskDTO::recordType(),
+                                   &TagDTO::recordType(),
+                                   &TimeEntryDTO::recordType(),
+                                   &NoteDTO::recordType(),
+                                   &CreateClientRequest::recordType(),
+                                   &UpdateClientRequest::recordType(),
+                                   &CreateProjectRequest::recordType(),
+                                   &UpdateProjectRequest::recordType(),
+                                   &CreateTaskRequest::recordType(),
+                                   &UpdateTaskRequest::recordType(),
+                                   &TaskTagsRequest::recordType(),
+                                   &CreateTagRequest::recordType(),
+                                   &UpdateTagRequest::recordType(),
+                                   &CreateTimeEntryRequest::recordType(),
+                                   &UpdateTimeEntryRequest::recordType(),
+                                   &CreateNoteRequest::recordType(),
+                                   &UpdateNoteRequest::recordType(),
                                    &APIErrorResponse::recordType()};
     for (const RecordType* record : records) {
         SCOPED_TRACE(record->name);

@@ -1,16 +1,9 @@
 #include "API/APITest.h"
-#include "Models/Project.h"
-#include "Models/ProjectTask.h"
-#include "Models/Tag.h"
-#include "Models/TimeEntry.h"
-
-#include <fmt/core.h>
 
 namespace quillorn {
 namespace {
 
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 TEST_F(APITest, aListIsFilteredAndSortedByDueDate) {
     start();
@@ -72,85 +65,6 @@ TEST_F(APITest, aListIsFilteredAndSortedByDueDate) {
     };
     for (const auto& [query, titles] : cases)
         EXPECT_THAT(get("/api/tasks" + query).all("title"), ElementsAreArray(titles.begin(), titles.end())) << query;
-}
-
-/// `count` tasks, each with a project, tags and time; the first has a subtask and an entry for each of the others.
-UUID fill(ModelContext& context, int count, Date now) {
-    auto& project = context.insert<Project>(Project::Arguments{"P"}, now);
-    std::vector<Tag*> tags;
-    for (int i = 0; i < 20; ++i)
-        tags.push_back(&context.insert<Tag>(Tag::Arguments{fmt::format("t{}", i)}, now));
-    ProjectTask* first = nullptr;
-    for (int i = 0; i < count; ++i) {
-        auto& task = context.insert<ProjectTask>(
-            ProjectTask::Arguments{.title = fmt::format("Task {}", i), .project = &project}, now);
-        task.setTags({tags[static_cast<std::size_t>(i) % 20], tags[static_cast<std::size_t>(i + 7) % 20]});
-        if (first == nullptr)
-            first = &task;
-        else
-            task.setParentTask(first);
-        for (ProjectTask* owner : {first, &task})
-            context
-                .insert<TimeEntry>(
-                    TimeEntry::Arguments{.task = owner, .project = {}, .startTime = now - std::chrono::minutes(i + 1)})
-                .setEndTime(now);
-    }
-    return first->id();
-}
-
-struct MeasuredRoute {
-    std::string method;
-    std::string path;
-    std::string body{};
-};
-
-/// By a name that doesn't depend on the ids.
-std::vector<std::pair<std::string, MeasuredRoute>> everyRoute(const std::string& task, const std::string& tag) {
-    const std::string path = "/api/tasks/" + task;
-    const std::string tags = R"("tagIds": [")" + tag + "\"]}";
-    return {{"list", {"GET", "/api/tasks"}},
-            {"filtered list", {"GET", "/api/tasks?title=task&completed=no&status=0&priority=1"}},
-            {"list of a tag", {"GET", "/api/tasks?tagId=" + tag}},
-            {"get", {"GET", path}},
-            {"time entries", {"GET", path + "/time-entries"}},
-            {"create", {"POST", "/api/tasks", R"({"title": "New", )" + tags}},
-            {"update", {"PUT", path, R"({"title": "Changed", "status": 1, )" + tags}},
-            {"complete", {"POST", path + "/complete"}},
-            {"incomplete", {"POST", path + "/incomplete"}},
-            {"add tags", {"POST", path + "/tags", "{" + tags}},
-            {"remove tag", {"DELETE", path + "/tags/" + tag}},
-            {"delete", {"DELETE", path}}};
-}
-
-class StatementTest : public APITest {
-  protected:
-    /// Statements of each route over a fresh store of so many tasks.
-    std::map<std::string, std::uint64_t> statementsWith(int rows) {
-        TestStore fresh;
-        serve(*fresh.container);
-        start();
-        ModelContext context(*fresh.container, ModelContext::Intent::update);
-        const std::string task = fill(context, rows, clock.now()).string();
-        context.save();
-        const std::string tag = context.fetch<Tag>().front()->id().string();
-        context.endReading();
-
-        EXPECT_EQ(get("/api/tasks").all("id").size(), static_cast<std::size_t>(rows));
-        EXPECT_EQ(get("/api/tasks/" + task)["subtaskCount"], rows - 1);
-        EXPECT_EQ(get("/api/tasks/" + task + "/time-entries").all("id").size(), static_cast<std::size_t>(rows + 1));
-        std::map<std::string, std::uint64_t> counts;
-        for (const auto& [name, route] : everyRoute(task, tag)) {
-            const auto before = fresh.container->executedStatements();
-            EXPECT_LT(call(route.method, route.path, route.body).status, 300) << name;
-            counts[name] = fresh.container->executedStatements() - before;
-        }
-        server.reset();
-        return counts;
-    }
-};
-
-TEST_F(StatementTest, everyRouteTakesAsManyForManyRowsAsForFew) {
-    EXPECT_EQ(statementsWith(10), statementsWith(1000));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Support/TestStore.h"
 
 #include <gmock/gmock.h>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -93,11 +94,32 @@ TEST_F(StoreFiles, areMadeForTheUserAlone) {
     EXPECT_THAT(logged(), IsEmpty());
 }
 
+TEST(SchemaVersions, addTheseColumns) {
+    const auto namesOfColumns = [](const Schema& schema) {
+        std::set<std::string> names;
+        for (const TableSchema& table : schema.tables)
+            for (const ColumnSchema& column : table.columns)
+                names.insert(table.name + "." + column.name);
+        return names;
+    };
+    std::vector<std::string> added;
+    const auto& versions = QuillornMigrationPlan().schemas;
+    for (std::size_t i = 1; i < versions.size(); ++i) {
+        EXPECT_EQ(versions[i]->version, versions[i - 1]->version + 1);
+        const auto before = namesOfColumns(*versions[i - 1]);
+        for (const std::string& name : namesOfColumns(*versions[i]))
+            if (!before.contains(name))
+                added.push_back(std::to_string(versions[i]->version) + ": " + name);
+    }
+    EXPECT_THAT(added,
+                ElementsAre("2: ProjectTask.sourceTitle", "2: ProjectTask.sourceURL", "3: ProjectTask.dueHasTime"));
+}
+
 TEST_F(StoreFiles, ofOlderVersionsAreMigrated) {
     open();
     const std::string fresh = layout();
     EXPECT_THAT(fresh, HasSubstr("ProjectTask.dueHasTime INTEGER100"));
-    for (const Schema* schema : {&QuillornSchemaV1(), &QuillornSchemaV2(), &QuillornSchemaV3()}) {
+    for (const Schema* schema : QuillornMigrationPlan().schemas) {
         SCOPED_TRACE(schema->version);
         for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
             std::filesystem::remove(entry);
@@ -130,7 +152,7 @@ TEST_F(StoreFiles, thatLackSomethingGetASecondChance) {
                     ElementsAre(start + file().string() + each.reason + "); retrying with inferred migration"));
         ModelContext context(*container);
         EXPECT_EQ(named<ProjectTask>(context, "task").sourceURL(), std::nullopt);
-        EXPECT_EQ(ForeignConnection(file()).integer("PRAGMA user_version"), 3);
+        EXPECT_EQ(ForeignConnection(file()).integer("PRAGMA user_version"), currentSchema().version);
         open();
         EXPECT_EQ(logged().size(), 1U) << "from now on it opens as managed";
     }
@@ -142,13 +164,16 @@ TEST_F(StoreFiles, thatCannotBeOpenedStayAsTheyAre) {
         std::function<void()> prepare;
         const char* reason;
     };
-    const std::string newer = "The store has schema version 4, and this program knows versions up to 3";
+    const std::string known = std::to_string(currentSchema().version);
+    const std::string unknown = std::to_string(currentSchema().version + 1);
+    const std::string claim = "PRAGMA user_version = " + unknown;
+    const std::string newer =
+        "The store has schema version " + unknown + ", and this program knows versions up to " + known;
     const std::vector<Case> cases{
-        {"newer", [&] { makeStore(QuillornSchemaV3(), "PRAGMA user_version = 4"); }, newer.c_str()},
+        {"newer", [&] { makeStore(currentSchema(), claim); }, newer.c_str()},
         {"newer, with a log",
          [&] {
-             makeStore(QuillornSchemaV3(), "PRAGMA journal_mode = WAL; PRAGMA user_version = 4; "
-                                           "UPDATE Tag SET name = 'in the log'");
+             makeStore(currentSchema(), "PRAGMA journal_mode = WAL; " + claim + "; UPDATE Tag SET name = 'in the log'");
              EXPECT_GT(std::filesystem::file_size(log()), 0U);
          },
          newer.c_str()},
@@ -165,7 +190,7 @@ TEST_F(StoreFiles, thatCannotBeOpenedStayAsTheyAre) {
          "The store file is a database of another program"},
         {"truncated",
          [&] {
-             makeStore(QuillornSchemaV3());
+             makeStore(currentSchema());
              std::filesystem::resize_file(file(), 3 * 4096 + 17);
          },
          "malformed"},

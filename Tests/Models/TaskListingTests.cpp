@@ -1,31 +1,16 @@
 #include "Models/TaskSearch.h"
 #include "Models/TaskTotals.h"
 #include "Platform/Text.h"
+#include "Support/Dice.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 
 #include <gmock/gmock.h>
-#include <random>
 
 namespace quillorn {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// Numbers from 0 on, the same in every run.
-class Dice {
-  public:
-    explicit Dice(unsigned seed) : m_engine(seed) {}
-    std::size_t below(std::size_t limit) { return m_engine() % limit; }
-    bool chance(std::size_t percent) { return below(100) < percent; }
-    template <class Type>
-    Type* oneOf(const std::vector<Type*>& records) {
-        return records[below(records.size())];
-    }
-
-  private:
-    std::mt19937 m_engine;
-};
 
 /// Clients, projects and tags of all kinds, and `taskCount` tasks with entries, in chains and in one circle.
 void populate(TestStore& store, Dice& dice, std::size_t taskCount) {

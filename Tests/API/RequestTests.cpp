@@ -1,9 +1,14 @@
 #include "API/TaskRequests.h"
 
 #include "API/APITest.h"
+#include "API/ClientRequests.h"
+#include "API/NoteRequests.h"
+#include "API/ProjectRequests.h"
+#include "API/TagRequests.h"
+#include "API/TimeEntryRequests.h"
 #include "Models/Project.h"
 
-#include <fmt/core.h>
+#include <map>
 
 namespace quillorn {
 namespace {
@@ -16,7 +21,11 @@ const std::string invalidJSON = "400 bad_request Invalid JSON in request body";
 
 /// JSON that no field of this form takes.
 std::vector<std::string> wrongValuesFor(const WireShape& shape) {
-    std::vector<std::string> values{"{}", "true", "1.5", "1e300", "[1]"};
+    std::vector<std::string> values{"{}", "1.5", "1e300", "[1]"};
+    if (shape.type == "boolean")
+        values.insert(values.end(), {"0", "1", "\"true\""});
+    else
+        values.emplace_back("true");
     if (shape.type == "array")
         values.insert(values.end(), {"\"x\"", "1", "[null]", "[\"x\"]", "[[]]"});
     else
@@ -36,25 +45,45 @@ std::vector<std::string> wrongValuesFor(const WireShape& shape) {
 TEST_F(APITest, aFieldOfTheWrongTypeIsInvalidJSON) {
     start();
     const std::string task = addTask(R"({"title": "Kept"})");
-    const std::string before = allTasks();
-    const std::tuple<const RecordType*, std::string, std::string> requests[] = {
+    std::vector<std::tuple<const RecordType*, std::string, std::string>> requests{
         {&CreateTaskRequest::recordType(), "POST", "/api/tasks"},
         {&UpdateTaskRequest::recordType(), "PUT", "/api/tasks/" + task},
         {&TaskTagsRequest::recordType(), "POST", "/api/tasks/" + task + "/tags"},
     };
+    const std::tuple<std::string, const RecordType*, const RecordType*> others[] = {
+        {"clients", &CreateClientRequest::recordType(), &UpdateClientRequest::recordType()},
+        {"projects", &CreateProjectRequest::recordType(), &UpdateProjectRequest::recordType()},
+        {"tags", &CreateTagRequest::recordType(), &UpdateTagRequest::recordType()},
+        {"time-entries", &CreateTimeEntryRequest::recordType(), &UpdateTimeEntryRequest::recordType()},
+        {"notes", &CreateNoteRequest::recordType(), &UpdateNoteRequest::recordType()},
+    };
+    for (const auto& [resource, create, update] : others) {
+        const std::string path = "/api/" + resource;
+        const std::string id = add(resource, R"({"name": "Kept"})");
+        requests.emplace_back(create, "POST", path);
+        requests.emplace_back(update, "PUT", fmt::format("{}/{}", path, id));
+    }
+    const auto everything = [&] {
+        std::string bodies = allTasks();
+        for (const auto& [resource, create, update] : others)
+            bodies += get("/api/" + resource).body;
+        return bodies;
+    };
+    const std::string before = everything();
     for (const auto& [record, method, path] : requests)
         for (const WireField& field : record->fields) {
             auto values = wrongValuesFor(*field.shape);
             if (field.required)
                 values.emplace_back("null");
             for (const std::string& value : values) {
-                const std::string rest =
-                    field.name == "title" || record->name != "CreateTaskRequest" ? "" : R"(, "title": "New")";
-                const auto body = fmt::format(R"({{"{}": {}{}}})", field.name, value, rest);
+                const std::string needed = field.name == "title" ? R"("name": "New")" : R"("title": "New")";
+                const std::string both =
+                    field.name == "name" || field.name == "title" ? needed : needed + R"(, "name": "New")";
+                const auto body = object(R"("{}": {}, {})", field.name, value, both);
                 EXPECT_EQ(code(call(method, path, body)), invalidJSON) << path << " " << body;
             }
         }
-    EXPECT_EQ(allTasks(), before);
+    EXPECT_EQ(everything(), before);
 }
 
 TEST_F(APITest, aBodyThatIsNoRecordIsInvalidJSON) {
@@ -170,6 +199,54 @@ TEST_F(APITest, everyRuleThatIsBrokenIsListedInOrder) {
     }
 }
 
+TEST_F(APITest, theRulesOfTheOtherResources) {
+    start();
+    struct Case {
+        std::string resource, body;
+        std::vector<std::string> faults{};
+    };
+    const std::string name = "name cannot be empty";
+    const std::string hash = "color must be a hex string starting with #";
+    const std::string hex = "color must be a valid hex color (e.g. #FF3B30)";
+    const std::string order = "endTime must be after startTime";
+    std::vector<Case> cases{
+        {"tags", R"("color": "#FF3B3")", {hex}},
+        {"tags", R"("color": "#ff3b30")"},
+        {"tags", R"("color": "#FF3B30FF")", {hex}},
+        {"tags", R"("color": "#FF3B30\n")", {hex}},
+        {"tags", R"("color": "#FF3B3G")", {hex}},
+        {"tags", R"("color": "FF3B30#")", {hex}},
+        {"tags", R"("color": "")", {hex}},
+        {"tags", R"("name": " ", "color": "#")", {name, hex}},
+        {"time-entries", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T09:59:59Z")", {order}},
+        {"time-entries", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T10:00:00Z")"},
+        {"time-entries", R"("startTime": "2026-01-15T11:00:00+02:00", "endTime": "2026-01-15T10:00:00Z")"},
+        {"time-entries", R"("endTime": "2000-01-01T00:00:00Z")"},
+        {"notes", R"("title": " ", "content": "")"},
+    };
+    for (const char* resource : {"clients", "projects"}) {
+        cases.push_back({resource, R"("name": "")", {name}});
+        cases.push_back({resource, R"("name": "\u3000 ", "color": "red")", {name, hash}});
+        cases.push_back({resource, R"("color": "")", {hash}});
+        cases.push_back({resource, R"("color": "#")"});
+    }
+    std::map<std::string, std::string> kept;
+    for (const Case& each : cases) {
+        if (!kept.contains(each.resource))
+            kept[each.resource] = add(each.resource, R"({"name": "Kept"})");
+        const std::string path = "/api/" + each.resource;
+        const bool named = each.body.find("\"name\"") != std::string::npos;
+        const Answer created = post(path, object("{}{}", named ? "" : R"("name": "New", )", each.body));
+        const Answer updated = put(path + "/" + kept[each.resource], object("{}", each.body));
+        EXPECT_EQ(created.status, each.faults.empty() ? 201 : 400) << each.resource << each.body;
+        EXPECT_EQ(updated.status, each.faults.empty() ? 200 : 400) << each.resource << each.body;
+        EXPECT_THAT(detailsOf(created), ElementsAreArray(each.faults)) << each.resource << each.body;
+        EXPECT_THAT(detailsOf(updated), ElementsAreArray(each.faults)) << each.resource << each.body;
+    }
+    for (const char* path : {"/api/clients", "/api/projects", "/api/tags"})
+        EXPECT_EQ(code(post(path, "{}")), invalidJSON);
+}
+
 TEST_F(APITest, errorsAreWrittenLikeEverythingElse) {
     start();
     EXPECT_EQ(post("/api/tasks", R"({"title": "", "priority": 5})").body, R"({
@@ -190,21 +267,34 @@ TEST_F(APITest, errorsAreWrittenLikeEverythingElse) {
 
 TEST_F(APITest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
     start();
-    const std::string body = R"({"tagIds": []})";
-    const std::tuple<std::string, std::string, std::string> routes[] = {
-        {"GET", "", ""},
-        {"PUT", "", "{}"},
-        {"DELETE", "", ""},
-        {"POST", "/complete", ""},
-        {"POST", "/incomplete", ""},
-        {"GET", "/time-entries", ""},
-        {"POST", "/tags", body},
-        {"DELETE", "/tags/" + unknownId, ""},
+    struct Resource {
+        std::string path, word;
+        /// Method, what follows the id, and the body.
+        std::vector<std::tuple<std::string, std::string, std::string>> routes;
     };
-    for (const auto& [method, suffix, content] : routes) {
-        EXPECT_EQ(code(call(method, "/api/tasks/x%20y" + suffix, content)), "400 bad_request Invalid UUID format: x y");
-        EXPECT_EQ(code(call(method, "/api/tasks/00000000-0000-4000-8000-00000000abcd" + suffix, content)),
-                  "404 not_found Task with id " + unknownId + " not found");
+    const Resource resources[] = {
+        {"tasks",
+         "Task",
+         {{"POST", "/complete", ""},
+          {"POST", "/incomplete", ""},
+          {"GET", "/time-entries", ""},
+          {"POST", "/tags", R"({"tagIds": []})"},
+          {"DELETE", "/tags/" + unknownId, ""}}},
+        {"clients", "Client", {{"GET", "/projects", ""}}},
+        {"projects", "Project", {{"GET", "/tasks", ""}, {"GET", "/notes", ""}, {"GET", "/time-entries", ""}}},
+        {"tags", "Tag", {{"GET", "/tasks", ""}}},
+        {"time-entries", "TimeEntry", {{"POST", "/stop", ""}}},
+        {"notes", "Note", {{"POST", "/pin", ""}}},
+    };
+    for (const Resource& resource : resources) {
+        auto routes = resource.routes;
+        routes.insert(routes.end(), {{"GET", "", ""}, {"PUT", "", "{}"}, {"DELETE", "", ""}});
+        for (const auto& [method, suffix, content] : routes) {
+            const std::string path = "/api/" + resource.path + "/";
+            EXPECT_EQ(code(call(method, path + "x%20y" + suffix, content)), "400 bad_request Invalid UUID format: x y");
+            EXPECT_EQ(code(call(method, path + "00000000-0000-4000-8000-00000000abcd" + suffix, content)),
+                      "404 not_found " + resource.word + " with id " + unknownId + " not found");
+        }
     }
     EXPECT_EQ(code(call("DELETE", "/api/tasks/" + unknownId + "/tags/7")), "400 bad_request Invalid UUID format: 7");
     const Answer upper = post("/api/tasks", R"({"title": "A"})");

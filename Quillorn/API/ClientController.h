@@ -1,0 +1,20 @@
+#pragma once
+
+#include "API/ClientDTO.h"
+#include "API/ResourceController.h"
+#include "Models/Client.h"
+
+namespace quillorn {
+
+/// Serves /api/clients.
+class ClientController : public ResourceController<ClientRows> {
+  public:
+    using ResourceController::ResourceController;
+
+    HttpResponse list(const HttpRequest& request) const;
+    HttpResponse create(const HttpRequest& request) const;
+    HttpResponse update(const HttpRequest& request) const;
+    HttpResponse projects(const HttpRequest& request) const;
+};
+
+} // namespace quillorn

@@ -1,0 +1,50 @@
+#include "API/ProjectRequests.h"
+
+#include "API/Validation.h"
+
+namespace quillorn {
+
+namespace {
+
+template <class Request>
+std::vector<std::string> faultsOf(const Request& request) {
+    Validation validation;
+    validation.requireText(request.name, "name");
+    validation.requireHash(request.color);
+    return validation.takeFaults();
+}
+
+} // namespace
+
+const RecordType& CreateProjectRequest::recordType() {
+    static constexpr auto fields = wireFields({
+        wireField<&CreateProjectRequest::name>("name"),
+        wireField<&CreateProjectRequest::description>("description"),
+        wireField<&CreateProjectRequest::color>("color"),
+        wireField<&CreateProjectRequest::clientId>("clientId"),
+    });
+    static constexpr RecordType type{"CreateProjectRequest", fields};
+    return type;
+}
+
+std::vector<std::string> CreateProjectRequest::faults() const {
+    return faultsOf(*this);
+}
+
+const RecordType& UpdateProjectRequest::recordType() {
+    static constexpr auto fields = wireFields({
+        wireField<&UpdateProjectRequest::name>("name"),
+        wireField<&UpdateProjectRequest::description>("description"),
+        wireField<&UpdateProjectRequest::color>("color"),
+        wireField<&UpdateProjectRequest::clientId>("clientId"),
+        wireField<&UpdateProjectRequest::isArchived>("isArchived"),
+    });
+    static constexpr RecordType type{"UpdateProjectRequest", fields};
+    return type;
+}
+
+std::vector<std::string> UpdateProjectRequest::faults() const {
+    return faultsOf(*this);
+}
+
+} // namespace quillorn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "API/JsonResponse.h"
+#include "Store/ModelContext.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+// Saved objects become records by way of a class of "rows", one for each kind of record:
+//
+//     class Rows {
+//         using Object = …; using Record = …;
+//         Rows(ModelContext& context, std::vector<Object*> objects, Date now);
+//         std::size_t size() const;
+//         void fill(std::size_t index, Record& record) const;
+//     };
+//
+// Its constructor loads all that the records show, in a constant number of statements; fill() reads nothing any more.
+
+namespace quillorn {
+
+template <class Rows>
+typename Rows::Record recordOf(typename Rows::Object& object, Date now) {
+    typename Rows::Record record;
+    Rows(object.context(), {&object}, now).fill(0, record);
+    return record;
+}
+
+/// A list whose records are made one by one while it is sent. The context keeps the objects alive until then.
+template <class Rows>
+HttpResponse listResponse(std::unique_ptr<ModelContext> context, std::vector<typename Rows::Object*> objects,
+                          Date now) {
+    auto rows = std::make_shared<Rows>(*context, std::move(objects), now);
+    context->endReading();
+    return streamedResponse([owner = std::shared_ptr<ModelContext>(std::move(context)), rows](JsonWriter& writer) {
+        writer.beginArray();
+        typename Rows::Record record; // one for all: its texts keep their memory
+        for (std::size_t i = 0; i < rows->size(); ++i) {
+            rows->fill(i, record);
+            write(writer, record);
+        }
+        writer.endArray();
+    });
+}
+
+/// The id of what a to-one relation leads to.
+template <class Object>
+std::optional<UUID> idOf(const Object* object) {
+    return object != nullptr ? std::optional(object->id()) : std::nullopt;
+}
+
+} // namespace quillorn

@@ -133,7 +133,7 @@ std::string malformed(std::mt19937& random) {
         "POST /api/tasks HTTP/1.1\r\nContent-Length: 99999999999999999999\r\n\r\n{",
         "GET / HTTP/1.1\r\nContent-Length: -1\r\n\r\n",
         "\r\n\r\n\r\n",
-        std::string(3000, ':') + "\r\n",
+        std::string(3000, ':').append("\r\n"),
     };
     std::string text = seeds[random() % std::size(seeds)];
     for (unsigned change = 1 + random() % 8; change > 0; --change) {

@@ -128,6 +128,7 @@ TEST_F(QuillornAppTest, aStoreThatCannotBeOpenedIsLeftAloneAndExplained) {
          "The store does not match schema version 3"},
     };
     settings.set("apiAutoStart", true);
+    settings.set("apiPort", 70000); // a start would fail at once
     for (const auto& [prepare, message] : cases) {
         fs::remove_all(storeFile().parent_path());
         fs::create_directories(storeFile().parent_path());
@@ -155,8 +156,7 @@ TEST_F(QuillornAppTest, aStoreThatCannotBeOpenedIsLeftAloneAndExplained) {
         EXPECT_EQ(app->storeRecovery().backupsFolder, backups);
         // It runs, on an empty store, and without a server.
         addClient(app->container());
-        mainQueue.runPosted();
-        EXPECT_FALSE(app->apiServer().isRunning());
+        EXPECT_FALSE(app->apiServer().lastError());
         app.reset();
         EXPECT_TRUE(readFile(storeFile()) == before) << "the file has changed: " << message;
     }

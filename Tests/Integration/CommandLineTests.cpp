@@ -126,6 +126,7 @@ TEST_F(Serve, endsCleanlyOnASignal) {
         TestClient idle(server.port());
         idle.send("GET /api/health HTTP/1.1\r\nConnection: keep-alive\r\n\r\n");
         EXPECT_THAT(idle.response(), HasSubstr("\"status\":\"ok\""));
+        server.json("POST", "/api/tasks", R"({"title": "In the log"})");
         server.signal(signal);
         EXPECT_EQ(server.wait(), 0);
         EXPECT_THAT(server.errors(), EndsWith("API Server stopped\n"));

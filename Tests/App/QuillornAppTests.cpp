@@ -3,42 +3,34 @@
 #include "API/APIServer.h"
 #include "Models/Client.h"
 #include "Models/Settings.h"
-#include "Platform/NotificationCenter.h"
 #include "Platform/Text.h"
-#include "Store/ModelContext.h"
 #include "Support/FakeClock.h"
 #include "Support/FakePaths.h"
 #include "Support/FixedRandom.h"
 #include "Support/ManualQueue.h"
 #include "Support/MemorySettings.h"
-#include "Support/RecordingLog.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/TestRecords.h"
+#include "Support/TestStore.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <sqlite3.h>
+#include <gmock/gmock.h>
 
 namespace quillorn {
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
 namespace fs = std::filesystem;
 
-class QuillornAppTest : public testing::Test {
-  protected:
+const ProcessInfo demo{{"-QUILLORN_DEMO"}, {}};
+
+struct QuillornAppTest : testing::Test {
     std::unique_ptr<QuillornApp> launch(const ProcessInfo& process = {}) {
         return std::make_unique<QuillornApp>(
             AppEnvironment{clock, random, log, notifications, mainQueue, settings, paths, text, "1.2.3"}, process);
     }
     fs::path storeFile() const { return paths.applicationSupport() / "Quillorn" / "Quillorn.store"; }
-    void writeStoreFile(std::string_view content) const {
-        fs::create_directories(storeFile().parent_path());
-        writeFile(storeFile(), content);
-    }
-    /// Runs the main queue until the server has said how its start went.
-    void waitForServer(QuillornApp& app) {
-        while (!app.apiServer().isRunning() && !app.apiServer().lastError())
-            mainQueue.runPosted();
-    }
 
     TemporaryFolder folder;
     FakeClock clock;
@@ -57,66 +49,50 @@ std::uint64_t clientCount(ModelContainer& container) {
 }
 
 void addClient(ModelContainer& container) {
-    ModelContext context(container);
-    context.insert<Client>(Client::Arguments{.name = "Acme"}, Date{});
-    context.save();
+    change(container, [](ModelContext& context) { make<Client>(context); });
 }
 
-TEST_F(QuillornAppTest, theFlagsDecideTheRunMode) {
+TEST_F(QuillornAppTest, theFlagsDecideTheRunModeAndItsStore) {
     struct Case {
         ProcessInfo process;
         RunMode mode;
-        std::vector<std::string> lines;
+        const char* flags; // as logged; null for no line
     };
-    const std::string demoLine = "Quillorn launch: isDemo=true isTesting=false";
-    const std::string testLine = "Quillorn launch: isDemo=false isTesting=true";
     const Case cases[] = {
-        {{{}, {}}, RunMode::normal, {}},
-        {{{"-QUILLORN_DEMO"}, {}}, RunMode::demo, {demoLine}},
-        {{{"serve", "-QUILLORN_DEMO"}, {{"QUILLORN_DEMO", "0"}}}, RunMode::demo, {demoLine}},
-        {{{"-QUILLORN_DEMO=1"}, {}}, RunMode::normal, {}},
-        {{{}, {{"QUILLORN_DEMO", "1"}}}, RunMode::demo, {demoLine}},
-        {{{}, {{"QUILLORN_DEMO", "true"}}}, RunMode::normal, {}},
-        {{{}, {{"XCTestConfigurationFilePath", ""}}}, RunMode::test, {testLine}},
-        {{{"-QUILLORN_DEMO"}, {{"XCTestConfigurationFilePath", "x"}}},
-         RunMode::test,
-         {"Quillorn launch: isDemo=true isTesting=true"}},
+        // clang-format off
+        {{{}, {}}, RunMode::normal, nullptr},
+        {demo, RunMode::demo, "isDemo=true isTesting=false"},
+        {{{"serve", "-QUILLORN_DEMO"}, {{"QUILLORN_DEMO", "0"}}}, RunMode::demo, "isDemo=true isTesting=false"},
+        {{{"-QUILLORN_DEMO=1"}, {}}, RunMode::normal, nullptr},
+        {{{}, {{"QUILLORN_DEMO", "1"}}}, RunMode::demo, "isDemo=true isTesting=false"},
+        {{{}, {{"QUILLORN_DEMO", "true"}}}, RunMode::normal, nullptr},
+        {{{}, {{"XCTestConfigurationFilePath", ""}}}, RunMode::test, "isDemo=false isTesting=true"},
+        {{{"-QUILLORN_DEMO"}, {{"XCTestConfigurationFilePath", "x"}}}, RunMode::test, "isDemo=true isTesting=true"},
+        // clang-format on
     };
     for (const Case& each : cases) {
         log.clear();
         const auto app = launch(each.process);
         EXPECT_EQ(app->runMode(), each.mode);
-        EXPECT_EQ(log.lines(), each.lines);
+        EXPECT_EQ(log.lines().size(), each.flags != nullptr ? 1U : 0U);
+        EXPECT_TRUE(each.flags == nullptr || log.lines()[0] == std::string("Quillorn launch: ") + each.flags);
         EXPECT_EQ(app->container().isInMemory(), each.mode != RunMode::normal);
         EXPECT_FALSE(app->launchFailureMessage());
+        // Only a normal launch sees what another one has stored.
+        EXPECT_EQ(clientCount(app->container()) > 0, each.mode == RunMode::normal && &each != cases);
+        addClient(app->container());
     }
+    EXPECT_EQ(clientCount(launch()->container()), 3U);
+    EXPECT_EQ(fs::status(storeFile()).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(storeFile().parent_path()).permissions(), fs::perms(0700));
 }
 
 TEST_F(QuillornAppTest, notificationDefaultsAreThereInEveryMode) {
-    launch({{"-QUILLORN_DEMO"}, {}});
+    launch(demo);
     EXPECT_EQ(settings.value("notificationsEnabled"), Json(true));
     EXPECT_EQ(settings.value("notificationHour"), Json(8));
     EXPECT_EQ(settings.value("notificationMinute"), Json(0));
     EXPECT_FALSE(settings.storedValue("notificationHour"));
-}
-
-TEST_F(QuillornAppTest, aNormalLaunchKeepsItsStoreInPrivateFiles) {
-    addClient(launch()->container());
-    EXPECT_EQ(clientCount(launch()->container()), 1U);
-    const auto mode = [](const fs::path& path) { return fs::status(path).permissions(); };
-    EXPECT_EQ(mode(storeFile()), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(mode(storeFile().parent_path()), fs::perms::owner_all);
-}
-
-TEST_F(QuillornAppTest, demoAndTestLaunchesLeaveTheUsersStoreAlone) {
-    addClient(launch()->container());
-    for (const ProcessInfo& process :
-         {ProcessInfo{{"-QUILLORN_DEMO"}, {}}, ProcessInfo{{}, {{"XCTestConfigurationFilePath", "1"}}}}) {
-        const auto app = launch(process);
-        EXPECT_EQ(clientCount(app->container()), 0U);
-        addClient(app->container());
-    }
-    EXPECT_EQ(clientCount(launch()->container()), 1U);
 }
 
 TEST_F(QuillornAppTest, theStoreOfTheGroupContainerIsTakenOverOnce) {
@@ -139,71 +115,51 @@ TEST_F(QuillornAppTest, theStoreOfTheGroupContainerIsTakenOverOnce) {
     EXPECT_EQ(launch()->runMode(), RunMode::normal);
 }
 
-/// A database that says "application_id" and "user_version" of its own.
-void makeDatabase(const fs::path& file, const std::string& pragmas) {
-    fs::create_directories(file.parent_path());
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
-    const std::string sql = "CREATE TABLE other(x);" + pragmas;
-    ASSERT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(database);
-}
-
 TEST_F(QuillornAppTest, aStoreThatCannotBeOpenedIsLeftAloneAndExplained) {
-    struct Case {
-        std::function<void()> prepare;
-        std::string message;
+    const auto database = [&](std::string pragmas) {
+        return [this, pragmas] { ForeignConnection(storeFile()).execute("CREATE TABLE other(x);" + pragmas); };
     };
-    const Case cases[] = {
-        {[&] { writeStoreFile("This is no database, just some text that is long enough to be looked at."); },
-         "file is not a database"},
-        {[&] { makeDatabase(storeFile(), "PRAGMA user_version = 1000; PRAGMA application_id = 0x5175696C"); },
+    const std::pair<std::function<void()>, const char*> cases[] = {
+        {[&] { writeFile(storeFile(), std::string(5000, 'x')); }, "file is not a database"},
+        {database("PRAGMA user_version = 1000; PRAGMA application_id = 0x5175696C"),
          "The store has schema version 1000, and this program knows versions up to"},
-        {[&] { makeDatabase(storeFile(), ""); }, "The store file is a database of another program"},
-        {[&] {
-             makeDatabase(storeFile(), "PRAGMA user_version = 3; PRAGMA application_id = 0x5175696C; "
-                                       "CREATE TABLE Client(key INTEGER PRIMARY KEY, strange TEXT NOT NULL)");
-         },
+        {database(""), "The store file is a database of another program"},
+        {database("PRAGMA user_version = 3; PRAGMA application_id = 0x5175696C; CREATE TABLE Client(strange NOT NULL)"),
          "The store does not match schema version 3"},
     };
     settings.set("apiAutoStart", true);
-    for (const Case& each : cases) {
+    settings.set("apiPort", 70000); // a start would fail at once
+    for (const auto& [prepare, message] : cases) {
         fs::remove_all(storeFile().parent_path());
+        fs::create_directories(storeFile().parent_path());
         log.clear();
-        each.prepare();
+        prepare();
         const std::string before = readFile(storeFile());
 
         auto app = launch();
         EXPECT_EQ(app->runMode(), RunMode::fallback);
-        ASSERT_TRUE(app->launchFailureMessage());
-        EXPECT_NE(app->launchFailureMessage()->find(each.message), std::string::npos) << *app->launchFailureMessage();
-        ASSERT_EQ(log.lines().size(), 2U);
-        EXPECT_TRUE(log.lines()[0].starts_with("QuillornMigrationPlan: managed open failed (")) << log.lines()[0];
-        EXPECT_TRUE(log.lines()[0].ends_with("); retrying with inferred migration")) << log.lines()[0];
-        EXPECT_EQ(log.lines()[1], "QuillornApp: ModelContainer failed to open: " + *app->launchFailureMessage());
+        const std::string failure = app->launchFailureMessage().value_or("none");
+        EXPECT_THAT(failure, HasSubstr(message));
+        EXPECT_THAT(log.lines(), testing::ElementsAre(AllOf(StartsWith("QuillornMigrationPlan: managed open failed ("),
+                                                            EndsWith("); retrying with inferred migration")),
+                                                      "QuillornApp: ModelContainer failed to open: " + failure));
+        const fs::path backups = storeFile().parent_path() / "Backups";
+        EXPECT_EQ(
+            app->storeRecovery().text(),
+            "Quillorn couldn't open your data\n\nYour data hasn't been changed or deleted. This usually means the "
+            "app needs an update to read a newer database format.\n\n" +
+                failure + "\n\nYour hourly backups are safe here:\n" + backups.string() + "\n");
+        // A folder of the user's choice counts while it, or the folder it is to be made in, can be written.
+        settings.set("backupFolderPath", (folder / "mine").string());
+        EXPECT_EQ(app->storeRecovery().backupsFolder, folder / "mine");
+        settings.set("backupFolderPath", (folder / "no/such/folder").string());
+        EXPECT_EQ(app->storeRecovery().backupsFolder, backups);
         // It runs, on an empty store, and without a server.
         addClient(app->container());
-        mainQueue.runPosted();
-        EXPECT_FALSE(app->apiServer().isRunning());
+        EXPECT_FALSE(app->apiServer().lastError());
         app.reset();
-        EXPECT_TRUE(readFile(storeFile()) == before) << "the file has changed: " << each.message;
+        EXPECT_TRUE(readFile(storeFile()) == before) << "the file has changed: " << message;
     }
-}
-
-TEST_F(QuillornAppTest, theRecoveryTextNamesTheCauseAndTheBackups) {
-    writeStoreFile("This is no database, just some text that is long enough to be looked at.");
-    const auto app = launch();
-    EXPECT_EQ(app->storeRecovery().text(),
-              "Quillorn couldn't open your data\n\n"
-              "Your data hasn't been changed or deleted. This usually means the app needs an update to read a newer "
-              "database format.\n\n" +
-                  *app->launchFailureMessage() + "\n\nYour hourly backups are safe here:\n" +
-                  (storeFile().parent_path() / "Backups").string() + "\n");
-    // A folder of the user's choice counts while it, or the folder it is to be made in, can be written.
-    settings.set("backupFolderPath", (folder / "mine").string());
-    EXPECT_EQ(app->storeRecovery().backupsFolder, folder / "mine");
-    settings.set("backupFolderPath", (folder / "no/such/folder").string());
-    EXPECT_EQ(app->storeRecovery().backupsFolder, storeFile().parent_path() / "Backups");
 }
 
 TEST_F(QuillornAppTest, theServerStartsByTheSettings) {
@@ -220,13 +176,14 @@ TEST_F(QuillornAppTest, theServerStartsByTheSettings) {
     EXPECT_FALSE(launch()->apiServer().lastError());
     // Demo mode never starts it by itself.
     settings.set("apiAutoStart", true);
-    EXPECT_FALSE(launch({{"-QUILLORN_DEMO"}, {}})->apiServer().lastError());
+    EXPECT_FALSE(launch(demo)->apiServer().lastError());
 
     settings.remove("apiExternalAccess");
     settings.set("apiAutoStart", false);
     const auto app = launch();
     app->startAPIServer({.port = 0});
-    waitForServer(*app);
+    while (!app->apiServer().isRunning() && !app->apiServer().lastError())
+        mainQueue.runPosted();
     EXPECT_TRUE(app->apiServer().isRunning());
     EXPECT_NE(app->apiServer().port(), 0);
 }
@@ -234,7 +191,7 @@ TEST_F(QuillornAppTest, theServerStartsByTheSettings) {
 TEST_F(QuillornAppTest, withoutAHomeThereIsNothingToLaunch) {
     paths.hasHome = false;
     EXPECT_THROW(launch(), std::runtime_error);
-    EXPECT_EQ(launch({{"-QUILLORN_DEMO"}, {}})->runMode(), RunMode::demo);
+    EXPECT_EQ(launch(demo)->runMode(), RunMode::demo);
 }
 
 } // namespace

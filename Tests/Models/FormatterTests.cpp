@@ -12,19 +12,14 @@ TEST(Formatters, showDurations) {
         double seconds;
         const char *clock, *brief;
     };
-    for (const Case& each : {
-             Case{0, "00:00", "0s"},
-             {0.999, "00:00", "0s"},
-             {59, "00:59", "59s"},
-             {59.9, "00:59", "59s"},
-             {60, "01:00", "1m 0s"},
-             {309, "05:09", "5m 9s"},
-             {3599.9, "59:59", "59m 59s"},
-             {3600, "1:00:00", "1h 0m"},
-             {3905, "1:05:05", "1h 5m"},
-             {360'000, "100:00:00", "100h 0m"},
-             {-0.5, "00:00", "0s"},
-         }) {
+    const Case cases[] = {
+        // clang-format off
+        {0, "00:00", "0s"}, {-0.5, "00:00", "0s"}, {0.999, "00:00", "0s"}, {59.9, "00:59", "59s"},
+        {60, "01:00", "1m 0s"}, {309, "05:09", "5m 9s"}, {3599.9, "59:59", "59m 59s"}, {3600, "1:00:00", "1h 0m"},
+        {3905, "1:05:05", "1h 5m"}, {360'000, "100:00:00", "100h 0m"},
+        // clang-format on
+    };
+    for (const Case& each : cases) {
         EXPECT_EQ(clockForm(each.seconds), each.clock) << each.seconds;
         EXPECT_EQ(shortForm(each.seconds), each.brief) << each.seconds;
     }
@@ -34,35 +29,33 @@ TEST(Formatters, labelDatesByTheDaysOfTheUsersZone) {
     struct Case {
         const char *zone, *date, *now, *smart, *due;
     };
-    for (const Case& each : {
-             Case{"UTC", "2026-01-15T00:00:00Z", "2026-01-15T12:00:00Z", "12:00 AM", "Today"},
-             {"UTC", "2026-01-15T23:59:59Z", "2026-01-15T12:00:00Z", "11:59 PM", "Today"},
-             {"UTC", "2026-01-16T00:00:00Z", "2026-01-15T12:00:00Z", "Jan 16", "Tomorrow"},
-             {"UTC", "2026-01-17T00:00:00Z", "2026-01-15T12:00:00Z", "Jan 17", "Jan 17, 2026"},
-             {"UTC", "2026-01-14T23:59:59Z", "2026-01-15T12:00:00Z", "Jan 14", "Overdue"},
-             {"UTC", "2025-12-31T23:59:59Z", "2026-01-15T12:00:00Z", "Dec 31, 2025", "Overdue"},
-             {"UTC", "2027-01-01T09:05:00Z", "2026-12-31T12:00:00Z", "Jan 1, 2027", "Tomorrow"},
-             {"UTC", "2027-03-01T09:05:00Z", "2026-12-31T12:00:00Z", "Mar 1, 2027", "Mar 1, 2027"},
-             {"Asia/Tokyo", "2026-01-15T14:59:59Z", "2026-01-15T12:00:00Z", "11:59 PM", "Today"},
-             {"Asia/Tokyo", "2026-01-15T15:00:00Z", "2026-01-15T12:00:00Z", "Jan 16", "Tomorrow"},
-             {"Asia/Tokyo", "2025-12-31T15:00:00Z", "2026-01-15T12:00:00Z", "Jan 1", "Overdue"},
-             {"America/New_York", "2026-01-15T04:30:00Z", "2026-01-15T12:00:00Z", "Jan 14", "Overdue"},
-             {"America/New_York", "2026-01-16T04:30:00Z", "2026-01-15T12:00:00Z", "11:30 PM", "Today"},
-             // The night in which the clocks go forward: the day has 23 hours.
-             {"America/New_York", "2026-03-08T05:00:00Z", "2026-03-08T03:59:00Z", "Mar 8", "Tomorrow"},
-             {"America/New_York", "2026-03-09T03:59:59Z", "2026-03-08T05:00:00Z", "11:59 PM", "Today"},
-             // And back: 25 hours, and 24 of them later it is still the same day.
-             {"America/New_York", "2026-11-02T04:30:00Z", "2026-11-01T04:30:00Z", "11:30 PM", "Today"},
-             {"America/New_York", "2026-11-02T05:00:00Z", "2026-11-01T04:30:00Z", "Nov 2", "Tomorrow"},
-         }) {
+    const Case cases[] = {
+        // clang-format off
+        {"UTC", "2026-01-15T00:00:00Z", "2026-01-15T12:00:00Z", "12:00 AM", "Today"},
+        {"UTC", "2026-01-15T23:59:59Z", "2026-01-15T12:00:00Z", "11:59 PM", "Today"},
+        {"UTC", "2026-01-16T00:00:00Z", "2026-01-15T12:00:00Z", "Jan 16", "Tomorrow"},
+        {"UTC", "2026-01-17T00:00:00Z", "2026-01-15T12:00:00Z", "Jan 17", "Jan 17, 2026"},
+        {"UTC", "2025-12-31T23:59:59Z", "2026-01-15T12:00:00Z", "Dec 31, 2025", "Overdue"},
+        {"UTC", "2027-01-01T09:05:00Z", "2026-12-31T12:00:00Z", "Jan 1, 2027", "Tomorrow"},
+        {"UTC", "2027-03-01T09:05:00Z", "2026-12-31T12:00:00Z", "Mar 1, 2027", "Mar 1, 2027"},
+        {"Asia/Tokyo", "2026-01-15T14:59:59Z", "2026-01-15T12:00:00Z", "11:59 PM", "Today"},
+        {"Asia/Tokyo", "2026-01-15T15:00:00Z", "2026-01-15T12:00:00Z", "Jan 16", "Tomorrow"},
+        {"Asia/Tokyo", "2025-12-31T15:00:00Z", "2026-01-15T12:00:00Z", "Jan 1", "Overdue"},
+        {"America/New_York", "2026-01-15T04:30:00Z", "2026-01-15T12:00:00Z", "Jan 14", "Overdue"},
+        // The night in which the clocks go forward: the day has 23 hours.
+        {"America/New_York", "2026-03-08T05:00:00Z", "2026-03-08T03:59:00Z", "Mar 8", "Tomorrow"},
+        {"America/New_York", "2026-03-09T03:59:59Z", "2026-03-08T05:00:00Z", "11:59 PM", "Today"},
+        // And back: 25 hours, and 24 of them later it is still the same day.
+        {"America/New_York", "2026-11-02T04:30:00Z", "2026-11-01T04:30:00Z", "11:30 PM", "Today"},
+        {"America/New_York", "2026-11-02T05:00:00Z", "2026-11-01T04:30:00Z", "Nov 2", "Tomorrow"},
+        // clang-format on
+    };
+    for (const Case& each : cases) {
         SCOPED_TRACE(std::string(each.zone) + " " + each.date);
         const Calendar calendar(each.zone, "en_US");
         EXPECT_EQ(smartDate(date(each.date), date(each.now), calendar), each.smart);
         EXPECT_EQ(dueLabel(date(each.date), date(each.now), calendar), each.due);
     }
-}
-
-TEST(Formatters, useTheUsersWords) {
     const Calendar german("Europe/Berlin", "de_DE");
     EXPECT_EQ(dueLabel(date("2026-01-31T09:00:00Z"), testNow, german), "31.01.2026");
     EXPECT_EQ(smartDate(date("2026-05-31T09:00:00Z"), testNow, german), "Mai 31");

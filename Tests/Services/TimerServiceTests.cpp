@@ -1,8 +1,6 @@
 #include "Services/TimerService.h"
 
 #include "Models/Project.h"
-#include "Models/ProjectTask.h"
-#include "Models/TimeEntry.h"
 #include "Store/MainContext.h"
 #include "Support/FakeClock.h"
 #include "Support/ManualQueue.h"
@@ -15,9 +13,9 @@ namespace quillorn {
 namespace {
 
 using namespace std::chrono_literals;
+using Work = std::function<void(ModelContext&)>;
 
-class TimerServiceTest : public testing::Test {
-  protected:
+struct TimerServiceTest : testing::Test, TestStore {
     TimerServiceTest() {
         main.addListener([this](const ChangeSet* saved) { timer.storeDidChange(saved, context); });
         a = make<ProjectTask>(context, {.title = "A"}).id();
@@ -28,45 +26,33 @@ class TimerServiceTest : public testing::Test {
 
     ProjectTask& task(const UUID& id) { return *context.find<ProjectTask>(id); }
     TimeEntry& entryOf(const UUID& id) { return **task(id).timeEntries().begin(); }
-    /// What another surface of this process does: a context of its own.
-    void elsewhere(const std::function<void(ModelContext&)>& work) { write(*store.container, work); }
-    /// The same by another process: a container of its own, whose notifications this one does not get.
-    void inAnotherProcess(const std::function<void(ModelContext&)>& work) {
-        StoreSurroundings surroundings;
-        write(*surroundings.open(store.file()), work);
-    }
+    /// What another process does: a container of its own, whose notifications this one does not get.
+    void inAnotherProcess(const Work& work) { change(*StoreSurroundings().open(file()), work); }
     /// Lets the main context notice.
     void settle() { queue.advance(1s); }
     std::size_t runningEntries() { return context.fetch<TimeEntry>({.where = "endTime IS NULL"}).size(); }
 
-    TestStore store;
     FakeClock clock;
     ManualQueue queue{clock};
-    MainContext main{*store.container, queue, store.log};
+    MainContext main{*container, queue, log};
     ModelContext& context = main.context();
-    TimerService timer{store.notifications, queue, clock};
-    UUID a;
-    UUID b;
-
-  private:
-    static void write(ModelContainer& container, const std::function<void(ModelContext&)>& work) {
-        ModelContext other(container);
-        work(other);
-        other.save();
-    }
+    TimerService timer{notifications, queue, clock};
+    UUID a, b;
 };
 
 TEST_F(TimerServiceTest, startsTicksAndStops) {
     const Date start = clock.now();
+    task(a).setCompleted(true, start);
+    queue.runPosted();
     int changes = 0;
     timer.onChange = [&] { ++changes; };
+    timer.adjustStart(start, context); // nothing runs
     timer.start(task(a), context);
-    EXPECT_TRUE(timer.isRunning());
-    EXPECT_TRUE(timer.isActive(task(a)));
-    EXPECT_FALSE(timer.isActive(task(b)));
+    EXPECT_TRUE(timer.isRunning() && timer.isActive(task(a)) && !timer.isActive(task(b)));
     EXPECT_EQ(timer.activeEntry(context), &entryOf(a));
     EXPECT_EQ(timer.elapsedTime(), 0);
     EXPECT_EQ(task(a).status(), TaskStatus::inProgress);
+    EXPECT_FALSE(task(a).isCompleted());
     EXPECT_TRUE(context.hasChanges()) << "starting leaves the saving to others";
 
     queue.advance(3s);
@@ -77,12 +63,15 @@ TEST_F(TimerServiceTest, startsTicksAndStops) {
     clock.advance(1h);
     queue.advance(1s);
     EXPECT_EQ(timer.elapsedTime(), 3604);
+    timer.adjustStart(start - 10min, context);
+    EXPECT_EQ(timer.elapsedTime(), 4204);
+    EXPECT_EQ(timer.startTime(), start - 10min);
+    EXPECT_FALSE(context.hasChanges());
 
     timer.stop(context);
     EXPECT_FALSE(context.hasChanges());
-    EXPECT_EQ(entryOf(a).startTime(), start);
-    EXPECT_EQ(entryOf(a).duration(clock.now()), 3604);
-    EXPECT_FALSE(timer.isRunning());
+    EXPECT_EQ(entryOf(a).startTime(), start - 10min);
+    EXPECT_EQ(entryOf(a).endTime(), clock.now());
     EXPECT_EQ(timer.elapsedTime(), 0);
     EXPECT_EQ(timer.activeTask(context), nullptr);
     settle();
@@ -94,8 +83,7 @@ TEST_F(TimerServiceTest, startingOnAnotherTaskEndsTheFirst) {
     clock.advance(60s);
     timer.start(task(b), context);
     EXPECT_EQ(entryOf(a).endTime(), clock.now());
-    EXPECT_TRUE(entryOf(b).isRunning());
-    EXPECT_TRUE(timer.isActive(task(b)));
+    EXPECT_TRUE(entryOf(b).isRunning() && timer.isActive(task(b)));
     timer.toggle(task(a), context);
     EXPECT_TRUE(timer.isActive(task(a)));
     timer.toggle(task(a), context);
@@ -103,38 +91,19 @@ TEST_F(TimerServiceTest, startingOnAnotherTaskEndsTheFirst) {
     EXPECT_EQ(runningEntries(), 0U);
 }
 
-TEST_F(TimerServiceTest, startingReopensACompletedTask) {
-    task(a).setCompleted(true, clock.now());
-    queue.runPosted();
-    timer.start(task(a), context);
-    EXPECT_FALSE(task(a).isCompleted());
-    EXPECT_EQ(task(a).status(), TaskStatus::inProgress);
-}
-
-TEST_F(TimerServiceTest, theStartCanBeAdjustedWhileItRuns) {
-    timer.adjustStart(clock.now(), context); // nothing runs
-    timer.start(task(a), context);
-    const Date earlier = clock.now() - 10min;
-    timer.adjustStart(earlier, context);
-    EXPECT_EQ(timer.elapsedTime(), 600);
-    EXPECT_EQ(timer.startTime(), earlier);
-    EXPECT_EQ(entryOf(a).startTime(), earlier);
-    EXPECT_FALSE(context.hasChanges());
-}
-
 TEST_F(TimerServiceTest, aLaunchTakesUpTheLatestRunningEntry) {
     timer.resumeRunningEntry(context);
     EXPECT_FALSE(timer.isRunning());
-    elsewhere([&](ModelContext& other) {
-        make<TimeEntry>(other, {.task = other.find<ProjectTask>(a), .startTime = clock.now() - 48h});
-        make<TimeEntry>(other, {.startTime = clock.now() - 24h});
-        auto& ended = make<TimeEntry>(other, {.task = other.find<ProjectTask>(b), .startTime = clock.now() - 1h});
-        ended.setEndTime(clock.now());
+    const Date now = clock.now();
+    change(*container, [&](ModelContext& other) {
+        make<TimeEntry>(other, {.task = other.find<ProjectTask>(a), .startTime = now - 48h});
+        make<TimeEntry>(other, {.startTime = now - 24h});
+        make<TimeEntry>(other, {.task = other.find<ProjectTask>(b), .startTime = now - 1h}).setEndTime(now);
     });
     settle();
     EXPECT_FALSE(timer.isRunning()) << "entries of programs are not the timer's";
     timer.resumeRunningEntry(context);
-    EXPECT_EQ(timer.startTime(), clock.now() - 1s - 24h);
+    EXPECT_EQ(timer.startTime(), now - 24h);
     EXPECT_EQ(timer.activeTask(context), nullptr);
     EXPECT_EQ(timer.elapsedTime(), 24 * 3600 + 1);
     timer.stop(context);
@@ -147,56 +116,55 @@ TEST_F(TimerServiceTest, completingTheTaskResetsAndEndsTheEntryOnce) {
     timer.start(task(a), context);
     context.save();
     const Date completion = clock.now() + 30s;
-    elsewhere([&](ModelContext& other) { other.find<ProjectTask>(a)->setCompleted(true, completion); });
+    change(*container, [&](ModelContext& other) { other.find<ProjectTask>(a)->setCompleted(true, completion); });
     queue.runPosted();
     EXPECT_FALSE(timer.isRunning());
     EXPECT_EQ(entryOf(a).endTime(), completion);
-    // Of another task it is no business of the timer.
+    // Of another task it is no business of the timer, and notifications without a proper id are passed over.
     timer.start(task(b), context);
     task(a).setCompleted(false, clock.now());
     task(a).setCompleted(true, clock.now());
+    for (const std::any& id : {std::any(), std::any(b.string())})
+        notifications.post({std::string(quillornTaskCompleted), {}, {{"taskId", id}}});
+    notifications.post({std::string(quillornTaskCompleted), {}, {}});
     queue.runPosted();
     EXPECT_TRUE(timer.isActive(task(b)));
-    // Notifications without a proper id are passed over.
-    for (const std::any& id : {std::any(), std::any(b.string())})
-        store.notifications.post({std::string(quillornTaskCompleted), {}, {{"taskId", id}}});
-    store.notifications.post({std::string(quillornTaskCompleted), {}, {}});
-    queue.runPosted();
-    EXPECT_TRUE(timer.isRunning());
 }
 
 TEST_F(TimerServiceTest, staysTrueToWhatOthersDoToItsEntry) {
+    const auto last = [](ModelContext& other) -> TimeEntry& { return *other.fetch<TimeEntry>().back(); };
     struct Case {
         const char* what;
-        std::function<void(ModelContext&)> work;
+        Work work;
         bool runsOn;
     };
     const Case cases[] = {
-        {"ended", [&](ModelContext& other) { other.fetch<TimeEntry>().back()->setEndTime(clock.now()); }, false},
-        {"deleted", [&](ModelContext& other) { other.remove(*other.fetch<TimeEntry>().back()); }, false},
+        // clang-format off
+        {"ended", [&](ModelContext& other) { last(other).setEndTime(clock.now()); }, false},
+        {"deleted", [&](ModelContext& other) { other.remove(last(other)); }, false},
         {"task deleted", [&](ModelContext& other) { other.remove(*other.find<ProjectTask>(a)); }, false},
-        {"start moved", [&](ModelContext& other) { other.fetch<TimeEntry>().back()->setStartTime(clock.now() - 1h); },
-         true},
-        {"task taken away", [&](ModelContext& other) { other.fetch<TimeEntry>().back()->setTask(nullptr); }, true},
+        {"start moved", [&](ModelContext& other) { last(other).setStartTime(clock.now() - 1h); }, true},
+        {"task taken away", [&](ModelContext& other) { last(other).setTask(nullptr); }, true},
         {"title changed", [&](ModelContext& other) { other.find<ProjectTask>(a)->setTitle("A!"); }, true},
+        // clang-format on
     };
     for (const bool byAnotherProcess : {false, true}) {
         for (const Case& each : cases) {
             SCOPED_TRACE(each.what);
-            a = make<ProjectTask>(context, {.title = "A"}).id();
+            a = make<ProjectTask>(context).id();
             timer.start(task(a), context);
             context.save();
             settle();
-            byAnotherProcess ? inAnotherProcess(each.work) : elsewhere(each.work);
+            byAnotherProcess ? inAnotherProcess(each.work) : change(*container, each.work);
             settle();
+            const TimeEntry* entry = timer.activeEntry(context);
             EXPECT_EQ(timer.isRunning(), each.runsOn);
-            if (each.runsOn) {
-                const TimeEntry* entry = timer.activeEntry(context);
+            EXPECT_EQ(entry != nullptr, each.runsOn);
+            if (entry != nullptr) {
                 EXPECT_EQ(timer.startTime(), entry->startTime());
                 EXPECT_EQ(timer.activeTask(context), entry->task());
             }
             timer.stop(context);
-            EXPECT_EQ(timer.isRunning(), false);
         }
     }
 }
@@ -205,20 +173,18 @@ TEST_F(TimerServiceTest, followsATimerOfAnotherProcess) {
     // As "quillorn timer start" does it there: its own service, on the same store.
     const auto commandLine = [&](const std::function<void(TimerService&, ModelContext&)>& work) {
         inAnotherProcess([&](ModelContext& other) {
-            TimerService service(store.notifications, queue, clock);
+            TimerService service(notifications, queue, clock);
             service.resumeRunningEntry(other);
             work(service, other);
         });
+        settle();
     };
-    commandLine([&](TimerService& service, ModelContext& other) { service.start(*other.find<ProjectTask>(a), other); });
-    settle();
-    EXPECT_TRUE(timer.isActive(task(a)));
-    commandLine([&](TimerService& service, ModelContext& other) { service.start(*other.find<ProjectTask>(b), other); });
-    settle();
-    EXPECT_TRUE(timer.isActive(task(b)));
-    EXPECT_EQ(runningEntries(), 1U);
+    for (const UUID& id : {a, b}) {
+        commandLine([&](auto& service, auto& other) { service.start(*other.template find<ProjectTask>(id), other); });
+        EXPECT_TRUE(timer.isActive(task(id)));
+        EXPECT_EQ(runningEntries(), 1U);
+    }
     commandLine([](TimerService& service, ModelContext& other) { service.stop(other); });
-    settle();
     EXPECT_FALSE(timer.isRunning());
     EXPECT_EQ(runningEntries(), 0U);
 }

@@ -33,6 +33,14 @@ Type& make(ModelContext& context, typename Type::Arguments arguments = {}) {
         return context.insert<Type>(std::move(arguments), testNow);
 }
 
+/// A unit of work of its own, from its start to its save.
+template <class Work>
+void change(ModelContainer& container, const Work& work) {
+    ModelContext context(container);
+    work(context);
+    context.save();
+}
+
 /// Whatever a record of that type is called by.
 template <class Record>
 std::string nameOf(const Record& record) {

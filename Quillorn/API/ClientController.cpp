@@ -32,7 +32,7 @@ HttpResponse ClientController::update(const HttpRequest& request) const {
             if (body.name)
                 client.setName(*body.name);
             if (body.description)
-                client.setClientDescription(*body.description);
+                client.setClientDescription(body.description);
             if (body.color)
                 client.setColor(*body.color);
             if (body.icon)

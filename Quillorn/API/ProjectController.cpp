@@ -55,7 +55,7 @@ HttpResponse ProjectController::update(const HttpRequest& request) const {
             if (body.name)
                 project.setName(*body.name);
             if (body.description)
-                project.setProjectDescription(*body.description);
+                project.setProjectDescription(body.description);
             if (body.color)
                 project.setColor(*body.color);
             if (body.isArchived)

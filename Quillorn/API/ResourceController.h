@@ -45,7 +45,7 @@ class ResourceController {
   protected:
     /// Answers with the records of what `find(context)` returns.
     template <class Find>
-    HttpResponse listOf(Find&& find) const {
+    HttpResponse listOf(const Find& find) const {
         return answer([&] {
             auto context = std::make_unique<ModelContext>(m_container);
             auto objects = find(*context);
@@ -56,7 +56,7 @@ class ResourceController {
     /// Answers with records of another kind that belong to the object that the path names: `select(object)` returns
     /// them.
     template <class Others, class Select>
-    HttpResponse listInside(const HttpRequest& request, Select&& select) const {
+    HttpResponse listInside(const HttpRequest& request, const Select& select) const {
         return answer([&] {
             const UUID id = pathUUID(request, "id");
             auto context = std::make_unique<ModelContext>(m_container);
@@ -67,7 +67,7 @@ class ResourceController {
 
     /// Saves and answers with what `make(context, body, now)` inserts.
     template <class Body, class Make>
-    HttpResponse createFrom(const HttpRequest& request, Make&& make) const {
+    HttpResponse createFrom(const HttpRequest& request, const Make& make) const {
         return answer([&] {
             const auto body = decodeBody<Body>(request);
             const Date now = m_clock.now();
@@ -80,7 +80,7 @@ class ResourceController {
 
     /// Finds the object that the path names, runs `apply(context, object, body, now)`, saves and answers with it.
     template <class Body, class Apply>
-    HttpResponse updateFrom(const HttpRequest& request, Apply&& apply) const {
+    HttpResponse updateFrom(const HttpRequest& request, const Apply& apply) const {
         return answer([&] {
             const UUID id = pathUUID(request, "id");
             const auto body = decodeBody<Body>(request);
@@ -91,7 +91,7 @@ class ResourceController {
 
     /// The same without a body: `apply(object, now)`.
     template <class Apply>
-    HttpResponse act(const HttpRequest& request, Apply&& apply) const {
+    HttpResponse act(const HttpRequest& request, const Apply& apply) const {
         return answer([&] {
             return change(pathUUID(request, "id"),
                           [&](ModelContext&, Object& object, Date now) { apply(object, now); });
@@ -100,10 +100,10 @@ class ResourceController {
 
     /// What the two above share: `apply(context, object, now)`.
     template <class Apply>
-    HttpResponse change(const UUID& id, Apply&& apply) const {
+    HttpResponse change(const UUID& id, const Apply& apply) const {
         const Date now = m_clock.now();
         ModelContext context(m_container, ModelContext::Intent::update);
-        Object& object = findOrThrow<Object>(context, id);
+        auto& object = findOrThrow<Object>(context, id);
         apply(context, object, now);
         context.save();
         return jsonResponse(recordOf<Rows>(object, now));

@@ -35,9 +35,9 @@ HttpResponse TimeEntryController::update(const HttpRequest& request) const {
             if (body.startTime)
                 entry.setStartTime(*body.startTime);
             if (body.endTime)
-                entry.setEndTime(*body.endTime);
+                entry.setEndTime(body.endTime);
             if (body.notes)
-                entry.setNotes(*body.notes);
+                entry.setNotes(body.notes);
             if (body.taskId)
                 entry.setTask(findLinked<ProjectTask>(context, body.taskId));
             if (body.projectId)

@@ -13,7 +13,7 @@ namespace quillorn {
 /// Sorts by a key of each object and leaves equals in their order. The keys are taken out once: comparing objects where
 /// they lie takes three times as long.
 template <class Object, class KeyOf, class Before = std::less<>>
-void sortByKey(std::vector<Object*>& objects, KeyOf&& keyOf, Before before = {}) {
+void sortByKey(std::vector<Object*>& objects, const KeyOf& keyOf, Before before = {}) {
     std::vector<std::pair<decltype(keyOf(*objects.front())), Object*>> keyed;
     keyed.reserve(objects.size());
     for (Object* object : objects)

@@ -27,7 +27,7 @@ TimeEntryLinks::TimeEntryLinks(ModelContext& context, const std::vector<TimeEntr
                     linkedKeys(entries, &TimeEntry::projectKey));
 }
 
-void TimeEntryLinks::Table::read(ModelContext& context, const char* sql, std::vector<RowKey> keys) {
+void TimeEntryLinks::Table::read(ModelContext& context, const char* sql, const std::vector<RowKey>& keys) {
     m_links.reserve(keys.size());
     m_places.reserve(keys.size());
     const StatementLoan rows = restrictedStatement(context, sql, keys);

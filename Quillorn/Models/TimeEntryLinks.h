@@ -31,7 +31,7 @@ class TimeEntryLinks {
     class Table {
       public:
         /// `sql` selects key, id and name, and ends in the condition of restrictedStatement.
-        void read(ModelContext& context, const char* sql, std::vector<RowKey> keys);
+        void read(ModelContext& context, const char* sql, const std::vector<RowKey>& keys);
         const Link* find(RowKey key) const;
 
       private:

@@ -160,15 +160,16 @@ TEST_F(StoreFiles, thatLackSomethingGetASecondChance) {
 }
 
 TEST_F(StoreFiles, thatCannotBeOpenedStayAsTheyAre) {
-    const auto store = [&](const Schema& schema, const char* more) {
+    const auto store = [&](const Schema& schema, const std::string& more) {
         return [this, &schema, more] { makeStore(schema, more); };
     };
-    const char* const newer = "The store has schema version 4, and this program knows versions up to 3";
-    const std::pair<std::function<void()>, const char*> cases[] = {
-        {store(QuillornSchemaV3(), "PRAGMA user_version = 4"), newer},
-        {store(QuillornSchemaV3(),
-               "PRAGMA journal_mode = WAL; PRAGMA user_version = 4; UPDATE Tag SET name = 'logged'"),
-         newer},
+    const std::string version = std::to_string(currentSchema().version + 1);
+    const std::string claim = "PRAGMA user_version = " + version;
+    const std::string newer = "The store has schema version " + version + ", and this program knows versions up to " +
+                              std::to_string(currentSchema().version);
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {store(currentSchema(), claim), newer},
+        {store(currentSchema(), "PRAGMA journal_mode = WAL; " + claim + "; UPDATE Tag SET name = 'logged'"), newer},
         {store(QuillornSchemaV2(), "DROP TABLE Tag; CREATE TABLE Tag (key INTEGER "
                                    "PRIMARY KEY, id, name, color, createdAt, updatedAt, odd TEXT NOT NULL)"),
          "column Tag.odd is unknown"},
@@ -177,7 +178,7 @@ TEST_F(StoreFiles, thatCannotBeOpenedStayAsTheyAre) {
         {[&] { ForeignConnection(file()).execute("CREATE TABLE Client (name TEXT)"); },
          "The store file is a database of another program"},
         {[&] {
-             makeStore(QuillornSchemaV3());
+             makeStore(currentSchema());
              fs::resize_file(file(), 3 * 4096 + 17);
          },
          "malformed"},

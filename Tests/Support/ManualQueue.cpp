@@ -80,11 +80,6 @@ void ManualQueue::run(const Work& work) {
     m_failures.push_back(failure);
 }
 
-std::size_t ManualQueue::postedCount() const {
-    const std::lock_guard lock(m_mutex);
-    return m_posted.size();
-}
-
 std::size_t ManualQueue::timerCount() const {
     const std::lock_guard lock(m_mutex);
     return m_timers.size();

@@ -24,7 +24,6 @@ class ManualQueue final : public MainQueue {
     /// Runs what was posted, then every timer that falls due within `time`, each at its own instant.
     void advance(std::chrono::milliseconds time);
 
-    std::size_t postedCount() const;
     std::size_t timerCount() const;
     /// What work has thrown, in words.
     std::vector<std::string> failures() const;

@@ -15,8 +15,7 @@ std::optional<Json> lookUp(const Json::Object& values, std::string_view key) {
 
 std::optional<Json> MemorySettings::value(std::string_view key) const {
     const std::lock_guard lock(m_mutex);
-    auto stored = lookUp(m_values, key);
-    return stored ? stored : lookUp(m_defaults, key);
+    return lookUp(m_values.contains(key) ? m_values : m_defaults, key);
 }
 
 std::optional<Json> MemorySettings::storedValue(std::string_view key) const {
@@ -34,8 +33,7 @@ void MemorySettings::set(std::string_view key, Json value) {
 void MemorySettings::remove(std::string_view key) {
     throwIfFailing();
     const std::lock_guard lock(m_mutex);
-    if (const auto found = m_values.find(key); found != m_values.end())
-        m_values.erase(found);
+    m_values.erase(std::string(key));
 }
 
 void MemorySettings::registerDefaults(const Json::Object& defaults) {

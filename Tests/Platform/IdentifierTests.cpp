@@ -9,26 +9,18 @@
 namespace quillorn {
 namespace {
 
-TEST(UUID, readsEitherCaseAndWritesUpperCase) {
+TEST(UUID, readsEitherCaseWritesUpperCaseAndOrdersByItsBytes) {
     const auto id = UUID::parse("3f2504e0-4f89-11d3-9A0C-0305e82c33AF");
     ASSERT_TRUE(id);
     EXPECT_EQ(id->string(), "3F2504E0-4F89-11D3-9A0C-0305E82C33AF");
-    EXPECT_EQ(id->bytes()[0], 0x3F);
-    EXPECT_EQ(id->bytes()[15], 0xAF);
     EXPECT_EQ(UUID::parse(id->string()), id);
     EXPECT_EQ(UUID().string(), "00000000-0000-0000-0000-000000000000");
-}
-
-TEST(UUID, refusesEveryOtherForm) {
     for (const char* text : {"", "3F2504E04F8911D39A0C0305E82C3301", "{3F2504E0-4F89-11D3-9A0C-0305E82C3301}",
                              "3F2504E0-4F89-11D3-9A0C-0305E82C330", "3F2504E0-4F89-11D3-9A0C-0305E82C33011",
                              "3F2504E0-4F89-11D3-9A0C-0305E82C330G", "3F2504E04-F89-11D3-9A0C-0305E82C3301",
                              "3F2504E0_4F89-11D3-9A0C-0305E82C3301", " 3F2504E0-4F89-11D3-9A0C-0305E82C330",
                              "3F2504E0-4F89-11D3-9A0C-0305E82C33\xC3\xA9"})
         EXPECT_EQ(UUID::parse(text), std::nullopt) << text;
-}
-
-TEST(UUID, ordersByItsBytes) {
     EXPECT_LT(*UUID::parse("00000000-0000-0000-0000-0000000000FF"),
               *UUID::parse("00000000-0000-0000-0000-000000000100"));
     EXPECT_LT(*UUID::parse("7F000000-0000-0000-0000-000000000000"),
@@ -60,10 +52,9 @@ TYPED_TEST(RandomSourceContract, fillsAnyLength) {
     TypeParam random;
     for (const std::size_t length : {0u, 1u, 33u, 100'000u}) {
         std::vector<std::uint8_t> bytes(length + 1, 0);
-        std::set<std::uint8_t> values;
         random.fill(std::span(bytes).first(length));
-        values.insert(bytes.begin(), bytes.end() - 1);
         EXPECT_EQ(bytes.back(), 0);
+        const std::set<std::uint8_t> values(bytes.begin(), bytes.end() - 1);
         EXPECT_GE(values.size(), std::min<std::size_t>(length, 4)); // 33 bytes of three values: never
     }
 }
@@ -79,7 +70,6 @@ TEST(FixedRandom, repeatsItselfForItsSeedAndFailsOnDemand) {
 
 TEST(Crypto, hexStringIsLowerCase) {
     EXPECT_EQ(hexString(std::vector<std::uint8_t>{0x00, 0x0F, 0xA5, 0xFF}), "000fa5ff");
-    EXPECT_EQ(hexString({}), "");
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 #include "Support/MemorySettings.h"
 #include "Support/RecordingLog.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/Threads.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <limits>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -36,10 +37,12 @@ class SettingsStoreContract : public testing::Test {
 using Holders = testing::Types<InFile, InMemory>;
 TYPED_TEST_SUITE(SettingsStoreContract, Holders);
 
-TYPED_TEST(SettingsStoreContract, keepsEveryKindOfValueApart) {
+TYPED_TEST(SettingsStoreContract, keepsEveryKindOfValueAndRefusesWhatJsonCannotSay) {
     const Json values[] = {nullptr, true, 1, 1.0, -0.5, "", "é\n\"", Json::Array{1, "a"}, Json::Object{{"k", 2}}};
     for (const Json& value : values) {
         this->store.set("key", value);
+        EXPECT_THROW(this->store.set("key", std::numeric_limits<double>::infinity()), std::runtime_error);
+        EXPECT_THROW(this->store.set("key", "\xFF"), std::runtime_error);
         EXPECT_EQ(this->store.value("key"), value) << value.text();
         EXPECT_EQ(this->store.storedValue("key"), value);
     }
@@ -59,26 +62,15 @@ TYPED_TEST(SettingsStoreContract, defaultsStandBehindStoredValues) {
     EXPECT_EQ(this->store.value("port"), Json(18080));
 }
 
-TYPED_TEST(SettingsStoreContract, refusesWhatJsonCannotSayAndKeepsTheOld) {
-    this->store.set("key", 1);
-    EXPECT_THROW(this->store.set("key", std::numeric_limits<double>::infinity()), std::runtime_error);
-    EXPECT_THROW(this->store.set("key", "\xFF"), std::runtime_error);
-    EXPECT_EQ(this->store.value("key"), Json(1));
-}
-
 TYPED_TEST(SettingsStoreContract, canBeSharedBetweenThreads) {
-    {
-        std::vector<std::jthread> threads;
-        for (int t = 0; t < 4; ++t)
-            threads.emplace_back([this, t] {
-                for (int i = 0; i < 10; ++i) {
-                    this->store.set("key" + std::to_string(t), i);
-                    EXPECT_EQ(this->store.value("key" + std::to_string(t)), Json(i));
-                }
-            });
-    }
-    for (int t = 0; t < 4; ++t)
-        EXPECT_EQ(this->store.value("key" + std::to_string(t)), Json(9));
+    onThreads(4, [this](int thread) {
+        for (int i = 0; i < 10; ++i) {
+            this->store.set("key" + std::to_string(thread), i);
+            EXPECT_EQ(this->store.value("key" + std::to_string(thread)), Json(i));
+        }
+    });
+    for (int thread = 0; thread < 4; ++thread)
+        EXPECT_EQ(this->store.value("key" + std::to_string(thread)), Json(9));
 }
 
 TEST(MemorySettings, failsOnDemand) {
@@ -91,28 +83,21 @@ TEST(MemorySettings, failsOnDemand) {
 
 class FileSettingsTest : public testing::Test {
   protected:
-    static mode_t modeOf(const fs::path& path) {
-        struct stat status{};
-        EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-        return status.st_mode & 0777;
-    }
-
     /// The words of the failure of a change.
     std::string failure() {
         try {
-            settings.set("key", "new");
+            settings.set("more", "new");
         } catch (const std::runtime_error& error) {
             return error.what();
         }
         return "none";
     }
 
-    std::vector<std::string> namesInFolder() const {
+    void expectFiles(const std::vector<std::string>& expected) const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(file.parent_path()))
             names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
+        EXPECT_THAT(names, testing::UnorderedElementsAreArray(expected));
     }
 
     TemporaryFolder folder;
@@ -127,36 +112,28 @@ TEST_F(FileSettingsTest, writesAPrivatePrettyFileWithoutLeftovers) {
     settings.set("b", 2);
     settings.set("a", "x");
     EXPECT_EQ(readFile(file), "{\n  \"a\": \"x\",\n  \"b\": 2\n}\n");
-    EXPECT_EQ(modeOf(file), 0600u);
-    EXPECT_EQ(modeOf(file.parent_path()), 0700u);
-    EXPECT_EQ(modeOf(folder / "config"), 0700u);
-    EXPECT_EQ(namesInFolder(), (std::vector<std::string>{"settings.json", "settings.json.lock"}));
-    RecordingLog otherLog;
-    EXPECT_EQ(FileSettings(file, otherLog).value("a"), Json("x"));
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0600});
+    for (const auto& made : {file.parent_path(), folder / "config"})
+        EXPECT_EQ(fs::status(made).permissions(), fs::perms{0700});
+    expectFiles({"settings.json", "settings.json.lock"});
 }
 
-TEST_F(FileSettingsTest, seesWhatOthersWriteAtOnce) {
+TEST_F(FileSettingsTest, seesWhatOthersWriteAtOnceAndLeavesAnUnchangedFileAlone) {
     settings.set("a", 1);
     for (int i = 2; i < 10; ++i) { // same size, same inode, same tick of the clock
         writeFile(file, "{\"a\": " + std::to_string(i) + "}");
         EXPECT_EQ(settings.value("a"), Json(i));
     }
-    fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours{1});
+    const auto old = fs::file_time_type::clock::now() - std::chrono::hours{1};
+    fs::last_write_time(file, old);
+    settings.set("a", 9);
+    settings.remove("missing");
+    EXPECT_EQ(fs::last_write_time(file), old);
     EXPECT_EQ(settings.value("a"), Json(9));
-    RecordingLog otherLog;
-    FileSettings(file, otherLog).set("a", 1);
+    FileSettings(file, log).set("a", 1);
     EXPECT_EQ(settings.value("a"), Json(1));
     fs::remove(file);
     EXPECT_EQ(settings.value("a"), std::nullopt);
-}
-
-TEST_F(FileSettingsTest, leavesAnUnchangedFileAlone) {
-    settings.set("a", 1);
-    const auto old = fs::file_time_type::clock::now() - std::chrono::hours{1};
-    fs::last_write_time(file, old);
-    settings.set("a", 1);
-    settings.remove("missing");
-    EXPECT_EQ(fs::last_write_time(file), old);
 }
 
 TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {
@@ -182,39 +159,43 @@ TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {
 TEST_F(FileSettingsTest, brokenFilesAreSetAsideAndNeverOverwritten) {
     settings.registerDefaults({{"a", "default"}});
     fs::create_directories(file.parent_path());
-    int count = 0;
+    std::vector<std::string> names{"settings.json", "settings.json.lock"};
     for (const char* text : {"", "{\"a\": 1", "[1]", "null", "{\"a\": \"\xFF\"}"}) {
-        log.clear();
-        writeFile(file, text);
-        if (count % 2 == 0)
-            EXPECT_EQ(settings.value("a"), Json("default")) << text;
-        else
-            settings.set("b", 1);
-        ++count;
-        ASSERT_EQ(log.lines().size(), 1u) << text;
-        const std::string line = log.lines()[0];
-        const std::string aside = line.substr(line.rfind(" is now ") + 8);
-        EXPECT_EQ(aside.find(file.string() + ".broken-2"), 0u) << line;
-        EXPECT_EQ(readFile(aside), text);
-        EXPECT_EQ(fs::exists(file), count % 2 == 0);
+        for (const bool reads : {true, false}) {
+            log.clear();
+            writeFile(file, text);
+            if (reads)
+                EXPECT_EQ(settings.value("a"), Json("default")) << text;
+            else
+                settings.set("b", 1);
+            ASSERT_EQ(log.lines().size(), 1u) << text;
+            const std::string line = log.lines()[0];
+            const fs::path aside = line.substr(line.rfind(" is now ") + 8);
+            EXPECT_TRUE(aside.string().starts_with(file.string() + ".broken-2")) << line;
+            EXPECT_EQ(readFile(aside), text);
+            EXPECT_EQ(fs::exists(file), !reads);
+            names.push_back(aside.filename());
+        }
     }
-    int kept = 0;
-    for (const std::string& name : namesInFolder())
-        kept += name.find(".broken-") != std::string::npos;
-    EXPECT_EQ(kept, count);
+    expectFiles(names);
 }
 
-TEST_F(FileSettingsTest, whatCannotBeReadIsNotOverwritten) {
+TEST_F(FileSettingsTest, whatCannotBeReadIsNotOverwrittenAndTheLastValuesStayInForce) {
+    const std::string unreadable = "Can't read the settings file " + file.string() + ": ";
+    settings.set("requireAuth", true);
+    EXPECT_EQ(settings.value("requireAuth"), Json(true));
+    fs::remove(file);
     fs::create_directories(file);
-    EXPECT_EQ(settings.value("key"), std::nullopt);
-    EXPECT_EQ(settings.value("key"), std::nullopt);
-    EXPECT_EQ(log.lines(), std::vector{"Can't read the settings file " + file.string() + ": Is a directory"});
-    EXPECT_EQ(failure(), "Can't read the settings file " + file.string() + ": Is a directory");
+    for (int twice = 0; twice < 2; ++twice)
+        EXPECT_EQ(settings.value("requireAuth"), Json(true));
+    EXPECT_EQ(log.lines(), std::vector{unreadable + "Is a directory"});
+    EXPECT_EQ(failure(), unreadable + "Is a directory");
     EXPECT_TRUE(fs::is_directory(file));
 
     fs::remove(file);
+    EXPECT_EQ(settings.value("requireAuth"), std::nullopt);
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    EXPECT_EQ(failure(), "Can't read the settings file " + file.string() + ": Not a regular file");
+    EXPECT_EQ(failure(), unreadable + "Not a regular file");
     EXPECT_TRUE(fs::is_fifo(file));
 }
 
@@ -230,31 +211,15 @@ TEST_F(FileSettingsTest, aFailedWriteKeepsFileAndValues) {
     signal(SIGXFSZ, SIG_IGN);
     rlimit original{};
     getrlimit(RLIMIT_FSIZE, &original);
-    rlimit small = original;
-    small.rlim_cur = 1000;
+    const rlimit small{1000, original.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
-    std::string words;
-    try {
-        settings.set("more", 1);
-    } catch (const std::runtime_error& error) {
-        words = error.what();
-    }
+    const std::string words = failure();
     setrlimit(RLIMIT_FSIZE, &original);
     signal(SIGXFSZ, SIG_DFL);
     EXPECT_EQ(words, "Can't write the settings file " + file.string() + ": File too large");
     EXPECT_EQ(readFile(file), before);
     EXPECT_EQ(settings.value("more"), std::nullopt);
-    EXPECT_EQ(namesInFolder(), (std::vector<std::string>{"settings.json", "settings.json.lock"}));
-}
-
-TEST_F(FileSettingsTest, lastValuesStayInForceWhileTheFileCannotBeRead) {
-    settings.set("requireAuth", true);
-    EXPECT_EQ(settings.value("requireAuth"), Json(true));
-    fs::remove(file);
-    fs::create_directories(file);
-    EXPECT_EQ(settings.value("requireAuth"), Json(true));
-    fs::remove(file);
-    EXPECT_EQ(settings.value("requireAuth"), std::nullopt);
+    expectFiles({"settings.json", "settings.json.lock"});
 }
 
 TEST_F(FileSettingsTest, aSymbolicLinkStaysOne) {

@@ -9,26 +9,19 @@ namespace {
 
 using Headers = HttpResponse::Headers;
 
-class StringWriter final : public HttpResponseBodyWriter {
-  public:
+struct StringWriter final : HttpResponseBodyWriter {
     void write(std::string_view bytes) override { text += bytes; }
     std::string text;
 };
 
-std::string written(const HttpResponse::Content& content) {
+std::string written(const HttpResponse& response) {
     StringWriter writer;
-    if (content.write)
-        content.write(writer);
+    response.content().write(writer);
     return writer.text;
 }
 
 TEST(HttpResponse, casesHaveTheirStatusReasonAndHeaders) {
-    const struct {
-        HttpResponse response;
-        int status;
-        std::string reason;
-        Headers headers;
-    } cases[] = {
+    std::tuple<HttpResponse, int, std::string, Headers> cases[] = {
         {HttpResponse::switchProtocols({{"Upgrade", "x"}}), 101, "Switching Protocols", {{"Upgrade", "x"}}},
         {HttpResponse::created(), 201, "Created", {}},
         {HttpResponse::accepted(), 202, "Accepted", {}},
@@ -43,12 +36,11 @@ TEST(HttpResponse, casesHaveTheirStatusReasonAndHeaders) {
         {HttpResponse::internalServerError(), 500, "Internal Server Error", {}},
         {HttpResponse::raw(204, "No Content"), 204, "No Content", {}},
     };
-    for (const auto& [response, status, reason, headers] : cases) {
+    for (auto& [response, status, reason, headers] : cases) {
         EXPECT_EQ(response.statusCode(), status);
         EXPECT_EQ(response.reasonPhrase(), reason);
-        Headers expected = headers;
-        expected["Server"] = "Tidewire 1.2";
-        EXPECT_EQ(response.responseHeaders("1.2"), expected) << status;
+        headers["Server"] = "Tidewire 1.2";
+        EXPECT_EQ(response.responseHeaders("1.2"), headers) << status;
         EXPECT_EQ(response.content().length, -1) << status;
         EXPECT_FALSE(response.content().write) << status;
     }
@@ -56,11 +48,8 @@ TEST(HttpResponse, casesHaveTheirStatusReasonAndHeaders) {
 
 TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
     const auto fails = []() -> std::string { throw SerializationError(SerializationError::Kind::notSupported); };
-    const struct {
-        HttpResponseBody body;
-        std::string bytes;
-        std::string contentType; // empty: none
-    } cases[] = {
+    const std::tuple<HttpResponseBody, std::string, std::string> cases[] = {
+        // no type: no header
         {HttpResponseBody::json(Json::Object{{"b", 1}, {"a", true}}), R"({"a":true,"b":1})", "application/json"},
         {HttpResponseBody::json(Json::Array{}), "[]", "application/json"},
         {HttpResponseBody::json("text"), "Serialisation error: invalidObject", "application/json"},
@@ -77,9 +66,8 @@ TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
     };
     for (const auto& [body, bytes, contentType] : cases) {
         const auto response = HttpResponse::ok(body);
-        const auto content = response.content();
-        EXPECT_EQ(written(content), bytes);
-        EXPECT_EQ(content.length, static_cast<std::int64_t>(bytes.size()));
+        EXPECT_EQ(written(response), bytes);
+        EXPECT_EQ(response.content().length, static_cast<std::int64_t>(bytes.size()));
         Headers expected{{"Server", "Tidewire Unspecified"}};
         if (!contentType.empty())
             expected["Content-Type"] = contentType;
@@ -87,19 +75,16 @@ TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
     }
 }
 
-TEST(HttpResponse, badRequestMayHaveABodyButNoContentType) {
-    const auto response = HttpResponse::badRequest(HttpResponseBody::json(Json::Object{}));
-    EXPECT_EQ(written(response.content()), "{}");
-    EXPECT_EQ(response.content().length, 2);
-    EXPECT_EQ(response.responseHeaders("1"), (Headers{{"Server", "Tidewire 1"}}));
-}
-
-TEST(HttpResponse, headersOfRawReplaceThoseOfTheServer) {
-    const auto response = HttpResponse::raw(200, "Fine", {{"Server", "mine"}, {"server", "too"}},
-                                            [](HttpResponseBodyWriter& writer) { writer.write("body"); });
-    EXPECT_EQ(response.responseHeaders("1"), (Headers{{"Server", "mine"}, {"server", "too"}}));
-    EXPECT_EQ(response.content().length, -1);
-    EXPECT_EQ(written(response.content()), "body");
+TEST(HttpResponse, badRequestMayHaveABodyAndRawItsOwnHeaders) {
+    const auto bad = HttpResponse::badRequest(HttpResponseBody::json(Json::Object{}));
+    EXPECT_EQ(written(bad), "{}");
+    EXPECT_EQ(bad.content().length, 2);
+    EXPECT_EQ(bad.responseHeaders("1"), (Headers{{"Server", "Tidewire 1"}})); // no type
+    const Headers own{{"Server", "mine"}, {"server", "too"}};
+    const auto raw = HttpResponse::raw(200, "Fine", own, [](auto& writer) { writer.write("body"); });
+    EXPECT_EQ(written(raw), "body");
+    EXPECT_EQ(raw.content().length, -1);
+    EXPECT_EQ(raw.responseHeaders("1"), own);
 }
 
 } // namespace

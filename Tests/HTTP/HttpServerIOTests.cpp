@@ -3,11 +3,13 @@
 #include "HTTP/HttpErrors.h"
 #include "HTTP/HttpServer.h"
 #include "HTTP/Socket.h"
+#include "Platform/FileDescriptor.h"
 #include "Support/RecordingLog.h"
 #include "Support/TestClient.h"
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <future>
@@ -23,7 +25,6 @@ namespace quillorn {
 namespace {
 
 using State = HttpServerIOState;
-using ::testing::StartsWith;
 
 const std::string request = "GET / HTTP/1.1\r\n\r\n";
 const std::string keptRequest = "GET / HTTP/1.1\r\nConnection: keep-alive\r\n\r\n";
@@ -34,6 +35,11 @@ class HttpServerIOTest : public ::testing::Test {
         server.listenAddressIPv4 = "127.0.0.1";
         server.GET["/"] = [](const HttpRequest&) { return HttpResponse::ok(HttpResponseBody::text("hello")); };
     }
+    std::uint16_t started() {
+        server.start(0, true);
+        return server.port();
+    }
+    void expectAnswer() { EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "hello"); }
 
     RecordingLog log;
     HttpServer server{log};
@@ -51,7 +57,7 @@ TEST_F(HttpServerIOTest, startsStopsAndStartsAgain) {
         port = server.port();
         server.start(1, true);
         EXPECT_EQ(server.port(), port);
-        EXPECT_EQ(bodyOf(answerTo(port, request)), "hello");
+        expectAnswer();
         server.stop();
         EXPECT_EQ(server.state(), State::stopped);
         EXPECT_THROW(TestClient{port}, std::runtime_error);
@@ -64,36 +70,30 @@ TEST_F(HttpServerIOTest, aPortInUseIsSaidAndCanBeHadLater) {
     other->start(0, true);
     const auto port = other->port();
     EXPECT_EQ(answerTo(port, keptRequest), "HTTP/1.1 404 Not Found\r\nServer: Tidewire Unspecified\r\n\r\n");
-    try {
-        server.start(port, true);
-        ADD_FAILURE();
-    } catch (const SocketError& error) {
-        EXPECT_EQ(error.kind(), SocketError::Kind::bindFailed);
-        EXPECT_EQ(error.text(), std::strerror(EADDRINUSE));
-        EXPECT_EQ(std::string(error.what()), "bindFailed(\"" + error.text() + "\")");
-    }
+    EXPECT_THAT(
+        [&] { server.start(port, true); },
+        ::testing::ThrowsMessage<SocketError>(std::string("bindFailed(\"") + std::strerror(EADDRINUSE) + "\")"));
     EXPECT_EQ(server.state(), State::starting);
     other.reset();
     server.start(port, true);
-    EXPECT_EQ(bodyOf(answerTo(port, request)), "hello");
+    expectAnswer();
 }
 
 TEST_F(HttpServerIOTest, listensOnTheFamilyAndAddressItIsGiven) {
     server.listenAddressIPv4 = "127.0.0.2";
-    server.start(0, true);
-    EXPECT_THROW(TestClient(server.port(), "127.0.0.1"), std::runtime_error);
+    EXPECT_THROW(TestClient(started(), "127.0.0.1"), std::runtime_error);
     TestClient(server.port(), "127.0.0.2");
     server.stop();
     server.listenAddressIPv4 = "not an address"; // stands for all
-    server.start(0, true);
-    TestClient(server.port(), "127.0.0.3");
+    TestClient(started(), "127.0.0.3");
 }
 
 TEST_F(HttpServerIOTest, stopEndsIdleConnectionsAndTheirWorkers) {
-    server.start(0, true);
-    TestClient kept(server.port());
+    TestClient kept(started());
     kept.send(keptRequest);
     EXPECT_EQ(bodyOf(kept.response()), "hello");
+    for (int i = 0; i < 20; ++i) // until the first connection's worker surely waits
+        expectAnswer();
     const TestClient silent(server.port());
     server.stop();
     EXPECT_EQ(kept.rest(), "");
@@ -104,11 +104,10 @@ TEST_F(HttpServerIOTest, aHandlerMayStopTheServerAndItsResponseIsNotSent) {
         server.stop();
         return HttpResponse::notFound();
     };
-    server.start(0, true);
-    EXPECT_EQ(answerTo(server.port(), "GET /stop HTTP/1.1\r\n\r\n"), "");
+    EXPECT_EQ(answerTo(started(), "GET /stop HTTP/1.1\r\n\r\n"), "");
     server.stop();
     server.start(0, true);
-    EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "hello");
+    expectAnswer();
 }
 
 TEST_F(HttpServerIOTest, anAnswerWithoutLengthEndsBeforeWhatItHeldIsReleased) {
@@ -120,8 +119,7 @@ TEST_F(HttpServerIOTest, anAnswerWithoutLengthEndsBeforeWhatItHeldIsReleased) {
         });
         return HttpResponse::raw(200, "OK", {}, [held](HttpResponseBodyWriter& body) { body.write("list"); });
     };
-    server.start(0, true);
-    EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "list");
+    EXPECT_EQ(bodyOf(answerTo(started(), request)), "list");
     received.set_value();
     EXPECT_TRUE(releasedAfterwards.get_future().get());
 }
@@ -145,48 +143,36 @@ TEST_F(HttpServerIOTest, destroyingTheServerWaitsForItsHandlers) {
     EXPECT_TRUE(left);
 }
 
-/// Takes away all free descriptors of the process, and gives them back at the end.
-class NoDescriptors {
-  public:
-    NoDescriptors() {
-        ::getrlimit(RLIMIT_NOFILE, &m_before);
-        auto few = m_before;
-        few.rlim_cur = 64;
+/// Takes away all free descriptors of the process but one, and gives them back at the end.
+struct OneDescriptor {
+    OneDescriptor() {
+        ::getrlimit(RLIMIT_NOFILE, &before);
+        const rlimit few{64, before.rlim_max};
         ::setrlimit(RLIMIT_NOFILE, &few);
-        for (int taken = 0; (taken = ::open("/dev/null", O_RDONLY)) != -1;)
-            m_taken.push_back(taken);
+        for (int number = 0; (number = ::open("/dev/null", O_RDONLY)) != -1;)
+            taken.emplace_back(number);
+        taken.pop_back();
     }
-    ~NoDescriptors() {
-        for (const int taken : m_taken)
-            ::close(taken);
-        ::setrlimit(RLIMIT_NOFILE, &m_before);
-    }
-    void giveOneBack() {
-        ::close(m_taken.back());
-        m_taken.pop_back();
-    }
+    ~OneDescriptor() { ::setrlimit(RLIMIT_NOFILE, &before); }
 
-  private:
-    rlimit m_before{};
-    std::vector<int> m_taken;
+    rlimit before{};
+    std::vector<FileDescriptor> taken;
 };
 
 TEST_F(HttpServerIOTest, runningOutOfDescriptorsIsWaitedOut) {
-    server.start(0, true);
-    NoDescriptors none;
-    none.giveOneBack();
-    TestClient client(server.port()); // takes the last one
+    const auto port = started();
+    OneDescriptor left;
+    TestClient client(port); // takes it
     client.send(request);
     EXPECT_TRUE(server.operating());
-    none.giveOneBack();
+    left.taken.pop_back();
     EXPECT_EQ(bodyOf(client.rest()), "hello");
 }
 
 TEST_F(HttpServerIOTest, stopsWhileItWaitsForDescriptors) {
-    server.start(0, true);
-    NoDescriptors none;
-    none.giveOneBack();
-    const TestClient client(server.port());
+    const auto port = started();
+    const OneDescriptor left;
+    const TestClient client(port);
     server.stop();
     EXPECT_EQ(server.state(), State::stopped);
 }
@@ -195,36 +181,30 @@ TEST_F(HttpServerIOTest, survivesStartsAndStopsUnderLoad) {
     std::atomic<std::uint16_t> port = 0;
     std::atomic<bool> done = false;
     std::atomic<int> answered = 0;
+    const auto ask = [&] {
+        while (!done)
+            try {
+                TestClient client(port);
+                client.send(keptRequest + keptRequest + request);
+                answered += client.rest().ends_with("hello");
+            } catch (const std::runtime_error&) {
+                std::this_thread::yield();
+            }
+    };
+    const auto stopAfterAnswers = [&] {
+        for (int seen = 0; !done; std::this_thread::yield())
+            if (const int now = answered; std::exchange(seen, now) != now)
+                server.stop();
+    };
     std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] {
-            while (!done) {
-                try {
-                    TestClient client(port);
-                    client.send(keptRequest + keptRequest + request);
-                    if (client.rest().ends_with("hello"))
-                        ++answered;
-                } catch (const std::runtime_error&) {
-                    std::this_thread::yield();
-                }
-            }
-        });
+        threads.emplace_back(ask);
     for (int i = 0; i < 2; ++i)
-        threads.emplace_back([&] { // two who stop it, whenever some client has had its answers
-            for (int seen = 0; !done; std::this_thread::yield()) {
-                if (answered != seen) {
-                    seen = answered;
-                    server.stop();
-                }
-            }
-        });
-    for (int starts = 0; starts < 200;) {
-        if (server.operating()) {
+        threads.emplace_back(stopAfterAnswers);
+    for (int starts = 0; starts < 200; ++starts) {
+        while (server.operating())
             std::this_thread::yield();
-            continue;
-        }
         server.start(0, true);
-        ++starts;
         try {
             port = server.port();
         } catch (const SocketError&) {
@@ -235,7 +215,7 @@ TEST_F(HttpServerIOTest, survivesStartsAndStopsUnderLoad) {
     threads.clear();
     server.stop();
     server.start(0, true);
-    EXPECT_EQ(bodyOf(answerTo(server.port(), request)), "hello");
+    expectAnswer();
 }
 
 TEST(Socket, sendsWithoutDelayAndNamesItsPeers) {
@@ -264,17 +244,24 @@ TEST(Socket, peersOfAnotherFamilyHaveNoAddress) {
     EXPECT_THROW(accepted.peerAddress(), SocketError);
 }
 
-TEST(Socket, closesItsDescriptorOnce) {
+TEST(Socket, writingToAPeerThatIsGoneIsAnErrorAndNoSignal) {
+    const auto before = std::signal(SIGPIPE, SIG_DFL); // ignored where the parent of the process left it so
     int ends[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    Socket socket(ends[0]);
+    ::close(ends[1]);
+    EXPECT_THROW(Socket(ends[0]).writeBytes("x"), SocketError);
+    std::signal(SIGPIPE, before);
+}
+
+TEST(Socket, closesItsDescriptorOnce) {
+    const int number = ::dup(STDERR_FILENO);
+    Socket socket(number);
     Socket moved(std::move(socket));
     moved.close();
-    ASSERT_EQ(::dup2(ends[1], ends[0]), ends[0]); // the number is another's now
+    ASSERT_EQ(::dup2(STDERR_FILENO, number), number); // the number is another's now
     moved.close();
-    EXPECT_NE(::fcntl(ends[0], F_GETFD), -1);
-    ::close(ends[0]);
-    ::close(ends[1]);
+    EXPECT_NE(::fcntl(number, F_GETFD), -1);
+    ::close(number);
 }
 
 } // namespace

@@ -8,7 +8,8 @@ namespace quillorn {
 
 namespace {
 
-// Each of these selects a project, a start and an end; adding up here takes half the time of sum() and GROUP BY.
+// Each of these selects a project, a start and an end. They are added up outside of SQLite, whose sum() fails where it
+// leaves 64 bits.
 
 constexpr const char* timeOnTasks = "SELECT t.project, e.startTime, e.endTime FROM ProjectTask t "
                                     "JOIN TimeEntry e ON e.task = t.key WHERE t.project{}";

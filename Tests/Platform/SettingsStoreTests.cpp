@@ -138,7 +138,7 @@ TEST_F(FileSettingsTest, seesWhatOthersWriteAtOnceAndLeavesAnUnchangedFileAlone)
 
 TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {
     constexpr int processes = 4;
-    constexpr int each = 15;
+    constexpr int each = 100;
     std::vector<pid_t> children;
     for (int p = 0; p < processes; ++p) {
         children.push_back(fork());

@@ -37,7 +37,7 @@ void ConnectionPool::giveBack(std::unique_ptr<Database> database) {
     const std::lock_guard lock(m_mutex);
     if (m_resting.size() < restingLimit)
         m_resting.push_back(std::move(database));
-    // One too many closes at the end of this scope, outside of nobody's way: closing never checkpoints.
+    // One too many closes here. That is quick: closing never checkpoints.
 }
 
 } // namespace quillorn

@@ -101,10 +101,6 @@ void Database::checkpoint(bool truncateLog) noexcept {
     sqlite3_busy_timeout(m_handle, busyMilliseconds);
 }
 
-void Database::releaseMemory() noexcept {
-    sqlite3_db_release_memory(m_handle);
-}
-
 void Database::observeRows(RowObserver observer) {
     m_rowObserver = std::move(observer);
     if (!m_rowObserver) {

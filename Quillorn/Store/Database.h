@@ -47,8 +47,6 @@ class Database {
     /// Moves what readers allow of the write-ahead log into the file. The caller holds the write lock. A failure
     /// does no harm, since the log keeps everything, and is not reported.
     void checkpoint(bool truncateLog) noexcept;
-    /// Gives back the memory of cached pages.
-    void releaseMemory() noexcept;
 
     using RowObserver = std::function<void(std::string_view table, std::int64_t key, RowChange change)>;
     /// Called for every row written from now on, those of foreign key actions included. An empty function ends it.

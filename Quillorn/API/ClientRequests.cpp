@@ -4,18 +4,6 @@
 
 namespace quillorn {
 
-namespace {
-
-template <class Request>
-std::vector<std::string> faultsOf(const Request& request) {
-    Validation validation;
-    validation.requireText(request.name, "name");
-    validation.requireHash(request.color);
-    return validation.takeFaults();
-}
-
-} // namespace
-
 const RecordType& CreateClientRequest::recordType() {
     static constexpr auto fields = wireFields({
         wireField<&CreateClientRequest::name>("name"),
@@ -28,7 +16,7 @@ const RecordType& CreateClientRequest::recordType() {
 }
 
 std::vector<std::string> CreateClientRequest::faults() const {
-    return faultsOf(*this);
+    return nameAndHashFaults(*this);
 }
 
 const RecordType& UpdateClientRequest::recordType() {
@@ -44,7 +32,7 @@ const RecordType& UpdateClientRequest::recordType() {
 }
 
 std::vector<std::string> UpdateClientRequest::faults() const {
-    return faultsOf(*this);
+    return nameAndHashFaults(*this);
 }
 
 } // namespace quillorn

@@ -4,18 +4,6 @@
 
 namespace quillorn {
 
-namespace {
-
-template <class Request>
-std::vector<std::string> faultsOf(const Request& request) {
-    Validation validation;
-    validation.requireText(request.name, "name");
-    validation.requireHash(request.color);
-    return validation.takeFaults();
-}
-
-} // namespace
-
 const RecordType& CreateProjectRequest::recordType() {
     static constexpr auto fields = wireFields({
         wireField<&CreateProjectRequest::name>("name"),
@@ -28,7 +16,7 @@ const RecordType& CreateProjectRequest::recordType() {
 }
 
 std::vector<std::string> CreateProjectRequest::faults() const {
-    return faultsOf(*this);
+    return nameAndHashFaults(*this);
 }
 
 const RecordType& UpdateProjectRequest::recordType() {
@@ -44,7 +32,7 @@ const RecordType& UpdateProjectRequest::recordType() {
 }
 
 std::vector<std::string> UpdateProjectRequest::faults() const {
-    return faultsOf(*this);
+    return nameAndHashFaults(*this);
 }
 
 } // namespace quillorn

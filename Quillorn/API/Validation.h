@@ -30,4 +30,13 @@ class Validation {
     std::vector<std::string> m_faults;
 };
 
+/// The rules of clients and projects, new and changed ones alike.
+template <class Request>
+std::vector<std::string> nameAndHashFaults(const Request& request) {
+    Validation validation;
+    validation.requireText(request.name, "name");
+    validation.requireHash(request.color);
+    return validation.takeFaults();
+}
+
 } // namespace quillorn

@@ -1,7 +1,7 @@
 #include "Store/ContextSave.h"
 
 #include "Platform/NotificationCenter.h"
-#include "Store/KeyList.h"
+#include "Store/KeyCondition.h"
 
 #include <fmt/core.h>
 #include <string>

@@ -1,5 +1,8 @@
 #include "Crash/Ledger.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace quillorn {
 
 namespace {
@@ -8,29 +11,38 @@ bool isEqual(const KnownRecord& a, const KnownRecord& b) {
     return a.owner == b.owner && a.fields == b.fields;
 }
 
+void apply(const Operation& operation, KnownRecords& records) {
+    for (const auto& [key, record] : operation)
+        if (record)
+            records[key] = *record;
+        else
+            records.erase(key);
+}
+
 std::string textOf(const Json* value) {
     return value != nullptr ? value->text().substr(0, 100) : "nothing";
 }
 
 } // namespace
 
-void Ledger::begin(Operation operation) {
+void Ledger::begin(std::vector<Operation> operations) {
     const std::lock_guard lock(m_mutex);
-    m_inFlight = std::move(operation);
+    m_inFlight = std::move(operations);
 }
 
 void Ledger::acknowledge(const std::string& id) {
     const std::lock_guard lock(m_mutex);
-    m_records = after(std::move(m_records), *m_inFlight);
-    for (const auto& [key, record] : *m_inFlight)
-        if (record && record->id.empty())
-            m_records[key].id = id;
-    m_inFlight.reset();
+    for (const Operation& operation : std::exchange(m_inFlight, {})) {
+        apply(operation, m_records);
+        for (const auto& [key, record] : operation)
+            if (record && record->id.empty())
+                m_records[key].id = id;
+    }
 }
 
 void Ledger::withdraw() {
     const std::lock_guard lock(m_mutex);
-    m_inFlight.reset();
+    m_inFlight.clear();
 }
 
 KnownRecords Ledger::records() const {
@@ -40,15 +52,14 @@ KnownRecords Ledger::records() const {
 
 Ledger::Finding Ledger::check(const ListedRecords& listed) {
     const std::lock_guard lock(m_mutex);
-    Finding finding{.faults = differences(m_records, listed), .happened = {}};
-    if (m_inFlight) {
-        KnownRecords changed = after(m_records, *m_inFlight);
-        finding.happened = differences(changed, listed).empty();
-        if (*finding.happened) {
-            m_records = std::move(changed);
-            finding.faults.clear();
-        }
-        m_inFlight.reset();
+    Finding finding{.faults = differences(m_records, listed)};
+    KnownRecords changed = m_records;
+    for (const Operation& operation : std::exchange(m_inFlight, {})) {
+        apply(operation, changed);
+        if (!differences(changed, listed).empty())
+            continue;
+        finding = {.faults = {}, .happened = true};
+        m_records = changed;
     }
     for (auto& [key, record] : m_records)
         if (const auto found = listed.find(key); record.id.empty() && found != listed.end())
@@ -61,19 +72,12 @@ KnownRecords Ledger::untouchedSince(const KnownRecords& before) const {
     KnownRecords untouched;
     for (const auto& [key, record] : before) {
         const auto now = m_records.find(key);
-        if (now != m_records.end() && isEqual(now->second, record) && !(m_inFlight && m_inFlight->contains(key)))
+        const bool isInFlight = std::any_of(m_inFlight.begin(), m_inFlight.end(),
+                                            [&](const Operation& operation) { return operation.contains(key); });
+        if (now != m_records.end() && isEqual(now->second, record) && !isInFlight)
             untouched.emplace(key, record);
     }
     return untouched;
-}
-
-KnownRecords after(KnownRecords records, const Operation& operation) {
-    for (const auto& [key, record] : operation)
-        if (record)
-            records[key] = *record;
-        else
-            records.erase(key);
-    return records;
 }
 
 std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed, bool mayHaveMore) {

@@ -31,7 +31,8 @@ using ListedRecords = std::map<std::string, Json>;
 /// begun and not acknowledged nobody knows whether it has happened.
 class Ledger {
   public:
-    void begin(Operation operation);
+    /// Of several operations each happens after the one before it.
+    void begin(std::vector<Operation> operations);
     /// `id` is that of a record that the operation has made.
     void acknowledge(const std::string& id = {});
     /// The server has refused: it has not happened.
@@ -41,10 +42,10 @@ class Ledger {
 
     struct Finding {
         std::vector<std::string> faults;
-        /// Whether an operation without acknowledgement had happened; absent when there was none.
-        std::optional<bool> happened;
+        /// Whether something has happened that was not acknowledged.
+        bool happened = false;
     };
-    /// Compares with what is there. Takes over what became of an operation in flight.
+    /// Compares with what is there. Takes over what became of operations in flight.
     Finding check(const ListedRecords& listed);
     /// What must be in a snapshot that was begun when `before` was acknowledged, and is finished now: all that has not
     /// been touched since.
@@ -53,10 +54,9 @@ class Ledger {
   private:
     mutable std::mutex m_mutex;
     KnownRecords m_records;
-    std::optional<Operation> m_inFlight;
+    std::vector<Operation> m_inFlight;
 };
 
-KnownRecords after(KnownRecords records, const Operation& operation);
 /// In what the list differs from the records. Records that are only listed are no fault if `mayHaveMore`.
 std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed,
                                      bool mayHaveMore = false);

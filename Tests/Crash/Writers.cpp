@@ -29,7 +29,7 @@ void Writer::run(Round& round, Surface& surface) {
     while (true) {
         m_records = m_ledger.records();
         const Step step = nextStep();
-        m_ledger.begin(step.operation);
+        m_ledger.begin({step.operation});
         const Surface::Answer answer = surface.send(step.request);
         switch (answer.kind) {
         case Surface::Answer::Kind::acknowledged:
@@ -161,7 +161,8 @@ Writer::Step Writer::stop(const std::string& key) {
 
 void TimerUser::prepare(Surface& surface) {
     for (const char* name : {"timer.0", "timer.1"}) {
-        m_ledger.begin({{name, KnownRecord{.kind = "task", .id = {}, .owner = {}, .fields = {{"title", name}}}}});
+        const KnownRecord task{.kind = "task", .id = {}, .owner = {}, .fields = {{"title", name}}};
+        m_ledger.begin({Operation{{name, task}}});
         m_ledger.acknowledge(surface.send({"create", "task", "", {{"title", name}}}).id);
     }
 }
@@ -174,9 +175,10 @@ void TimerUser::run(Round& round, Surface& surface) {
         if (!isRunning())
             goesOn = startOver(task, round, surface);
         else if (m_dice.chance(50))
-            goesOn = command({"timer", "stop"}, stopping(), round);
+            goesOn = command({"timer", "stop"}, {stopping()}, round);
         else
-            goesOn = command({"timer", "start", m_ledger.records().at(task).id}, switching(task), round);
+            // The end of the former entry is saved before the next one begins.
+            goesOn = command({"timer", "start", m_ledger.records().at(task).id}, {stopping(), inProgress(task)}, round);
         if (!goesOn)
             return;
         round.noteAcknowledged();
@@ -184,7 +186,7 @@ void TimerUser::run(Round& round, Surface& surface) {
 }
 
 bool TimerUser::startOver(const std::string& task, Round& round, Surface& surface) {
-    m_ledger.begin(starting(task));
+    m_ledger.begin({starting(task)});
     const auto answer = surface.send({"create", "time_entry", "", {{"taskId", m_ledger.records().at(task).id}}});
     if (answer.kind == Surface::Answer::Kind::acknowledged) {
         m_ledger.acknowledge(answer.id);
@@ -196,8 +198,8 @@ bool TimerUser::startOver(const std::string& task, Round& round, Surface& surfac
     return false;
 }
 
-bool TimerUser::command(std::vector<std::string> arguments, Operation operation, Round& round) {
-    m_ledger.begin(std::move(operation));
+bool TimerUser::command(std::vector<std::string> arguments, std::vector<Operation> operations, Round& round) {
+    m_ledger.begin(std::move(operations));
     ProgramProcess program(round.home, {.arguments = std::move(arguments)});
     if (m_dice.chance(20)) {
         std::this_thread::sleep_for(std::chrono::microseconds(m_dice.below(longestProgram)));
@@ -247,9 +249,8 @@ Operation TimerUser::starting(const std::string& task) const {
                          .fields = {{"isRunning", true}, {"taskId", m_ledger.records().at(task).id}}}}};
 }
 
-Operation TimerUser::switching(const std::string& task) const {
+Operation TimerUser::inProgress(const std::string& task) const {
     Operation operation = starting(task);
-    operation.merge(stopping());
     KnownRecord on = m_ledger.records().at(task);
     on.fields["status"] = 1;
     operation[task] = on;

@@ -82,13 +82,13 @@ class TimerUser {
   private:
     /// Both tell whether the timer is known to have done it.
     bool startOver(const std::string& task, Round& round, Surface& surface);
-    bool command(std::vector<std::string> arguments, Operation operation, Round& round);
+    bool command(std::vector<std::string> arguments, std::vector<Operation> operations, Round& round);
     /// The number of the last entry; -1 when there is none yet.
     int last() const;
     bool isRunning() const;
     Operation starting(const std::string& task) const;
     Operation stopping() const;
-    Operation switching(const std::string& task) const;
+    Operation inProgress(const std::string& task) const;
 
     Dice m_dice;
     Ledger m_ledger;

@@ -18,6 +18,7 @@ struct Kind {
 
 const std::map<std::string, Kind, std::less<>> kinds{
     {"project", {"/api/projects", "name"}},
+    {"tag", {"/api/tags", "name"}},
     {"task", {"/api/tasks", "title"}},
     {"note", {"/api/notes", "title"}},
     {"time_entry", {"/api/time-entries", "notes"}},

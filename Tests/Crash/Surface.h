@@ -10,7 +10,7 @@ namespace quillorn {
 /// A wish to write, whatever way it goes.
 struct WriteRequest {
     std::string verb; // create, update, delete, or what else the kind knows: complete, incomplete, stop
-    std::string kind; // project, task, note or time_entry
+    std::string kind; // project, tag, task, note or time_entry
     std::string id;   // empty for create
     Json::Object fields;
 };

@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <fmt/core.h>
+#include <set>
 #include <thread>
 
 namespace quillorn {
@@ -12,6 +13,8 @@ namespace {
 
 /// Above that, more is deleted than created.
 constexpr std::size_t manyRecords = 60;
+/// Made before all else, and kept.
+constexpr int tagCount = 3;
 /// A stop of the clock for the moment at which a program is killed.
 constexpr int longestProgram = 12'000; // microseconds
 
@@ -52,6 +55,8 @@ void Writer::run(Round& round, Surface& surface) {
 Writer::Step Writer::nextStep() {
     const std::string project = some("project"), task = some("task"), note = some("note"), entry = some("time_entry");
     const bool isFull = m_records.size() > manyRecords;
+    if (m_made < tagCount)
+        return create("tag", "");
     if (project.empty() || m_dice.chance(2))
         return create("project", "");
     if (m_dice.chance(isFull ? 10 : 1))
@@ -90,8 +95,11 @@ Json::Object Writer::fieldsOf(const std::string& kind, const std::string& key, i
     const std::string text = name + std::string(m_dice.chance(10) ? m_dice.below(30'000) : 10, 'x');
     if (kind == "project")
         return {{"name", name}, {"description", text}, {"color", fmt::format("#{:06X}", revision)}};
+    if (kind == "tag")
+        return {{"name", name}};
     if (kind == "task")
         return {{"title", name},
+                {"tagIds", someTags()},
                 {"description", text},
                 {"priority", revision % 4},
                 {"dueDate", day(revision)},
@@ -99,6 +107,14 @@ Json::Object Writer::fieldsOf(const std::string& kind, const std::string& key, i
     if (kind == "note")
         return {{"title", name}, {"content", text}};
     return {{"notes", text}, {"startTime", day(revision)}};
+}
+
+Json::Array Writer::someTags() {
+    std::set<std::string> ids;
+    for (const auto& [key, record] : m_records)
+        if (record.kind == "tag" && m_dice.chance(50))
+            ids.insert(record.id);
+    return {ids.begin(), ids.end()};
 }
 
 Writer::Step Writer::create(const std::string& kind, const std::string& owner) {

@@ -57,6 +57,8 @@ class Writer {
     Step stop(const std::string& key);
     /// The fields that a request sets at a record's revision, and that lists show then.
     Json::Object fieldsOf(const std::string& kind, const std::string& key, int revision);
+    /// The sorted ids of some tags.
+    Json::Array someTags();
     /// A record of that kind; empty when there is none.
     std::string some(const std::string& kind);
 

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <fmt/core.h>
+#include <future>
 #include <gmock/gmock.h>
 #include <set>
 #include <thread>
@@ -177,6 +178,19 @@ TEST(Log, isLeftAloneByConnectionsAndTruncatedByTheContainer) {
     EXPECT_EQ(logSize(store), 0U);
     std::filesystem::copy_file(store.file(), store.folder / "copy.store");
     EXPECT_EQ(ForeignConnection(store.folder / "copy.store").text("SELECT name FROM Tag"), "b");
+}
+
+TEST(Log, isCheckpointedUnderTheLockAlone) {
+    TestStore store;
+    addTag(*store.container, "a");
+    WriteLock lock(store.file().string() + "-lock");
+    std::optional guard(lock.acquire());
+    const auto closed = std::async(std::launch::async, [&] { store.container.reset(); });
+    EXPECT_EQ(closed.wait_for(50ms), std::future_status::timeout);
+    EXPECT_GT(logSize(store), 0U);
+    guard.reset();
+    closed.wait();
+    EXPECT_EQ(logSize(store), 0U);
 }
 
 TEST(Log, losesNoCommitToTheCheckpointsOfOthers) {

@@ -14,6 +14,7 @@
 namespace quillorn {
 
 class APIServer;
+class Calendar;
 class Clock;
 class MainQueue;
 class NotificationCenter;
@@ -40,6 +41,7 @@ struct AppEnvironment {
     SettingsStore& settings;
     const Paths& paths;
     const Text& text;
+    const Calendar& calendar;
     /// Of the program.
     std::string version;
 };

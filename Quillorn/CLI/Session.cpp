@@ -1,7 +1,6 @@
 #include "CLI/Session.h"
 
 #include "Models/Settings.h"
-#include "Platform/Calendar.h"
 
 #include <cstdio>
 #include <fmt/core.h>
@@ -10,10 +9,11 @@ namespace quillorn {
 
 Session::Session(const ProcessInfo& process)
     : m_text(currentLocale()),
+      m_calendar(currentTimeZone(), currentLocale()),
       m_paths(systemPaths()),
       m_settings(settingsFile(*m_paths), m_log),
       m_app(std::make_unique<QuillornApp>(AppEnvironment{m_clock, m_random, m_log, m_notifications, m_mainQueue,
-                                                         m_settings, *m_paths, m_text, QUILLORN_VERSION},
+                                                         m_settings, *m_paths, m_text, m_calendar, QUILLORN_VERSION},
                                           process, QuillornApp::ServerStart::byCaller)) {}
 
 bool Session::hasFailed() const {

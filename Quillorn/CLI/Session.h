@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/QuillornApp.h"
+#include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
 #include "Platform/NotificationCenter.h"
@@ -35,6 +36,7 @@ class Session {
     SystemRandom m_random;
     NotificationCenter m_notifications;
     Text m_text;
+    Calendar m_calendar;
     std::unique_ptr<Paths> m_paths;
     FileSettings m_settings;
     std::unique_ptr<QuillornApp> m_app;

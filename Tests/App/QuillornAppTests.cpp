@@ -3,6 +3,7 @@
 #include "API/APIServer.h"
 #include "Models/Client.h"
 #include "Models/Settings.h"
+#include "Platform/Calendar.h"
 #include "Platform/Text.h"
 #include "Support/FakeClock.h"
 #include "Support/FakePaths.h"
@@ -28,7 +29,8 @@ const ProcessInfo demo{{"-QUILLORN_DEMO"}, {}};
 struct QuillornAppTest : testing::Test {
     std::unique_ptr<QuillornApp> launch(const ProcessInfo& process = {}) {
         return std::make_unique<QuillornApp>(
-            AppEnvironment{clock, random, log, notifications, mainQueue, settings, paths, text, "1.2.3"}, process);
+            AppEnvironment{clock, random, log, notifications, mainQueue, settings, paths, text, calendar, "1.2.3"},
+            process);
     }
     fs::path storeFile() const { return paths.applicationSupport() / "Quillorn" / "Quillorn.store"; }
 
@@ -41,6 +43,7 @@ struct QuillornAppTest : testing::Test {
     MemorySettings settings;
     FakePaths paths{folder.path()};
     Text text{"en_US"};
+    Calendar calendar{"UTC", "en_US"};
 };
 
 std::uint64_t clientCount(ModelContainer& container) {

@@ -31,6 +31,7 @@ struct Totals {
     int snapshots = 0;
     std::size_t programsKilled = 0;
     std::size_t acknowledged = 0;
+    std::size_t overMCP = 0; // of the acknowledged
     std::size_t cutOff = 0;
     std::size_t happened = 0; // of what was cut off
 };
@@ -61,6 +62,7 @@ class CrashTest {
     std::mutex m_mutex; // of what threads say
 };
 
+/// Half of them over the REST API, half over MCP.
 constexpr int writerCount = 4;
 
 CrashTest::CrashTest(const Options& options)
@@ -85,7 +87,8 @@ void CrashTest::work(ServerProcess& server) {
     std::vector<std::jthread> threads;
     for (std::size_t number = 0; number < m_writers.size(); ++number)
         threads.emplace_back([&, number] {
-            m_writers[number]->run(round, *restSurface(server.port()));
+            const auto surface = number % 2 == 0 ? restSurface(server.port()) : mcpSurface(server.port());
+            m_writers[number]->run(round, *surface);
             round.noteProgress();
         });
     threads.emplace_back([&] { m_timer.run(round, *restSurface(server.port())); });
@@ -104,6 +107,7 @@ void CrashTest::work(ServerProcess& server) {
     end(server, round);
     threads.clear();
     m_totals.acknowledged += round.acknowledged;
+    m_totals.overMCP += round.overMCP;
     m_totals.cutOff += round.cutOff;
     m_totals.programsKilled += round.programsKilled;
 }
@@ -167,10 +171,11 @@ int run(const Options& options) {
     while (test.totals().cycles < options.cycles && seconds() < options.seconds && test.faults() == 0)
         test.cycle();
     const Totals& totals = test.totals();
-    fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs, {} "
-               "snapshots\n{} acknowledged writes; {} cut off, of which {} had happened; {} faults\n",
-               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.snapshots,
-               totals.acknowledged, totals.cutOff, totals.happened, test.faults());
+    fmt::print(
+        "{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs, {} "
+        "snapshots\n{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened; {} faults\n",
+        totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.snapshots,
+        totals.acknowledged, totals.overMCP, totals.cutOff, totals.happened, test.faults());
     if (test.faults() > 0)
         keep(test.home(), options.seed);
     return test.faults() == 0 ? 0 : 1;

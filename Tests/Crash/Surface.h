@@ -24,6 +24,7 @@ class Surface {
         std::string id{};
         /// What the server said.
         std::string text{};
+        bool isOverMCP = false;
     };
 
     virtual ~Surface() = default;
@@ -32,6 +33,9 @@ class Surface {
 
 /// Over the REST API, with a connection for each request, as its answers end with their connection.
 std::unique_ptr<Surface> restSurface(std::uint16_t port);
+
+/// Over the tools of the MCP server as it lists them; what no tool can say goes over the REST API.
+std::unique_ptr<Surface> mcpSurface(std::uint16_t port);
 
 /// All records by key, as the lists of the REST API show them. Entries of the timer, which have no name, are
 /// "timer#0" and so on from the earliest.

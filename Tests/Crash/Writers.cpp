@@ -37,6 +37,7 @@ void Writer::run(Round& round, Surface& surface) {
         switch (answer.kind) {
         case Surface::Answer::Kind::acknowledged:
             m_ledger.acknowledge(answer.id);
+            round.overMCP += answer.isOverMCP ? 1 : 0;
             round.noteAcknowledged();
             break;
         case Surface::Answer::Kind::refused:
@@ -97,13 +98,13 @@ Json::Object Writer::fieldsOf(const std::string& kind, const std::string& key, i
         return {{"name", name}, {"description", text}, {"color", fmt::format("#{:06X}", revision)}};
     if (kind == "tag")
         return {{"name", name}};
-    if (kind == "task")
-        return {{"title", name},
-                {"tagIds", someTags()},
-                {"description", text},
-                {"priority", revision % 4},
-                {"dueDate", day(revision)},
-                {"sourceTitle", name}};
+    if (kind == "task") {
+        Json::Object fields{
+            {"title", name}, {"description", text}, {"priority", revision % 4}, {"dueDate", day(revision)}};
+        if (m_dice.chance(50)) // what only the REST API takes
+            fields.merge(Json::Object{{"tagIds", someTags()}, {"sourceTitle", name}});
+        return fields;
+    }
     if (kind == "note")
         return {{"title", name}, {"content", text}};
     return {{"notes", text}, {"startTime", day(revision)}};

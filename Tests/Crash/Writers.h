@@ -14,6 +14,7 @@ namespace quillorn {
 struct Round {
     std::filesystem::path home;
     std::atomic<std::size_t> acknowledged{0};
+    std::atomic<std::size_t> overMCP{0}; // of the acknowledged
     std::atomic<std::size_t> cutOff{0};
     std::atomic<std::size_t> programsKilled{0};
     /// Set before the server is ended: from then on it may leave requests without an answer.

@@ -22,6 +22,29 @@ struct Parts {
 
 } // namespace
 
+std::string fileSize(std::uintmax_t bytes) {
+    if (bytes == 0)
+        return "Zero KB";
+    if (bytes < 1000)
+        return fmt::format("{} {}", bytes, bytes == 1 ? "byte" : "bytes");
+    // Digits behind the point; ones that are zero are left out.
+    struct Unit {
+        const char* name;
+        int digits;
+    };
+    constexpr Unit units[] = {{"KB", 0}, {"MB", 1}, {"GB", 2}, {"TB", 2}, {"PB", 2}};
+    auto value = static_cast<double>(bytes) / 1000;
+    const Unit* unit = units;
+    for (; value >= 999.5 && unit + 1 != std::end(units); ++unit)
+        value /= 1000;
+    std::string number = fmt::format("{:.{}f}", value, unit->digits);
+    if (unit->digits > 0)
+        number.erase(number.find_last_not_of('0') + 1);
+    if (number.ends_with('.'))
+        number.pop_back();
+    return fmt::format("{} {}", number, unit->name);
+}
+
 std::string clockForm(double seconds) {
     const Parts parts(seconds);
     if (parts.total < 3600)

@@ -2,11 +2,15 @@
 
 #include "Platform/Date.h"
 
+#include <cstdint>
 #include <string>
 
 namespace quillorn {
 
 class Calendar;
+
+/// The size of a file in thousands of bytes: "512 bytes", "12 KB", "1.2 MB", "3.45 GB".
+std::string fileSize(std::uintmax_t bytes);
 
 /// A running clock: "05:09", from an hour on "1:05:09". Parts of a second are cut.
 std::string clockForm(double seconds);

@@ -7,6 +7,7 @@
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
+#include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
 #include <fmt/core.h>
@@ -34,7 +35,8 @@ APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     };
 }
 
-QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart)
+QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart,
+                         Schedules schedules)
     : m_environment(std::move(environment)) {
     const auto [isTesting, isDemo] = LaunchFlags::of(process);
     if (isTesting || isDemo)
@@ -51,7 +53,7 @@ QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process,
     } else {
         openStore();
     }
-    createServices();
+    createServices(schedules);
     if (m_runMode == RunMode::normal && serverStart == ServerStart::bySetting &&
         Settings(m_environment.settings).boolean(setting("apiAutoStart")))
         startAPIServer(APIServerOptions::fromSettings(m_environment.settings));
@@ -106,8 +108,17 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
     }
 }
 
-void QuillornApp::createServices() {
+void QuillornApp::createServices(Schedules schedules) {
     m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
+    m_backupService = std::make_unique<BackupService>(
+        BackupEnvironment{
+            .clock = m_environment.clock,
+            .calendar = m_environment.calendar,
+            .settings = m_environment.settings,
+            .mainQueue = m_environment.mainQueue,
+            .log = m_environment.log,
+        },
+        m_storeFile, *m_container, m_runMode == RunMode::normal && schedules == Schedules::run);
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,

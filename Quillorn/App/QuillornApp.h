@@ -14,6 +14,8 @@
 namespace quillorn {
 
 class APIServer;
+class BackupService;
+class Calendar;
 class Clock;
 class MainQueue;
 class NotificationCenter;
@@ -40,6 +42,7 @@ struct AppEnvironment {
     SettingsStore& settings;
     const Paths& paths;
     const Text& text;
+    const Calendar& calendar;
     /// Of the program.
     std::string version;
 };
@@ -60,11 +63,13 @@ struct APIServerOptions {
 class QuillornApp {
   public:
     enum class ServerStart { bySetting, byCaller };
+    /// Whether a launch in normal mode does at set times what is to be done: for programs that stay, not for commands.
+    enum class Schedules { run, rest };
 
     /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
     /// std::runtime_error for a user without a home.
     QuillornApp(AppEnvironment environment, const ProcessInfo& process,
-                ServerStart serverStart = ServerStart::bySetting);
+                ServerStart serverStart = ServerStart::bySetting, Schedules schedules = Schedules::run);
     ~QuillornApp();
     QuillornApp(const QuillornApp&) = delete;
     QuillornApp& operator=(const QuillornApp&) = delete;
@@ -73,6 +78,7 @@ class QuillornApp {
     ModelContainer& container() { return *m_container; }
     /// The context of the main thread.
     ModelContext& mainContext() { return m_mainContext->context(); }
+    BackupService& backupService() { return *m_backupService; }
     APIServer& apiServer() { return *m_apiServer; }
     /// Made on first use.
     TimerService& timerService();
@@ -89,7 +95,7 @@ class QuillornApp {
     void openInMemory(const std::string& fatalWords);
     void openStore();
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
-    void createServices();
+    void createServices(Schedules schedules);
 
     AppEnvironment m_environment;
     RunMode m_runMode = RunMode::normal;
@@ -97,6 +103,7 @@ class QuillornApp {
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
     std::unique_ptr<MainContext> m_mainContext;
+    std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;
 };

@@ -26,7 +26,7 @@ APIServerOptions combine(const ServeOptions& options, SettingsStore& settings) {
 } // namespace
 
 ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
-    Session session(process);
+    Session session(process, QuillornApp::Schedules::run);
     if (session.hasFailed())
         return ExitStatus::failure;
     // No thread has been started so far, as it has to be.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/QuillornApp.h"
+#include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
 #include "Platform/NotificationCenter.h"
@@ -18,12 +19,13 @@ namespace quillorn {
 class Session {
   public:
     /// Throws what QuillornApp throws.
-    explicit Session(const ProcessInfo& process);
+    explicit Session(const ProcessInfo& process, QuillornApp::Schedules schedules = QuillornApp::Schedules::rest);
 
     QuillornApp& app() { return *m_app; }
     RunLoop& mainQueue() { return m_mainQueue; }
     FileSettings& settings() { return m_settings; }
     const Clock& clock() const { return m_clock; }
+    const Calendar& calendar() const { return m_calendar; }
 
     /// Whether the user's store could not be opened; says so on standard error.
     bool hasFailed() const;
@@ -35,6 +37,7 @@ class Session {
     SystemRandom m_random;
     NotificationCenter m_notifications;
     Text m_text;
+    Calendar m_calendar;
     std::unique_ptr<Paths> m_paths;
     FileSettings m_settings;
     std::unique_ptr<QuillornApp> m_app;

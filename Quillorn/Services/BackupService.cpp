@@ -145,9 +145,8 @@ void BackupService::restoreFromFile(const fs::path& file) {
             restore(file, folder);
             return [this, file] { finishRestore("Restored from " + file.filename().string(), std::nullopt); };
         } catch (const std::exception& error) {
-            return [this, words = std::string(error.what())] {
-                finishRestore(std::nullopt, "Restore failed: " + words);
-            };
+            return
+                [this, words = std::string(error.what())] { finishRestore(std::nullopt, "Restore failed: " + words); };
         }
     });
 }

@@ -53,7 +53,7 @@ std::unique_ptr<TemporaryDirectory> makeTemporaryDirectory(RandomSource& random)
     return explained("Can't make a temporary folder", [&] { return std::make_unique<TemporaryDirectory>(random); });
 }
 
-std::string quoted(std::string_view text) {
+std::string sqlText(std::string_view text) {
     std::string literal = "'";
     for (const char character : text)
         literal.append(character == '\'' ? 2 : 1, character);
@@ -79,7 +79,7 @@ fs::path snapshotStore(const fs::path& store, const fs::path& folder, const std:
     if (!connection.isOpen())
         throw BackupError("Could not open store: " + connection.lastError());
     sqlite3_busy_timeout(connection.handle(), 5000);
-    const std::string statement = "VACUUM INTO " + quoted(copy.string());
+    const std::string statement = "VACUUM INTO " + sqlText(copy.string());
     if (sqlite3_exec(connection.handle(), statement.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         throw BackupError("Snapshot failed: " + connection.lastError());
     if (!isHealthySnapshot(copy))

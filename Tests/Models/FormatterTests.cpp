@@ -25,6 +25,26 @@ TEST(Formatters, showDurations) {
     }
 }
 
+TEST(Formatters, writeSizesOfFiles) {
+    const std::pair<std::uintmax_t, const char*> cases[] = {
+        {0, "Zero KB"},
+        {1, "1 byte"},
+        {999, "999 bytes"},
+        {1'000, "1 KB"},
+        {12'499, "12 KB"},
+        {999'499, "999 KB"},
+        {999'500, "1 MB"},
+        {1'250'001, "1.3 MB"},
+        {20'000'000, "20 MB"},
+        {999'400'000, "999.4 MB"},
+        {1'234'000'000, "1.23 GB"},
+        {1'500'000'000, "1.5 GB"},
+        {7'000'000'000'000, "7 TB"},
+    };
+    for (const auto& [bytes, text] : cases)
+        EXPECT_EQ(fileSize(bytes), text) << bytes;
+}
+
 TEST(Formatters, labelDatesByTheDaysOfTheUsersZone) {
     struct Case {
         const char *zone, *date, *now, *smart, *due;

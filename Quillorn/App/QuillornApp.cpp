@@ -24,6 +24,10 @@ constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
 
 } // namespace
 
+std::filesystem::path storeFile(const Paths& paths) {
+    return paths.applicationSupport() / "Quillorn" / storeName;
+}
+
 APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     const Settings settings(store);
     const std::int64_t port = settings.integer(setting("apiPort"));
@@ -74,8 +78,8 @@ void QuillornApp::openInMemory(const std::string& fatalWords) {
 }
 
 void QuillornApp::openStore() {
-    const std::filesystem::path folder = m_environment.paths.applicationSupport() / "Quillorn";
-    m_storeFile = folder / storeName;
+    m_storeFile = storeFile(m_environment.paths);
+    const std::filesystem::path folder = m_storeFile.parent_path();
     try {
         createPrivateFolder(folder);
     } catch (const std::system_error&) {

@@ -47,6 +47,9 @@ struct AppEnvironment {
     std::string version;
 };
 
+/// The file of the user's store. Throws std::runtime_error for a user without a home.
+std::filesystem::path storeFile(const Paths& paths);
+
 /// How the API server is to listen.
 struct APIServerOptions {
     /// 0 takes any free port.

@@ -3,6 +3,7 @@
 #include "CLI/Session.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
+#include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
 #include <cstdio>
@@ -43,6 +44,11 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
         fmt::print(stderr, "quillorn: {}\n", *server.lastError());
         failed = true;
         session.mainQueue().stop();
+    };
+    BackupService& backups = app.backupService();
+    backups.onChange = [&] {
+        if (!backups.isBackingUp() && backups.lastError())
+            fmt::print(stderr, "quillorn: the backup failed: {}\n", *backups.lastError());
     };
     app.startAPIServer(combine(options, session.settings()));
     session.mainQueue().run();

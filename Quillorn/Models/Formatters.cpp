@@ -2,6 +2,7 @@
 
 #include "Platform/Calendar.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <fmt/core.h>
@@ -59,6 +60,23 @@ std::string shortForm(double seconds) {
     if (parts.total < 3600)
         return fmt::format("{}m {}s", parts.minutes, parts.seconds);
     return fmt::format("{}h {}m", parts.hours, parts.minutes);
+}
+
+std::string relativeTime(Date date, Date now) {
+    struct Unit {
+        const char* name;
+        std::int64_t seconds;
+    };
+    constexpr Unit units[] = {{"year", 31'557'600}, {"month", 2'629'800}, {"week", 604'800},
+                              {"day", 86'400},      {"hour", 3'600},      {"minute", 60}};
+    const auto age = std::max<std::int64_t>(0, static_cast<std::int64_t>(secondsBetween(date, now)));
+    const auto text = [](std::int64_t count, const char* name) {
+        return fmt::format("{} {}{}", count, name, count == 1 ? "" : "s");
+    };
+    for (const auto& [name, seconds] : units)
+        if (age >= seconds)
+            return text(age / seconds, name);
+    return text(age, "second");
 }
 
 std::string smartDate(Date date, Date now, const Calendar& calendar) {

@@ -16,6 +16,9 @@ std::string fileSize(std::uintmax_t bytes);
 std::string clockForm(double seconds);
 /// A total: "59s", "5m 9s", "1h 5m".
 std::string shortForm(double seconds);
+/// How long ago `date` was, in the largest unit that it fills: "42 seconds", "1 minute", "3 weeks". The future counts
+/// as now.
+std::string relativeTime(Date date, Date now);
 /// The time for a date of today, the day for one of this year, else the day and the year.
 std::string smartDate(Date date, Date now, const Calendar& calendar);
 /// "Today", "Tomorrow", "Overdue" or the date.

@@ -104,17 +104,18 @@ bool BackupService::hasStoreChangedSince(Date date) const {
 /// On the thread of the backup.
 BackupService::Backup BackupService::takeBackup(const fs::path& folder) const {
     const auto& [clock, calendar, settings, queue, log] = m_environment;
-    const fs::path file =
-        snapshotStore(m_storeURL, folder, backupFileName(clock.now(), calendar), m_container.random());
-    Backup backup{.pruned = pruneBackups(folder, clock.now(), calendar)};
+    Backup backup;
+    backup.file = snapshotStore(m_storeURL, folder, backupFileName(clock.now(), calendar), m_container.random());
+    backup.pruned = pruneBackups(folder, clock.now(), calendar);
     std::error_code error;
-    const std::uintmax_t size = fs::file_size(file, error);
+    const std::uintmax_t size = fs::file_size(backup.file, error);
     backup.size = error ? 0 : size;
     return backup;
 }
 
 void BackupService::finishBackup(const Backup& backup) {
     m_lastBackupDate = m_environment.clock.now();
+    m_lastBackupFile = backup.file;
     try {
         Settings(m_environment.settings).set(setting("backupLastDate"), formatISO8601(*m_lastBackupDate));
     } catch (const std::exception& error) {

@@ -46,6 +46,8 @@ class BackupService {
 
     /// When the last backup succeeded, also in an earlier run.
     std::optional<Date> lastBackupDate() const { return m_lastBackupDate; }
+    /// The file that it made; absent before the first one of this run.
+    const std::optional<std::filesystem::path>& lastBackupFile() const { return m_lastBackupFile; }
     /// What the last pass came to, a backup or a restore; absent when it failed.
     const std::optional<std::string>& lastResult() const { return m_lastResult; }
     const std::optional<std::string>& lastError() const { return m_lastError; }
@@ -67,6 +69,7 @@ class BackupService {
 
   private:
     struct Backup {
+        std::filesystem::path file;
         std::uintmax_t size = 0;
         std::size_t pruned = 0;
     };
@@ -87,6 +90,7 @@ class BackupService {
     const std::filesystem::path m_storeURL;
     ModelContainer& m_container;
     std::optional<Date> m_lastBackupDate;
+    std::optional<std::filesystem::path> m_lastBackupFile;
     std::optional<std::string> m_lastResult;
     std::optional<std::string> m_lastError;
     bool m_isBackingUp = false;

@@ -45,6 +45,17 @@ TEST(Formatters, writeSizesOfFiles) {
         EXPECT_EQ(fileSize(bytes), text) << bytes;
 }
 
+TEST(Formatters, tellHowLongAgo) {
+    const std::pair<std::int64_t, const char*> cases[] = {
+        {-5, "0 seconds"},        {1, "1 second"},           {59, "59 seconds"},        {60, "1 minute"},
+        {3'599, "59 minutes"},    {7'200, "2 hours"},        {86'399, "23 hours"},      {6 * 86'400, "6 days"},
+        {14 * 86'400, "2 weeks"}, {61 * 86'400, "2 months"}, {800 * 86'400, "2 years"},
+    };
+    const Date now = parseISO8601("2026-01-15T12:00:00Z").value();
+    for (const auto& [seconds, text] : cases)
+        EXPECT_EQ(relativeTime(now - std::chrono::seconds(seconds), now), text);
+}
+
 TEST(Formatters, labelDatesByTheDaysOfTheUsersZone) {
     struct Case {
         const char *zone, *date, *now, *smart, *due;

@@ -27,7 +27,8 @@ struct BackupCommands : ProgramTest {
     static std::string text(const Json& object, const char* key) { return *object.find(key)->asString(); }
     static std::string titles(const ServerProcess& server) {
         std::string all;
-        for (const Json& task : *server.json("GET", "/api/tasks").asArray())
+        const Json list = server.json("GET", "/api/tasks");
+        for (const Json& task : *list.asArray())
             all += text(task, "title") + ".";
         return all;
     }

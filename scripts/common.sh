@@ -158,10 +158,10 @@ sha256() {
 # Installs the tools of scripts/npm into build/npm.
 install_npm_tools() {
     local folder=$root/build/npm
-    cmp -s "$root/scripts/npm/package-lock.json" "$folder/installed.json" && return
-    say "Installing the tools of scripts/npm"
     mkdir -p "$folder"
     cp "$root"/scripts/npm/* "$folder/"
+    cmp -s "$folder/package-lock.json" "$folder/installed.json" && return
+    say "Installing the tools of scripts/npm"
     (cd "$folder" && npm_quietly ci --ignore-scripts) || die "npm could not install the tools of scripts/npm"
     cp "$folder/package-lock.json" "$folder/installed.json"
 }

@@ -1,6 +1,7 @@
 #include "API/APIError.h"
 
 #include "API/JsonResponse.h"
+#include "API/Lookup.h"
 
 #include <utility>
 
@@ -63,6 +64,8 @@ HttpResponse answer(const std::function<HttpResponse()>& operation) {
         return operation();
     } catch (const APIError& error) {
         return errorResponse(error);
+    } catch (const RecordNotFound& error) {
+        return errorResponse(APIError::notFound(error.resource(), error.id()));
     } catch (const std::exception& error) {
         return errorResponse(APIError::internalError(error.what()));
     } catch (...) {

@@ -70,8 +70,8 @@ std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) const {
     if (requireAuth)
         server->middleware.push_back(bearerGuard(*m_authKey));
     auto routes = apiRoutes(m_environment.container, m_environment.clock, m_environment.text, m_environment.paths);
-    if (mcpHandler)
-        for (Route& route : mcpRoutes(mcpHandler))
+    if (makeMCPHandler)
+        for (Route& route : mcpRoutes(makeMCPHandler()))
             routes.push_back(std::move(route));
     for (Route& route : routes)
         server->router.registerRoute(route.method, route.path, std::move(route.handler));
@@ -118,7 +118,7 @@ void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
     const char* host = m_isExternalAccess ? "0.0.0.0" : "localhost";
     m_environment.log.log(fmt::format("API Server started on http://{}:{}{}", host, m_port,
                                       m_isExternalAccess ? " (external access)" : ""));
-    if (mcpHandler)
+    if (makeMCPHandler)
         m_environment.log.log(fmt::format("MCP endpoint available at http://{}:{}/mcp{}", host, m_port,
                                           requireAuth ? " (auth required)" : ""));
     changed();

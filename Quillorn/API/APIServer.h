@@ -52,8 +52,8 @@ class APIServer {
 
     /// Called after every change of the state below.
     std::function<void()> onChange;
-    /// Answers POST /mcp; without it the server has no /mcp. Read at each start.
-    HttpHandler mcpHandler;
+    /// Makes, at each start, what answers POST /mcp; without it the server has no /mcp.
+    std::function<HttpHandler()> makeMCPHandler;
 
     /// Opens the socket in the background; the state tells how that went. Port 0 is any that is free. Does nothing
     /// unless the server is stopped.

@@ -1,6 +1,7 @@
 #include "API/ClientController.h"
 
 #include "API/ClientRequests.h"
+#include "API/Edits.h"
 #include "API/ProjectDTO.h"
 #include "Models/ClientSearch.h"
 
@@ -15,32 +16,11 @@ HttpResponse ClientController::list(const HttpRequest& request) const {
 }
 
 HttpResponse ClientController::create(const HttpRequest& request) const {
-    return createFrom<CreateClientRequest>(
-        request, [](ModelContext& context, const CreateClientRequest& body, Date now) -> Client& {
-            Client::Arguments arguments{.name = body.name, .clientDescription = body.description};
-            if (body.color)
-                arguments.color = *body.color;
-            if (body.icon)
-                arguments.icon = *body.icon;
-            return context.insert<Client>(std::move(arguments), now);
-        });
+    return createFrom<CreateClientRequest>(request, createClient);
 }
 
 HttpResponse ClientController::update(const HttpRequest& request) const {
-    return updateFrom<UpdateClientRequest>(
-        request, [](ModelContext&, Client& client, const UpdateClientRequest& body, Date now) {
-            if (body.name)
-                client.setName(*body.name);
-            if (body.description)
-                client.setClientDescription(body.description);
-            if (body.color)
-                client.setColor(*body.color);
-            if (body.icon)
-                client.setIcon(*body.icon);
-            if (body.isArchived)
-                client.setArchived(*body.isArchived);
-            client.setUpdatedAt(now);
-        });
+    return updateFrom<UpdateClientRequest>(request, updateClient);
 }
 
 HttpResponse ClientController::projects(const HttpRequest& request) const {

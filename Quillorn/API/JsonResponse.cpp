@@ -33,9 +33,7 @@ std::string reasonPhrase(int status) {
 HttpResponse jsonResponse(const std::function<void(JsonWriter&)>& value, int status) {
     auto text = std::make_shared<std::string>();
     try {
-        JsonWriter writer([&](std::string_view piece) { *text += piece; });
-        value(writer);
-        writer.finish();
+        *text = jsonText(value);
     } catch (const JsonError&) {
         return HttpResponse::internalServerError();
     }

@@ -1,8 +1,16 @@
 #include "API/Lookup.h"
 
 #include "Models/Tag.h"
+#include "Platform/Json.h"
+
+#include <utility>
 
 namespace quillorn {
+
+RecordNotFound::RecordNotFound(std::string resource, const UUID& id)
+    : std::runtime_error(resource + " with id " + id.string() + " not found"),
+      m_resource(std::move(resource)),
+      m_id(id) {}
 
 std::vector<Tag*> findTags(ModelContext& context, const std::vector<UUID>& ids) {
     if (ids.empty())

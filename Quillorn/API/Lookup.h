@@ -1,9 +1,10 @@
 #pragma once
 
-#include "API/APIError.h"
 #include "Store/ModelContext.h"
 
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace quillorn {
@@ -31,12 +32,26 @@ inline constexpr const char* resourceWord<Tag> = "Tag";
 template <>
 inline constexpr const char* resourceWord<TimeEntry> = "TimeEntry";
 
-/// The record of that id; throws APIError::notFound when there is none.
+/// A record that a request names is not there. Each surface has its own words for it.
+class RecordNotFound : public std::runtime_error {
+  public:
+    RecordNotFound(std::string resource, const UUID& id);
+
+    /// A resourceWord.
+    const std::string& resource() const { return m_resource; }
+    const UUID& id() const { return m_id; }
+
+  private:
+    std::string m_resource;
+    UUID m_id;
+};
+
+/// The record of that id; throws RecordNotFound when there is none.
 template <class Type>
 Type& findOrThrow(ModelContext& context, const UUID& id) {
     if (Type* found = context.find<Type>(id))
         return *found;
-    throw APIError::notFound(resourceWord<Type>, id);
+    throw RecordNotFound(resourceWord<Type>, id);
 }
 
 /// The same for a link that a request may leave out; null then.

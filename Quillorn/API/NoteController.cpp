@@ -1,8 +1,8 @@
 #include "API/NoteController.h"
 
+#include "API/Edits.h"
 #include "API/NoteRequests.h"
 #include "Models/NoteSearch.h"
-#include "Models/Project.h"
 
 namespace quillorn {
 
@@ -18,28 +18,11 @@ HttpResponse NoteController::list(const HttpRequest& request) const {
 }
 
 HttpResponse NoteController::create(const HttpRequest& request) const {
-    return createFrom<CreateNoteRequest>(
-        request, [](ModelContext& context, const CreateNoteRequest& body, Date now) -> Note& {
-            return context.insert<Note>(Note::Arguments{.title = body.title.value_or(""),
-                                                        .content = body.content.value_or(""),
-                                                        .project = findLinked<Project>(context, body.projectId)},
-                                        now);
-        });
+    return createFrom<CreateNoteRequest>(request, createNote);
 }
 
 HttpResponse NoteController::update(const HttpRequest& request) const {
-    return updateFrom<UpdateNoteRequest>(
-        request, [](ModelContext& context, Note& note, const UpdateNoteRequest& body, Date now) {
-            if (body.title)
-                note.setTitle(*body.title);
-            if (body.content)
-                note.setContent(*body.content);
-            if (body.isPinned)
-                note.setPinned(*body.isPinned);
-            if (body.projectId)
-                note.setProject(findLinked<Project>(context, body.projectId));
-            note.setUpdatedAt(now);
-        });
+    return updateFrom<UpdateNoteRequest>(request, updateNote);
 }
 
 HttpResponse NoteController::pin(const HttpRequest& request) const {

@@ -1,29 +1,17 @@
 #include "API/ProjectController.h"
 
+#include "API/Edits.h"
 #include "API/NoteDTO.h"
 #include "API/ProjectRequests.h"
 #include "API/TaskDTO.h"
 #include "API/TimeEntryDTO.h"
 #include "Models/Note.h"
-#include "Models/ProjectOrder.h"
 #include "Models/ProjectSearch.h"
 #include "Models/ProjectTask.h"
 #include "Models/Sorting.h"
 #include "Models/TimeEntry.h"
 
 namespace quillorn {
-
-namespace {
-
-/// Puts the project at the end of the client's projects, outside all groups.
-void moveToClient(Project& project, Client& client, ModelContext& context) {
-    // Before it belongs to them: its own place must not count.
-    project.setSortOrder(nextProjectOrder(&client, context));
-    project.setGroupID(std::nullopt);
-    project.setClient(&client);
-}
-
-} // namespace
 
 HttpResponse ProjectController::list(const HttpRequest& request) const {
     const ProjectSearch search{
@@ -35,35 +23,11 @@ HttpResponse ProjectController::list(const HttpRequest& request) const {
 }
 
 HttpResponse ProjectController::create(const HttpRequest& request) const {
-    return createFrom<CreateProjectRequest>(
-        request, [](ModelContext& context, const CreateProjectRequest& body, Date now) -> Project& {
-            auto* client = findLinked<Client>(context, body.clientId);
-            const std::int64_t order = nextProjectOrder(client, context);
-            auto& project = context.insert<Project>(Project::Arguments{.name = body.name,
-                                                                       .projectDescription = body.description,
-                                                                       .color = body.color.value_or(defaultColor)},
-                                                    now);
-            project.setSortOrder(order);
-            project.setClient(client);
-            return project;
-        });
+    return createFrom<CreateProjectRequest>(request, createProject);
 }
 
 HttpResponse ProjectController::update(const HttpRequest& request) const {
-    return updateFrom<UpdateProjectRequest>(
-        request, [](ModelContext& context, Project& project, const UpdateProjectRequest& body, Date now) {
-            if (body.name)
-                project.setName(*body.name);
-            if (body.description)
-                project.setProjectDescription(body.description);
-            if (body.color)
-                project.setColor(*body.color);
-            if (body.isArchived)
-                project.setArchived(*body.isArchived);
-            if (body.clientId && idOf(project.client()) != body.clientId)
-                moveToClient(project, findOrThrow<Client>(context, *body.clientId), context);
-            project.setUpdatedAt(now);
-        });
+    return updateFrom<UpdateProjectRequest>(request, updateProject);
 }
 
 HttpResponse ProjectController::tasks(const HttpRequest& request) const {

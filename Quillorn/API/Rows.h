@@ -28,6 +28,17 @@ typename Rows::Record recordOf(typename Rows::Object& object, Date now) {
     return record;
 }
 
+template <class Rows>
+void writeRows(JsonWriter& writer, const Rows& rows) {
+    writer.beginArray();
+    typename Rows::Record record; // one for all: its texts keep their memory
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows.fill(i, record);
+        write(writer, record);
+    }
+    writer.endArray();
+}
+
 /// A list whose records are made one by one while it is sent. The context keeps the objects alive until then.
 template <class Rows>
 HttpResponse listResponse(std::unique_ptr<ModelContext> context, std::vector<typename Rows::Object*> objects,
@@ -35,13 +46,7 @@ HttpResponse listResponse(std::unique_ptr<ModelContext> context, std::vector<typ
     auto rows = std::make_shared<Rows>(*context, std::move(objects), now);
     context->endReading();
     return streamedResponse([owner = std::shared_ptr<ModelContext>(std::move(context)), rows](JsonWriter& writer) {
-        writer.beginArray();
-        typename Rows::Record record; // one for all: its texts keep their memory
-        for (std::size_t i = 0; i < rows->size(); ++i) {
-            rows->fill(i, record);
-            write(writer, record);
-        }
-        writer.endArray();
+        writeRows(writer, *rows);
     });
 }
 

@@ -1,8 +1,7 @@
 #include "API/TimeEntryController.h"
 
+#include "API/Edits.h"
 #include "API/TimeEntryRequests.h"
-#include "Models/Project.h"
-#include "Models/ProjectTask.h"
 #include "Models/TimeEntrySearch.h"
 
 namespace quillorn {
@@ -18,31 +17,11 @@ HttpResponse TimeEntryController::list(const HttpRequest& request) const {
 }
 
 HttpResponse TimeEntryController::create(const HttpRequest& request) const {
-    return createFrom<CreateTimeEntryRequest>(
-        request, [](ModelContext& context, const CreateTimeEntryRequest& body, Date now) -> TimeEntry& {
-            auto* task = findLinked<ProjectTask>(context, body.taskId);
-            auto* project = findLinked<Project>(context, body.projectId);
-            auto& entry = context.insert<TimeEntry>(TimeEntry::Arguments{
-                .task = task, .project = project, .startTime = body.startTime.value_or(now), .notes = body.notes});
-            entry.setEndTime(body.endTime);
-            return entry;
-        });
+    return createFrom<CreateTimeEntryRequest>(request, createTimeEntry);
 }
 
 HttpResponse TimeEntryController::update(const HttpRequest& request) const {
-    return updateFrom<UpdateTimeEntryRequest>(
-        request, [](ModelContext& context, TimeEntry& entry, const UpdateTimeEntryRequest& body, Date) {
-            if (body.startTime)
-                entry.setStartTime(*body.startTime);
-            if (body.endTime)
-                entry.setEndTime(body.endTime);
-            if (body.notes)
-                entry.setNotes(body.notes);
-            if (body.taskId)
-                entry.setTask(findLinked<ProjectTask>(context, body.taskId));
-            if (body.projectId)
-                entry.setProject(findLinked<Project>(context, body.projectId));
-        });
+    return updateFrom<UpdateTimeEntryRequest>(request, updateTimeEntry);
 }
 
 HttpResponse TimeEntryController::stop(const HttpRequest& request) const {

@@ -18,10 +18,13 @@ bool readText(const Json& json, Value& value, std::optional<Value> (*parse)(std:
 
 } // namespace
 
-void writeRecord(JsonWriter& writer, const RecordType& type, const void* record) {
+void writeRecord(JsonWriter& writer, const RecordType& type, const void* record, AbsentField absent) {
     writer.beginObject();
     for (const WireField& field : type.fields)
-        field.write(writer, field.name, record);
+        if (!field.write(writer, field.name, record) && absent == AbsentField::null) {
+            writer.key(field.name);
+            writer.null();
+        }
     writer.endObject();
 }
 
@@ -70,6 +73,22 @@ bool WireForm<double>::read(const Json& json, double& value) {
     else
         return false;
     return true;
+}
+
+void WireForm<Json::Object>::write(JsonWriter& writer, const Json::Object& members) {
+    writer.beginObject();
+    for (const auto& [name, value] : members) {
+        writer.key(name);
+        writer.value(value);
+    }
+    writer.endObject();
+}
+
+bool WireForm<Json::Object>::read(const Json& json, Json::Object& members) {
+    const Json::Object* object = json.asObject();
+    if (object != nullptr)
+        members = *object;
+    return object != nullptr;
 }
 
 bool WireForm<UUID>::read(const Json& json, UUID& value) {

@@ -34,7 +34,8 @@ struct WireField {
     /// Otherwise it is left out where absent, and null reads as absent.
     bool required;
     const WireShape* shape;
-    void (*write)(JsonWriter& writer, std::string_view name, const void* record);
+    /// False, and nothing written, where the value is absent.
+    bool (*write)(JsonWriter& writer, std::string_view name, const void* record);
     /// False for a value of another form.
     bool (*read)(const Json& value, void* record);
 };
@@ -53,7 +54,9 @@ concept WireRecord = requires {
     { Record::recordType() } -> std::same_as<const RecordType&>;
 };
 
-void writeRecord(JsonWriter& writer, const RecordType& type, const void* record);
+enum class AbsentField { leftOut, null };
+void writeRecord(JsonWriter& writer, const RecordType& type, const void* record,
+                 AbsentField absent = AbsentField::leftOut);
 /// False when a required key is missing or a value has another form; the record is then half filled. Unknown keys are
 /// ignored.
 bool readRecord(const Json& value, const RecordType& type, void* record);
@@ -116,6 +119,25 @@ struct WireForm<Date> {
     static bool read(const Json& json, Date& value);
 };
 
+/// A value of any form.
+template <>
+struct WireForm<Json> {
+    static constexpr WireShape shape{};
+    static void write(JsonWriter& writer, const Json& value) { writer.value(value); }
+    static bool read(const Json& json, Json& value) {
+        value = json;
+        return true;
+    }
+};
+
+/// An object of any members.
+template <>
+struct WireForm<Json::Object> {
+    static constexpr WireShape shape{.type = "object"};
+    static void write(JsonWriter& writer, const Json::Object& members);
+    static bool read(const Json& json, Json::Object& members);
+};
+
 template <WireRecord Record>
 struct WireForm<Record> {
     static constexpr WireShape shape{.type = "object", .record = &Record::recordType};
@@ -155,9 +177,10 @@ struct WireAccess;
 template <class Record, class Value, Value Record::* Member>
     requires(!isOptional<Value>)
 struct WireAccess<Member> {
-    static void write(JsonWriter& writer, std::string_view name, const void* record) {
+    static bool write(JsonWriter& writer, std::string_view name, const void* record) {
         writer.key(name);
         WireForm<Value>::write(writer, static_cast<const Record*>(record)->*Member);
+        return true;
     }
     static bool read(const Json& json, void* record) {
         return WireForm<Value>::read(json, static_cast<Record*>(record)->*Member);
@@ -169,12 +192,13 @@ struct WireAccess<Member> {
 
 template <class Record, class Value, std::optional<Value> Record::* Member>
 struct WireAccess<Member> {
-    static void write(JsonWriter& writer, std::string_view name, const void* record) {
+    static bool write(JsonWriter& writer, std::string_view name, const void* record) {
         const std::optional<Value>& value = static_cast<const Record*>(record)->*Member;
         if (!value)
-            return;
+            return false;
         writer.key(name);
         WireForm<Value>::write(writer, *value);
+        return true;
     }
     static bool read(const Json& json, void* record) {
         return WireForm<Value>::read(json, (static_cast<Record*>(record)->*Member).emplace());

@@ -1,6 +1,7 @@
 #include "App/QuillornApp.h"
 
 #include "API/APIServer.h"
+#include "MCP/MCPServer.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
@@ -132,6 +133,11 @@ void QuillornApp::createServices(Schedules schedules) {
         .mainQueue = m_environment.mainQueue,
         .version = m_environment.version,
     });
+    m_apiServer->makeMCPHandler = [this] {
+        const auto server = std::make_shared<MCPServer>(MCPEnvironment{
+            *m_container, m_environment.clock, m_environment.text, m_environment.calendar, m_environment.random});
+        return [server](const HttpRequest& request) { return server->handle(request.body); };
+    };
 }
 
 TimerService& QuillornApp::timerService() {

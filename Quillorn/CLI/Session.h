@@ -25,7 +25,6 @@ class Session {
     RunLoop& mainQueue() { return m_mainQueue; }
     FileSettings& settings() { return m_settings; }
     const Clock& clock() const { return m_clock; }
-    const Calendar& calendar() const { return m_calendar; }
 
     /// Whether the user's store could not be opened; says so on standard error.
     bool hasFailed() const;

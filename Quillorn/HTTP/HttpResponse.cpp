@@ -13,8 +13,8 @@ HttpResponse HttpResponse::switchProtocols(Headers headers) {
     return {101, "Switching Protocols", std::move(headers)};
 }
 
-HttpResponse HttpResponse::ok(HttpResponseBody body) {
-    HttpResponse response(200, "OK");
+HttpResponse HttpResponse::ok(HttpResponseBody body, Headers headers) {
+    HttpResponse response(200, "OK", std::move(headers));
     if (body.contentType())
         response.m_headers.emplace("Content-Type", *body.contentType());
     response.m_body = std::move(body);

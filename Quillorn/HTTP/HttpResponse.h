@@ -28,7 +28,8 @@ class HttpResponse {
     };
 
     static HttpResponse switchProtocols(Headers headers);
-    static HttpResponse ok(HttpResponseBody body);
+    /// `headers` are added to those that the body brings.
+    static HttpResponse ok(HttpResponseBody body, Headers headers = {});
     static HttpResponse created();
     static HttpResponse accepted();
     static HttpResponse movedPermanently(std::string location);

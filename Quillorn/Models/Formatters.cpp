@@ -59,6 +59,11 @@ std::string shortForm(double seconds) {
         return fmt::format("{}s", parts.seconds);
     if (parts.total < 3600)
         return fmt::format("{}m {}s", parts.minutes, parts.seconds);
+    return hoursAndMinutes(seconds);
+}
+
+std::string hoursAndMinutes(double seconds) {
+    const Parts parts(seconds);
     return fmt::format("{}h {}m", parts.hours, parts.minutes);
 }
 

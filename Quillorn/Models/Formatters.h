@@ -19,6 +19,8 @@ std::string shortForm(double seconds);
 /// How long ago `date` was, in the largest unit that it fills: "42 seconds", "1 minute", "3 weeks". The future counts
 /// as now.
 std::string relativeTime(Date date, Date now);
+/// A total in whole minutes: "0h 59m", "1h 5m".
+std::string hoursAndMinutes(double seconds);
 /// The time for a date of today, the day for one of this year, else the day and the year.
 std::string smartDate(Date date, Date now, const Calendar& calendar);
 /// "Today", "Tomorrow", "Overdue" or the date.

@@ -2,6 +2,7 @@
 
 #include "Models/Note.h"
 #include "Models/ProjectTask.h"
+#include "Models/Tag.h"
 #include "Platform/Text.h"
 #include "Store/ModelContext.h"
 
@@ -61,6 +62,38 @@ ProjectTask& duplicateTask(const ProjectTask& task, Date now) {
 
 void moveTask(ProjectTask& task, Project* project, Date now) {
     task.setProject(project);
+    task.setUpdatedAt(now);
+}
+
+void startWork(ProjectTask& task, Date now) {
+    if (task.status() != TaskStatus::inProgress)
+        task.setStatus(TaskStatus::inProgress, now);
+}
+
+ParentFault faultOfParent(const ProjectTask& task, const ProjectTask& parent) {
+    if (&task == &parent)
+        return ParentFault::self;
+    // The number of steps ends a chain that runs into a circle of its own.
+    const ProjectTask* above = &parent;
+    for (std::size_t steps = parent.depth(); steps > 0; --steps) {
+        above = above->parentTask();
+        if (above == &task)
+            return ParentFault::circle;
+    }
+    return ParentFault::none;
+}
+
+void addTagsToTask(ProjectTask& task, const std::vector<Tag*>& added, Date now) {
+    std::vector<Tag*> tags(task.tags().begin(), task.tags().end());
+    tags.insert(tags.end(), added.begin(), added.end());
+    task.setTags(tags);
+    task.setUpdatedAt(now);
+}
+
+void removeTagFromTask(ProjectTask& task, const UUID& tagId, Date now) {
+    std::vector<Tag*> tags(task.tags().begin(), task.tags().end());
+    std::erase_if(tags, [&](const Tag* tag) { return tag->id() == tagId; });
+    task.setTags(tags);
     task.setUpdatedAt(now);
 }
 

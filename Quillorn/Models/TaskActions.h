@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillorn {
 
@@ -11,6 +12,8 @@ class ModelContext;
 class Note;
 class Project;
 class ProjectTask;
+class Tag;
+class UUID;
 
 /// What a surface asks before it deletes.
 struct Confirmation {
@@ -30,6 +33,18 @@ ProjectTask& duplicateTask(const ProjectTask& task, Date now);
 
 /// Moves the task alone; subtasks, entries and comments stay where they are.
 void moveTask(ProjectTask& task, Project* project, Date now);
+
+/// Work on the task begins: it is in progress from now on, and open again if it was completed.
+void startWork(ProjectTask& task, Date now);
+
+/// Why a task can't stand under another one.
+enum class ParentFault { none, self, circle };
+ParentFault faultOfParent(const ProjectTask& task, const ProjectTask& parent);
+
+/// Tags that the task has already stay once.
+void addTagsToTask(ProjectTask& task, const std::vector<Tag*>& tags, Date now);
+/// Only notes the change where the task doesn't have it.
+void removeTagFromTask(ProjectTask& task, const UUID& tagId, Date now);
 
 /// Adds a comment and notes the change on the task. Null, and nothing done, when the text is blank.
 Note* addComment(ProjectTask& task, std::string_view text, Date now);

@@ -47,9 +47,13 @@ const Json* Json::find(std::string_view key) const {
 
 std::string Json::text(Style style) const {
     requireUTF8(*this);
+    return jsonText([this](JsonWriter& writer) { writer.value(*this); }, style);
+}
+
+std::string jsonText(const std::function<void(JsonWriter&)>& write, Json::Style style) {
     std::string text;
     JsonWriter writer([&](std::string_view piece) { text += piece; }, style);
-    writer.value(*this);
+    write(writer);
     writer.finish();
     return text;
 }

@@ -101,4 +101,7 @@ class JsonWriter {
     std::unique_ptr<State> m_state;
 };
 
+/// The text of what `write` writes.
+std::string jsonText(const std::function<void(JsonWriter&)>& write, Json::Style style = Json::Style::pretty);
+
 } // namespace quillorn

@@ -1,6 +1,7 @@
 #include "Services/TimerService.h"
 
 #include "Models/ProjectTask.h"
+#include "Models/TaskActions.h"
 #include "Models/TimeEntry.h"
 #include "Platform/Clock.h"
 #include "Store/StoreError.h"
@@ -62,8 +63,7 @@ void TimerService::start(ProjectTask& task, ModelContext& context) {
         stop(context);
     const Date now = m_clock.now();
     const auto& entry = context.insert<TimeEntry>(TimeEntry::Arguments{.task = &task, .startTime = now});
-    if (task.status() != TaskStatus::inProgress)
-        task.setStatus(TaskStatus::inProgress, now);
+    startWork(task, now);
     takeUp(entry);
 }
 

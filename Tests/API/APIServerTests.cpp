@@ -67,7 +67,7 @@ TEST_F(APIServerTest, aStartBindsReportsAndLogs) {
 }
 
 TEST_F(APIServerTest, externalAccessListensEverywhere) {
-    server->mcpHandler = [](const HttpRequest&) { return HttpResponse::accepted(); };
+    server->makeMCPHandler = [] { return [](const HttpRequest&) { return HttpResponse::accepted(); }; };
     start(true, "key");
     EXPECT_EQ(server->configuredListenAddresses(), (Addresses{"0.0.0.0", "::"}));
     EXPECT_TRUE(server->isExternalAccess());
@@ -202,8 +202,9 @@ TEST_F(APIServerTest, mcpIsThereWhenSomebodyAnswersIt) {
     start(false, "key", true);
     EXPECT_THAT(mcp("POST", "Authorization: Bearer key\r\n"), StartsWith("HTTP/1.1 404 "));
     server->stop();
-    server->mcpHandler = [](const HttpRequest& request) {
-        return HttpResponse::ok(HttpResponseBody::text("mcp " + request.body));
+    server->makeMCPHandler = [] {
+        return
+            [](const HttpRequest& request) { return HttpResponse::ok(HttpResponseBody::text("mcp " + request.body)); };
     };
     start();
     EXPECT_THAT(mcp("POST"), EndsWith("\r\n\r\nmcp []"));

@@ -50,6 +50,8 @@ TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
     std::vector<std::string> served;
     for (const Route& route : apiRoutes(*store.container, clock, text, paths))
         served.push_back(route.method + " " + route.path);
+    for (const Route& route : mcpRoutes({}))
+        served.push_back(route.method + " " + route.path);
     std::ranges::sort(served);
     EXPECT_EQ(served, document().operations());
 }

@@ -1,47 +1,8 @@
 #include "API/APITest.h"
-#include "Support/TestRecords.h"
-
-#include <map>
+#include "Support/CrowdedStore.h"
 
 namespace quillorn {
 namespace {
-
-using Ids = std::map<std::string, std::string>;
-
-/// `count` clients, projects, tasks, tags, entries and notes, most of them around the first of each; the others have
-/// every kind of link too. Returns the ids of the first ones and of a client, a project and a tag to link to.
-Ids fill(ModelContext& context, int count) {
-    std::vector<Client*> clients;
-    std::vector<Project*> projects;
-    std::vector<ProjectTask*> tasks;
-    std::vector<Tag*> tags;
-    std::vector<TimeEntry*> entries;
-    std::vector<Note*> notes;
-    for (int i = 0; i < count; ++i) {
-        const std::string name = fmt::format("A {}", i);
-        clients.push_back(&make<Client>(context, {.name = name}));
-        projects.push_back(&make<Project>(context, {.name = name}));
-        projects.back()->setClient(clients[i % 2 == 0 ? 0 : clients.size() - 1]);
-        tags.push_back(&make<Tag>(context, {.name = name}));
-        tasks.push_back(
-            &make<ProjectTask>(context, {.title = name, .project = projects[i % 2 == 0 ? 0 : projects.size() - 1]}));
-        tasks.back()->setTags({tags.front(), tags.back()});
-        if (i > 0)
-            tasks.back()->setParentTask(tasks.front());
-        for (ProjectTask* task : {tasks.front(), tasks.back()}) {
-            entries.push_back(&make<TimeEntry>(
-                context, {.task = task, .project = projects[static_cast<std::size_t>(i) / 2], .startTime = testNow}));
-            if (entries.size() > 1) // each that runs is a row that completion changes
-                entries.back()->setEndTime(testNow);
-            notes.push_back(&make<Note>(context, {.content = name, .project = projects.front(), .task = task}));
-        }
-    }
-    context.save();
-    return {{"client", clients[0]->id().string()},   {"otherClient", clients[1]->id().string()},
-            {"project", projects[0]->id().string()}, {"otherProject", projects[1]->id().string()},
-            {"task", tasks[0]->id().string()},       {"tag", tags[0]->id().string()},
-            {"entry", entries[0]->id().string()},    {"note", notes[0]->id().string()}};
-}
 
 struct MeasuredRoute {
     std::string method, path, body{};
@@ -106,10 +67,10 @@ class StatementTest : public APITest {
         TestStore fresh;
         serve(*fresh.container);
         start();
-        Ids ids;
+        StoreIds ids;
         {
             ModelContext context(*fresh.container, ModelContext::Intent::update);
-            ids = fill(context, count);
+            ids = crowd(context, count);
         }
         const std::pair<std::string, int> sizes[] = {
             {"clients", count},
@@ -128,16 +89,9 @@ class StatementTest : public APITest {
         for (const auto& [path, size] : sizes)
             EXPECT_EQ(get("/api/" + path).all("id").size(), static_cast<std::size_t>(size)) << path;
         std::map<std::string, std::uint64_t> counts;
-        const auto withIds = [&](std::string pattern) {
-            for (const auto& [name, id] : ids)
-                for (auto at = pattern.find("{" + name + "}"); at != std::string::npos;
-                     at = pattern.find("{" + name + "}"))
-                    pattern.replace(at, name.size() + 2, id);
-            return pattern;
-        };
         for (const auto& [method, path, body] : measured) {
             const auto before = fresh.container->executedStatements();
-            EXPECT_LT(call(method, withIds(path), withIds(body)).status, 300) << method << path;
+            EXPECT_LT(call(method, withIds(path, ids), withIds(body, ids)).status, 300) << method << path;
             counts[method + " " + path] = fresh.container->executedStatements() - before;
         }
         server.reset();

@@ -1,0 +1,61 @@
+#include "API/ClientRequests.h"
+#include "API/Edits.h"
+#include "API/Lookup.h"
+#include "MCP/ToolLists.h"
+#include "Models/ClientSearch.h"
+
+namespace quillorn {
+
+namespace {
+
+struct ClientArguments {
+    UUID clientId;
+};
+
+struct UpdateClientArguments : UpdateClientRequest {
+    UUID clientId;
+};
+
+} // namespace
+
+std::vector<Tool> clientTools() {
+    using Create = CreateClientRequest;
+    using Update = UpdateClientArguments;
+    return {
+        readingTool<ClientSearch>("list_clients",
+                                  "List all clients. Optionally filter by name or include archived clients.",
+                                  {{"name", &ClientSearch::name, "Filter by name (case-insensitive contains)"},
+                                   {"includeArchived", &ClientSearch::includeArchived, "Include archived clients"}},
+                                  [](const ToolCall& call, const ClientSearch& search) {
+                                      return findClients(call.context, search, call.text);
+                                  }),
+        readingTool<ClientArguments>("get_client",
+                                     "Get a specific client by ID, including project counts and time totals.",
+                                     {{"clientId", &ClientArguments::clientId, "Client UUID"}},
+                                     [](const ToolCall& call, const ClientArguments& arguments) -> Client& {
+                                         return findOrThrow<Client>(call.context, arguments.clientId);
+                                     }),
+        changingTool<Create>("create_client", "Create a new client.",
+                             {{"name", &Create::name, "Client name (required)"},
+                              {"description", &Create::description, "Client description"},
+                              {"color", &Create::color, "Hex color code", hexColor(defaultColor)},
+                              {"icon", &Create::icon, "SF Symbol name"}},
+                             [](const ToolCall& call, const Create& arguments) -> Client& {
+                                 return createClient(call.context, arguments, call.now);
+                             }),
+        changingTool<Update>("update_client", "Update a client's name, description, color, icon, or archived status.",
+                             {{"clientId", &Update::clientId, "Client UUID (required)"},
+                              {"name", &Update::name, "New client name"},
+                              {"description", &Update::description, "New client description"},
+                              {"color", &Update::color, "New hex color code", hexColor()},
+                              {"icon", &Update::icon, "New SF Symbol name"},
+                              {"isArchived", &Update::isArchived, "Archive or unarchive the client"}},
+                             [](const ToolCall& call, const Update& arguments) -> Client& {
+                                 auto& client = findOrThrow<Client>(call.context, arguments.clientId);
+                                 updateClient(call.context, client, arguments, call.now);
+                                 return client;
+                             }),
+    };
+}
+
+} // namespace quillorn

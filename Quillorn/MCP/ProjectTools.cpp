@@ -1,0 +1,63 @@
+#include "API/Edits.h"
+#include "API/Lookup.h"
+#include "API/ProjectRequests.h"
+#include "MCP/ToolLists.h"
+#include "Models/ProjectSearch.h"
+
+namespace quillorn {
+
+namespace {
+
+struct ProjectArguments {
+    UUID projectId;
+};
+
+struct UpdateProjectArguments : UpdateProjectRequest {
+    UUID projectId;
+};
+
+} // namespace
+
+std::vector<Tool> projectTools() {
+    using Create = CreateProjectRequest;
+    using Update = UpdateProjectArguments;
+    return {
+        readingTool<ProjectSearch>(
+            "list_projects",
+            "List all projects. Filter by client, name, or archived status. By default excludes archived projects and "
+            "projects under archived clients.",
+            {{"clientId", &ProjectSearch::clientId, "Filter by client UUID"},
+             {"name", &ProjectSearch::name, "Filter by name (case-insensitive contains)"},
+             {"includeArchived", &ProjectSearch::includeArchived,
+              "Include archived projects and projects under archived clients"}},
+            [](const ToolCall& call, const ProjectSearch& search) {
+                return findProjects(call.context, search, call.text);
+            }),
+        readingTool<ProjectArguments>("get_project", "Get a specific project with task counts and time totals.",
+                                      {{"projectId", &ProjectArguments::projectId, "Project UUID"}},
+                                      [](const ToolCall& call, const ProjectArguments& arguments) -> Project& {
+                                          return findOrThrow<Project>(call.context, arguments.projectId);
+                                      }),
+        changingTool<Create>("create_project", "Create a new project, optionally under a client.",
+                             {{"name", &Create::name, "Project name (required)"},
+                              {"description", &Create::description, "Project description"},
+                              {"color", &Create::color, "Hex color code", hexColor()},
+                              {"clientId", &Create::clientId, "Parent client UUID"}},
+                             [](const ToolCall& call, const Create& arguments) -> Project& {
+                                 return createProject(call.context, arguments, call.now);
+                             }),
+        changingTool<Update>("update_project", "Update a project's name, description, color, or archived status.",
+                             {{"projectId", &Update::projectId, "Project UUID (required)"},
+                              {"name", &Update::name, "New project name"},
+                              {"description", &Update::description, "New project description"},
+                              {"color", &Update::color, "New hex color code", hexColor()},
+                              {"isArchived", &Update::isArchived, "Archive or unarchive the project"}},
+                             [](const ToolCall& call, const Update& arguments) -> Project& {
+                                 auto& project = findOrThrow<Project>(call.context, arguments.projectId);
+                                 updateProject(call.context, project, arguments, call.now);
+                                 return project;
+                             }),
+    };
+}
+
+} // namespace quillorn

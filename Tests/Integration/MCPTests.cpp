@@ -1,0 +1,105 @@
+#include "Integration/ServerProcess.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+namespace quillorn {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+TEST(MCP, anAgentWorksThroughItsDayWithACommonClient) {
+    const fs::path script = fs::path(QUILLORN_NPM_FOLDER) / "mcp-session.js";
+    if (!fs::exists(script) || !fs::exists(QUILLORN_NODE))
+        GTEST_SKIP() << "the client of the SDK is not installed";
+    const TemporaryFolder home;
+    const ServerProcess server(home.path());
+    ProgramProcess agent(home.path(), {.program = QUILLORN_NODE,
+                                       .arguments = {script, fmt::format("http://localhost:{}/mcp", server.port())}});
+    EXPECT_EQ(agent.wait(), 0) << agent.errors();
+    EXPECT_EQ(agent.output(), "MCP session passed\n");
+}
+
+/// The two surfaces of one server.
+struct BothSurfaces : testing::Test {
+    Json send(const std::string& message) const { return server.json("POST", "/mcp", message); }
+    /// The text that a tool returns; faults begin with "error: ".
+    std::string call(const std::string& tool, const std::string& arguments) const {
+        const Json answer = send(fmt::format(
+            R"({{"jsonrpc": "2.0", "id": 1, "method": "tools/call", "params": {{"name": "{}", "arguments": {}}}}})",
+            tool, arguments));
+        const Json& result = *answer.find("result");
+        const std::string text = *result.find("content")->asArray()->front().find("text")->asString();
+        return *result.find("isError")->asBool() ? "error: " + text : text;
+    }
+    Json record(const std::string& tool, const std::string& arguments) const {
+        return Json::parse(call(tool, arguments));
+    }
+    int status(const std::string& method, const std::string& path, const std::string& body = {}) const {
+        return std::stoi(server.request(method, path, body).substr(9));
+    }
+    static std::string idOf(const Json& record) { return *record.find("id")->asString(); }
+
+    TemporaryFolder home;
+    ServerProcess server{home.path()};
+};
+
+TEST_F(BothSurfaces, showOneRecordAndDifferWhereTheyShould) {
+    const std::string unknown = "00000000-0000-4000-8000-00000000ABCD";
+    const std::string task = idOf(server.json("POST", "/api/tasks", R"({"title": "Task"})"));
+    const std::string ofTask = fmt::format(R"("taskId": "{}")", task);
+    EXPECT_THAT(server.request("GET", "/api/tasks/" + task), testing::EndsWith(call("get_task", "{" + ofTask + "}")));
+
+    const std::string parent = fmt::format(R"({{"title": "Sub", "parentTaskId": "{}"}})", task);
+    EXPECT_EQ(server.json("POST", "/api/tasks", parent).find("parentTaskId"), nullptr);
+    EXPECT_EQ(*record("create_task", parent).find("parentTaskId"), Json(task));
+
+    EXPECT_EQ(*server.json("POST", "/api/notes", "{}").find("title"), Json(""));
+    EXPECT_EQ(*record("create_note", "{}").find("title"), Json("Untitled Note"));
+
+    const std::string entry = idOf(record("start_timer", "{}"));
+    EXPECT_EQ(status("POST", "/api/time-entries/" + entry + "/stop"), 200);
+    EXPECT_EQ(status("POST", "/api/time-entries/" + entry + "/stop"), 400);
+    EXPECT_THAT(call("stop_timer", fmt::format(R"({{"timeEntryId": "{}"}})", entry)), StartsWith("{"));
+
+    const struct {
+        std::string method, path, tool, arguments;
+        int status;
+        const char* answer; // how that of the tool starts
+    } cases[] = {
+        {"POST", "/api/tasks", "create_task", R"("title": "T", "priority": 9)", 400, "{"},
+        {"PUT", "/api/tasks/" + task, "update_task", ofTask + R"(, "title": " ")", 400, "{"},
+        {"POST", "/api/tags", "create_tag", R"("name": "T", "color": "red")", 400, "{"},
+        {"POST", "/api/clients", "create_client", R"("name": "C", "color": "red")", 400, "{"},
+        {"POST", "/api/clients", "create_client", R"("name": " ")", 400, "error: name is required"},
+        {"POST", "/api/tasks/" + task + "/tags", "add_tags_to_task",
+         ofTask + fmt::format(R"(, "tagIds": ["{}"])", unknown), 200, "error: Tag not found: "},
+        {"POST", "/api/time-entries", "log_time",
+         R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T09:00:00Z")", 400, "{"},
+        {"POST", "/api/time-entries", "log_time",
+         fmt::format(R"("startTime": "2026-01-15T09:00:00Z", "endTime": "2026-01-15T10:00:00Z", "taskId": "{}")",
+                     unknown),
+         404, "{"},
+        {"POST", "/api/time-entries", "start_timer", fmt::format(R"("taskId": "{}")", unknown), 404,
+         "error: Task not found: "},
+        {"POST", "/api/tasks", "create_task", R"("title": "T", "dueDate": "soon")", 400, "{"},
+    };
+    for (const auto& [method, path, tool, arguments, expected, answer] : cases) {
+        EXPECT_EQ(status(method, path, "{" + arguments + "}"), expected) << path << arguments;
+        EXPECT_THAT(call(tool, "{" + arguments + "}"), StartsWith(answer)) << tool << arguments;
+    }
+}
+
+TEST_F(BothSurfaces, enormousMessagesAreAnswered) {
+    const std::size_t size = 50'000'000;
+    const std::string text(size, 'x');
+    EXPECT_THAT(send(std::string(size, '[')).text(), HasSubstr("-32700"));
+    const Json note = record("create_note", R"({"content": ")" + text + "\"}");
+    EXPECT_EQ(note.find("content")->asString()->size(), size);
+    EXPECT_TRUE(server.isServing());
+}
+
+} // namespace
+} // namespace quillorn

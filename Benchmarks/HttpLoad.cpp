@@ -1,10 +1,12 @@
-// Load on one HTTP server: every connection sends a GET, waits for the whole answer and sends the next one.
+// Load on one HTTP server: every connection sends a GET, or a POST of --body, waits for the whole answer and sends the
+// next one.
 //
 // The server keeps a connection only for clients that ask with "Connection: keep-alive", so that is sent unless
 // --close asks for a new connection for each request.
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -33,6 +35,7 @@ using Clock = std::chrono::steady_clock;
 struct Options {
     std::string host = "127.0.0.1";
     std::string path = "/api/health";
+    std::string body{}; // JSON
     int port = 18080;
     int connections = 8;
     int threads = 1;
@@ -42,7 +45,7 @@ struct Options {
 };
 
 constexpr const char* usage = "usage: quillorn-http-load [--host ADDRESS] [--port N] [--path PATH] [--connections N]\n"
-                              "                          [--threads N] [--seconds S] [--close] [--json]\n"
+                              "                          [--body JSON] [--threads N] [--seconds S] [--close] [--json]\n"
                               "ADDRESS is a numeric IPv4 address. Prints requests a second and the latencies in\n"
                               "microseconds; errors are answers other than 2xx and connections that broke.\n";
 
@@ -63,8 +66,10 @@ std::optional<std::size_t> answerLength(std::string_view received) {
     const auto headEnd = received.find("\r\n\r\n");
     if (headEnd == std::string_view::npos)
         return std::nullopt;
-    constexpr std::string_view name = "\r\nContent-Length: ";
-    const auto at = received.substr(0, headEnd).find(name);
+    constexpr std::string_view name = "\r\ncontent-length: ";
+    std::string head(received.substr(0, headEnd));
+    std::ranges::transform(head, head.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const auto at = head.find(name);
     if (at == std::string_view::npos)
         return std::string_view::npos;
     std::size_t length = 0;
@@ -81,8 +86,14 @@ class Load {
           m_end(end),
           m_connections(static_cast<std::size_t>(connections)),
           m_epoll(::epoll_create1(0)) {
-        m_request = fmt::format("GET {} HTTP/1.1\r\nHost: {}:{}\r\nConnection: {}\r\n\r\n", options.path, options.host,
-                                options.port, options.close ? "close" : "keep-alive");
+        m_request =
+            fmt::format("{} {} HTTP/1.1\r\nHost: {}:{}\r\nConnection: {}\r\n", options.body.empty() ? "GET" : "POST",
+                        options.path, options.host, options.port, options.close ? "close" : "keep-alive");
+        if (!options.body.empty())
+            m_request += fmt::format("Accept: application/json, text/event-stream\r\nContent-Type: application/json\r\n"
+                                     "Content-Length: {}\r\n",
+                                     options.body.size());
+        m_request += "\r\n" + options.body;
         m_target.sin_family = AF_INET;
         m_target.sin_port = htons(static_cast<std::uint16_t>(options.port));
         if (::inet_pton(AF_INET, options.host.c_str(), &m_target.sin_addr) != 1)
@@ -228,6 +239,8 @@ Options parsed(int argc, char** argv) {
             options.port = number<int>(value());
         else if (name == "--path")
             options.path = value();
+        else if (name == "--body")
+            options.body = value();
         else if (name == "--connections")
             options.connections = number<int>(value());
         else if (name == "--threads")

@@ -1,7 +1,7 @@
 // Kills the server again and again while it is written to in every way there is, and looks after each restart whether
 // all that was acknowledged is there, and nothing by halves.
 
-#include "Crash/Snapshots.h"
+#include "Crash/Backups.h"
 #include "Integration/ServerProcess.h"
 #include "Support/TestStore.h"
 
@@ -28,7 +28,7 @@ struct Totals {
     int cycles = 0;
     int kills = 0;
     int cleanEnds = 0;
-    int snapshots = 0;
+    int backups = 0;
     std::size_t programsKilled = 0;
     std::size_t acknowledged = 0;
     std::size_t overMCP = 0; // of the acknowledged
@@ -93,11 +93,11 @@ void CrashTest::work(ServerProcess& server) {
         });
     threads.emplace_back([&] { m_timer.run(round, *restSurface(server.port())); });
     if (m_dice.chance(20)) {
-        ++m_totals.snapshots;
+        ++m_totals.backups;
         std::vector<const Ledger*> all;
         for (const Ledger* ledger : ledgers())
             all.push_back(ledger);
-        threads.emplace_back([&round, all] { takeSnapshot(round, all); });
+        threads.emplace_back([&round, all] { takeBackup(round, all); });
     }
     // The end falls into the work, whatever the machine's speed.
     const std::size_t goal = 1 + m_dice.below(60);
@@ -173,8 +173,8 @@ int run(const Options& options) {
     const Totals& totals = test.totals();
     fmt::print(
         "{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs, {} "
-        "snapshots\n{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened; {} faults\n",
-        totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.snapshots,
+        "backups\n{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened; {} faults\n",
+        totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.backups,
         totals.acknowledged, totals.overMCP, totals.cutOff, totals.happened, test.faults());
     if (test.faults() > 0)
         keep(test.home(), options.seed);

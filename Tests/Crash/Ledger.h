@@ -47,7 +47,7 @@ class Ledger {
     };
     /// Compares with what is there. Takes over what became of operations in flight.
     Finding check(const ListedRecords& listed);
-    /// What must be in a snapshot that was begun when `before` was acknowledged, and is finished now: all that has not
+    /// What must be in a backup that was begun when `before` was acknowledged, and is finished now: all that has not
     /// been touched since.
     KnownRecords untouchedSince(const KnownRecords& before) const;
 

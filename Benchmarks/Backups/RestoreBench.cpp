@@ -8,17 +8,20 @@
 #include "Store/ReplaceContents.h"
 
 #include <fmt/core.h>
-#include <sys/resource.h>
+#include <fstream>
+#include <string>
 
 namespace {
 
 using namespace quillorn;
 
-/// The most memory that this process has had.
+/// The most memory that this program has had.
 double peakMegabytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) * 1024 / 1e6;
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:"))
+            return std::stod(line.substr(6)) * 1024 / 1e6;
+    return 0;
 }
 
 void run(const char* from, const char* to) {

@@ -29,6 +29,8 @@ struct Totals {
     int kills = 0;
     int cleanEnds = 0;
     int backups = 0;
+    int restored = 0;
+    int interrupted = 0; // restores without effect
     std::size_t programsKilled = 0;
     std::size_t acknowledged = 0;
     std::size_t overMCP = 0; // of the acknowledged
@@ -56,6 +58,7 @@ class CrashTest {
     Dice m_dice;
     std::vector<std::unique_ptr<Writer>> m_writers;
     TimerUser m_timer;
+    std::unique_ptr<InterruptedRestore> m_restore;
     std::unique_ptr<ServerProcess> m_server;
     Totals m_totals;
     std::atomic<std::size_t> m_faults{0};
@@ -72,6 +75,7 @@ CrashTest::CrashTest(const Options& options)
         m_writers.push_back(std::make_unique<Writer>(fmt::format("w{}", number),
                                                      static_cast<unsigned>(options.seed * writerCount + number)));
     m_server = std::make_unique<ServerProcess>(m_home.path());
+    m_restore = std::make_unique<InterruptedRestore>(m_home.path(), ledgers());
     m_timer.prepare(*restSurface(m_server->port()));
 }
 
@@ -80,6 +84,10 @@ void CrashTest::cycle() {
     work(*m_server);
     m_server = std::make_unique<ServerProcess>(m_home.path());
     check();
+    Round quiet{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
+    m_restore->mayHappen(m_dice, quiet, m_server->port());
+    m_totals.restored = m_restore->restored();
+    m_totals.interrupted = m_restore->interrupted();
 }
 
 void CrashTest::work(ServerProcess& server) {
@@ -171,11 +179,12 @@ int run(const Options& options) {
     while (test.totals().cycles < options.cycles && seconds() < options.seconds && test.faults() == 0)
         test.cycle();
     const Totals& totals = test.totals();
-    fmt::print(
-        "{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs, {} "
-        "backups\n{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened; {} faults\n",
-        totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.backups,
-        totals.acknowledged, totals.overMCP, totals.cutOff, totals.happened, test.faults());
+    fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs\n"
+               "{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened\n"
+               "{} backups among the writes; {} restores with effect and {} killed before; {} faults\n",
+               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.acknowledged,
+               totals.overMCP, totals.cutOff, totals.happened, totals.backups, totals.restored, totals.interrupted,
+               test.faults());
     if (test.faults() > 0)
         keep(test.home(), options.seed);
     return test.faults() == 0 ? 0 : 1;

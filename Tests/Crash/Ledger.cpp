@@ -7,16 +7,17 @@ namespace quillorn {
 
 namespace {
 
-bool isEqual(const KnownRecord& a, const KnownRecord& b) {
-    return a.owner == b.owner && a.fields == b.fields;
-}
-
 void apply(const Operation& operation, KnownRecords& records) {
-    for (const auto& [key, record] : operation)
-        if (record)
-            records[key] = *record;
-        else
+    for (const auto& [key, record] : operation) {
+        if (!record) {
             records.erase(key);
+            continue;
+        }
+        KnownRecord& known = records[key];
+        const int changes = known.changes;
+        known = *record;
+        known.changes = changes + 1;
+    }
 }
 
 std::string textOf(const Json* value) {
@@ -50,6 +51,12 @@ KnownRecords Ledger::records() const {
     return m_records;
 }
 
+void Ledger::goBackTo(KnownRecords records) {
+    const std::lock_guard lock(m_mutex);
+    m_records = std::move(records);
+    m_inFlight.clear();
+}
+
 Ledger::Finding Ledger::check(const ListedRecords& listed) {
     const std::lock_guard lock(m_mutex);
     Finding finding{.faults = differences(m_records, listed)};
@@ -74,7 +81,7 @@ KnownRecords Ledger::untouchedSince(const KnownRecords& before) const {
         const auto now = m_records.find(key);
         const bool isInFlight = std::any_of(m_inFlight.begin(), m_inFlight.end(),
                                             [&](const Operation& operation) { return operation.contains(key); });
-        if (now != m_records.end() && isEqual(now->second, record) && !isInFlight)
+        if (now != m_records.end() && now->second.changes == record.changes && !isInFlight)
             untouched.emplace(key, record);
     }
     return untouched;

@@ -16,6 +16,8 @@ struct KnownRecord {
     std::string id;    // empty until a list or an answer has told it
     std::string owner; // the key of what takes it along when it is deleted
     Json::Object fields{};
+    /// How often it was changed, kept by the ledger: a record may well come back to what it was.
+    int changes = 0;
 };
 
 /// By the key that its writer has given it: the first word of its name.
@@ -39,6 +41,8 @@ class Ledger {
     void withdraw();
 
     KnownRecords records() const;
+    /// Everything was replaced by an earlier state.
+    void goBackTo(KnownRecords records);
 
     struct Finding {
         std::vector<std::string> faults;

@@ -93,19 +93,25 @@ void CrashTest::cycle() {
 void CrashTest::work(ServerProcess& server) {
     Round round{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
     std::vector<std::jthread> threads;
-    for (std::size_t number = 0; number < m_writers.size(); ++number)
-        threads.emplace_back([&, number] {
-            const auto surface = number % 2 == 0 ? restSurface(server.port()) : mcpSurface(server.port());
-            m_writers[number]->run(round, *surface);
+    const auto start = [&](auto job) {
+        threads.emplace_back([&round, job] {
+            try {
+                job();
+            } catch (const std::exception& error) {
+                round.fault(error.what());
+            }
             round.noteProgress();
         });
-    threads.emplace_back([&] { m_timer.run(round, *restSurface(server.port())); });
+    };
+    for (std::size_t number = 0; number < m_writers.size(); ++number)
+        start([&round, &server, &writer = *m_writers[number], number] {
+            writer.run(round, *(number % 2 == 0 ? restSurface(server.port()) : mcpSurface(server.port())));
+        });
+    start([&] { m_timer.run(round, *restSurface(server.port())); });
     if (m_dice.chance(20)) {
         ++m_totals.backups;
-        std::vector<const Ledger*> all;
-        for (const Ledger* ledger : ledgers())
-            all.push_back(ledger);
-        threads.emplace_back([&round, all] { takeBackup(round, all); });
+        const auto all = ledgers();
+        start([&round, all] { takeBackup(round, {all.begin(), all.end()}); });
     }
     // The end falls into the work, whatever the machine's speed.
     const std::size_t goal = 1 + m_dice.below(60);

@@ -2,6 +2,7 @@
 # What ./run, ./test and .ci/run share. Sourced after `root` was set to the folder of the repository.
 
 viewer_package=@scalar/api-reference@1.72.1
+lzfse_package=apfs-dkms
 viewer_sha256=bf091006bdc3af6067af77c2f534812e3e633e94a94e87138069f570f33b762c
 : "${root:?}"
 
@@ -58,7 +59,7 @@ require_build_tools() {
         if [ "$(uname)" = Darwin ]; then
             say "Install what Quillorn needs with Homebrew:" >&2
             say "  brew install cmake ninja icu4c howard-hinnant-date openssl curl sqlite fmt rapidjson cli11 node" \
-                "googletest rapidcheck" >&2
+                "googletest rapidcheck lzfse" >&2
             say "and set CMAKE_PREFIX_PATH=\"\$(brew --prefix icu4c):\$(brew --prefix openssl)\"." >&2
         else
             say "This is no Debian system. Install the counterparts of the packages in packages.txt." >&2
@@ -108,6 +109,46 @@ fetch_viewer() {
         touch "$folder/unreachable"
     fi
     rm -rf "$folder/package" "$folder"/*.tgz
+}
+
+# Brings the sources of LZFSE to build/lzfse, for systems without liblzfse. Debian has them in a package for another
+# purpose, which is unpacked and never installed.
+fetch_lzfse() {
+    local folder=$root/build/lzfse
+    [ ! -f "$folder/lzfse_encode.c" ] || return 0
+    ! c++ -x c++ -include lzfse.h - -llzfse -o /dev/null <<<'int main() {}' 2>/dev/null || return 0
+    command -v apt-get >/dev/null || die "liblzfse is missing; install it (with Homebrew: brew install lzfse)"
+    say "Fetching the sources of LZFSE ($lzfse_package)"
+    mkdir -p "$root/build"
+    local temporary
+    temporary=$(mktemp -d "$folder.XXXXXX")
+    # Without package lists the download fails at once.
+    if (cd "$temporary" && { logged apt-get -q download "$lzfse_package" ||
+        { apt_get update && logged apt-get -q download "$lzfse_package"; }; } 2>/dev/null &&
+        dpkg -x ./*.deb . && prepare_lzfse usr/src/*/lzfse usr/share/doc/"$lzfse_package"/copyright lzfse); then
+        rm -rf "$folder"
+        mv "$temporary/lzfse" "$folder"
+    fi
+    rm -rf "$temporary"
+    [ -f "$folder/lzfse_encode.c" ] ||
+        die "the sources of LZFSE could not be fetched (output in build/setup.log); is the network there?"
+}
+
+# Makes sources for user space of those for the kernel: prepare_lzfse KERNEL-SOURCES LICENSES RESULT
+prepare_lzfse() {
+    local source=$1 licenses=$2 result=$3
+    local headers=$result/linux
+    mkdir -p "$headers" "$result/include" &&
+        cp "$source"/lzfse*.[ch] "$source"/lzvn*.[ch] "$result/" && rm -f "$result/lzfse_main.c" &&
+        sed -n '/^Files: lzfse/,/^Files: debian/p' "$licenses" >"$result/LICENSE" &&
+        printf '#include <stddef.h>\n#include <stdint.h>\n' >"$headers/types.h" &&
+        printf '#include <stddef.h>\n' >"$headers/stddef.h" &&
+        printf '#include <string.h>\n' >"$headers/string.h" &&
+        printf '#include <limits.h>\n#include <stdint.h>\n' >"$headers/limits.h" &&
+        printf '#include <stdlib.h>\n#define kmalloc(n, f) malloc(n)\n#define kfree(p) free(p)\n' >"$headers/slab.h" &&
+        # What we include must not drag these in: they would stand before the system's own.
+        sed -e 's,<linux/stddef.h>,<stddef.h>,' -e 's,<linux/types.h>,<stdint.h>,' "$result/lzfse.h" \
+            >"$result/include/lzfse.h"
 }
 
 sha256() {

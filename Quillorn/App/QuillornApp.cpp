@@ -8,6 +8,7 @@
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
+#include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
 #include <fmt/core.h>
@@ -24,6 +25,10 @@ constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
 
 } // namespace
 
+std::filesystem::path storeFile(const Paths& paths) {
+    return paths.applicationSupport() / "Quillorn" / storeName;
+}
+
 APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     const Settings settings(store);
     const std::int64_t port = settings.integer(setting("apiPort"));
@@ -35,7 +40,8 @@ APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
     };
 }
 
-QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart)
+QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process, ServerStart serverStart,
+                         Schedules schedules)
     : m_environment(std::move(environment)) {
     const auto [isTesting, isDemo] = LaunchFlags::of(process);
     if (isTesting || isDemo)
@@ -52,7 +58,7 @@ QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process,
     } else {
         openStore();
     }
-    createServices();
+    createServices(schedules);
     if (m_runMode == RunMode::normal && serverStart == ServerStart::bySetting &&
         Settings(m_environment.settings).boolean(setting("apiAutoStart")))
         startAPIServer(APIServerOptions::fromSettings(m_environment.settings));
@@ -73,8 +79,8 @@ void QuillornApp::openInMemory(const std::string& fatalWords) {
 }
 
 void QuillornApp::openStore() {
-    const std::filesystem::path folder = m_environment.paths.applicationSupport() / "Quillorn";
-    m_storeFile = folder / storeName;
+    m_storeFile = storeFile(m_environment.paths);
+    const std::filesystem::path folder = m_storeFile.parent_path();
     try {
         createPrivateFolder(folder);
     } catch (const std::system_error&) {
@@ -107,8 +113,17 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
     }
 }
 
-void QuillornApp::createServices() {
+void QuillornApp::createServices(Schedules schedules) {
     m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
+    m_backupService = std::make_unique<BackupService>(
+        BackupEnvironment{
+            .clock = m_environment.clock,
+            .calendar = m_environment.calendar,
+            .settings = m_environment.settings,
+            .mainQueue = m_environment.mainQueue,
+            .log = m_environment.log,
+        },
+        m_storeFile, *m_container, m_runMode == RunMode::normal && schedules == Schedules::run);
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,

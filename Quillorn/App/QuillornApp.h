@@ -14,6 +14,7 @@
 namespace quillorn {
 
 class APIServer;
+class BackupService;
 class Calendar;
 class Clock;
 class MainQueue;
@@ -46,6 +47,9 @@ struct AppEnvironment {
     std::string version;
 };
 
+/// The file of the user's store. Throws std::runtime_error for a user without a home.
+std::filesystem::path storeFile(const Paths& paths);
+
 /// How the API server is to listen.
 struct APIServerOptions {
     /// 0 takes any free port.
@@ -62,11 +66,13 @@ struct APIServerOptions {
 class QuillornApp {
   public:
     enum class ServerStart { bySetting, byCaller };
+    /// Whether a launch in normal mode does at set times what is to be done: for programs that stay, not for commands.
+    enum class Schedules { run, rest };
 
     /// Runs the whole start-up; a store that can't be opened leads to fallback mode. Throws LaunchError, and
     /// std::runtime_error for a user without a home.
     QuillornApp(AppEnvironment environment, const ProcessInfo& process,
-                ServerStart serverStart = ServerStart::bySetting);
+                ServerStart serverStart = ServerStart::bySetting, Schedules schedules = Schedules::run);
     ~QuillornApp();
     QuillornApp(const QuillornApp&) = delete;
     QuillornApp& operator=(const QuillornApp&) = delete;
@@ -75,6 +81,7 @@ class QuillornApp {
     ModelContainer& container() { return *m_container; }
     /// The context of the main thread.
     ModelContext& mainContext() { return m_mainContext->context(); }
+    BackupService& backupService() { return *m_backupService; }
     APIServer& apiServer() { return *m_apiServer; }
     /// Made on first use.
     TimerService& timerService();
@@ -91,7 +98,7 @@ class QuillornApp {
     void openInMemory(const std::string& fatalWords);
     void openStore();
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
-    void createServices();
+    void createServices(Schedules schedules);
 
     AppEnvironment m_environment;
     RunMode m_runMode = RunMode::normal;
@@ -99,6 +106,7 @@ class QuillornApp {
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
     std::unique_ptr<MainContext> m_mainContext;
+    std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;
 };

@@ -38,4 +38,14 @@ ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process);
 ExitStatus stopTimer(const ProcessInfo& process);
 ExitStatus showTimer(bool json, const ProcessInfo& process);
 
+/// Backups of the user's store, also while a server runs on it.
+ExitStatus backUp(bool json, const ProcessInfo& process);
+/// Also looks into each, unless `check` is false; fails when one is damaged.
+ExitStatus listBackups(bool json, bool check);
+/// Asks first, unless `confirmed`.
+ExitStatus restore(const std::string& file, bool confirmed, const ProcessInfo& process);
+
+/// Looks whether all is well, changing nothing; fails when it is not.
+ExitStatus examine(bool json);
+
 } // namespace quillorn

@@ -3,6 +3,7 @@
 #include "CLI/Session.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
+#include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
 #include <cstdio>
@@ -26,7 +27,7 @@ APIServerOptions combine(const ServeOptions& options, SettingsStore& settings) {
 } // namespace
 
 ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
-    Session session(process);
+    Session session(process, QuillornApp::Schedules::run);
     if (session.hasFailed())
         return ExitStatus::failure;
     // No thread has been started so far, as it has to be.
@@ -43,6 +44,11 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
         fmt::print(stderr, "quillorn: {}\n", *server.lastError());
         failed = true;
         session.mainQueue().stop();
+    };
+    BackupService& backups = app.backupService();
+    backups.onChange = [&] {
+        if (!backups.isBackingUp() && backups.lastError())
+            fmt::print(stderr, "quillorn: the backup failed: {}\n", *backups.lastError());
     };
     app.startAPIServer(combine(options, session.settings()));
     session.mainQueue().run();

@@ -19,7 +19,7 @@ namespace quillorn {
 class Session {
   public:
     /// Throws what QuillornApp throws.
-    explicit Session(const ProcessInfo& process);
+    explicit Session(const ProcessInfo& process, QuillornApp::Schedules schedules = QuillornApp::Schedules::rest);
 
     QuillornApp& app() { return *m_app; }
     RunLoop& mainQueue() { return m_mainQueue; }

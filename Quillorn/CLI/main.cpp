@@ -90,6 +90,36 @@ void addTimer(CLI::App& app, Action& action, const ProcessInfo& process) {
     status->callback([=, &action, &process] { action = [=, &process] { return showTimer(*json, process); }; });
 }
 
+void addBackups(CLI::App& app, Action& action, const ProcessInfo& process) {
+    auto json = std::make_shared<bool>(false);
+    auto quick = std::make_shared<bool>(false);
+    auto confirmed = std::make_shared<bool>(false);
+    auto file = std::make_shared<std::string>();
+
+    CLI::App* backup = app.add_subcommand("backup", "Take a backup now, also while the server runs");
+    backup->add_flag("--json", *json, "Print JSON");
+    backup->callback([=, &action, &process] { action = [=, &process] { return backUp(*json, process); }; });
+
+    CLI::App* list = app.add_subcommand("backups", "Show the backups, and whether they are sound");
+    list->add_flag("--no-check", *quick, "Don't look into the files, which takes a while for large stores");
+    list->add_flag("--json", *json, "Print JSON");
+    list->callback([=, &action] { action = [=] { return listBackups(*json, !*quick); }; });
+
+    CLI::App* restored = app.add_subcommand("restore", "Replace all data by that of a backup");
+    restored->footer("The present data goes to the folder of the backups first, so a restore can be undone.");
+    restored->add_option("FILE", *file, "The backup")->required();
+    restored->add_flag("--yes", *confirmed, "Don't ask");
+    restored->callback(
+        [=, &action, &process] { action = [=, &process] { return restore(*file, *confirmed, process); }; });
+}
+
+void addDoctor(CLI::App& app, Action& action) {
+    auto json = std::make_shared<bool>(false);
+    CLI::App* doctor = app.add_subcommand("doctor", "Look whether all is well, changing nothing");
+    doctor->add_flag("--json", *json, "Print JSON");
+    doctor->callback([=, &action] { action = [=] { return examine(*json); }; });
+}
+
 int run(int count, char** arguments) {
     const ProcessInfo process = describeProcess(count, arguments);
     CLI::App app("Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
@@ -101,6 +131,8 @@ int run(int count, char** arguments) {
     addServe(app, action, process);
     addSettings(app, action);
     addTimer(app, action, process);
+    addBackups(app, action, process);
+    addDoctor(app, action);
 
     // The switch for demo mode is no option of the usual form; the application looks at it by itself.
     std::vector<std::string> options = process.arguments;

@@ -87,6 +87,15 @@ Date Calendar::startOfISOWeek(Date date) const {
     return m_state->startOf(day - days{weekday{day}.iso_encoding() - 1});
 }
 
+year_month_day Calendar::firstDayOfWeek(Date date) const {
+    const local_days day = m_state->localDay(date);
+    return year_month_day{day - (weekday{day} - m_state->formats.firstWeekday())};
+}
+
+Date Calendar::instant(local_seconds time) const {
+    return m_state->toDate(std::clamp(time, local_seconds{firstDay}, local_seconds{lastDay}));
+}
+
 std::string Calendar::format(Date date, std::string_view pattern) const {
     return m_state->formats.format(floor<seconds>(m_state->toLocal(date)), pattern);
 }

@@ -33,6 +33,11 @@ class Calendar {
     Date addDays(Date date, int dayCount) const;
     /// Monday 00:00 of the ISO 8601 week, whatever the locale's first weekday.
     Date startOfISOWeek(Date date) const;
+    /// The first civil day of the week, by the locale's first weekday.
+    std::chrono::year_month_day firstDayOfWeek(Date date) const;
+
+    /// The instant of a wall-clock time, by the rules of addDays.
+    Date instant(std::chrono::local_seconds time) const;
 
     /// The wall-clock time by a Unicode date pattern ("h:mm a", "MMM d, yyyy", "yyyyMMdd-HHmm"). Digits and year are
     /// the locale's as well as the words, so for texts that programs read make a calendar with locale "en_US_POSIX".

@@ -88,4 +88,14 @@ std::string DateFormats::mediumDate(std::chrono::local_seconds time) {
     return State::text(*m_state->medium, time);
 }
 
+std::chrono::weekday DateFormats::firstWeekday() const {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(
+        icu::Calendar::createInstance(*icu::TimeZone::getGMT(), m_state->locale, error));
+    check(error);
+    const UCalendarDaysOfWeek first = calendar->getFirstDayOfWeek(error);
+    check(error);
+    return std::chrono::weekday(static_cast<unsigned>(first - UCAL_SUNDAY));
+}
+
 } // namespace quillorn

@@ -17,6 +17,8 @@ class DateFormats {
     std::string format(std::chrono::local_seconds time, std::string_view pattern);
     /// In the locale's medium date style.
     std::string mediumDate(std::chrono::local_seconds time);
+    /// The day on which the locale's weeks begin.
+    std::chrono::weekday firstWeekday() const;
 
   private:
     struct State;

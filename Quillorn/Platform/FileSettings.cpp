@@ -1,5 +1,6 @@
 #include "Platform/AtomicFile.h"
 #include "Platform/Clock.h"
+#include "Platform/FileContent.h"
 #include "Platform/SettingsStore.h"
 #include "Platform/SystemLog.h"
 
@@ -29,20 +30,9 @@ struct Fingerprint {
         : device(status.st_dev),
           inode(status.st_ino),
           size(status.st_size),
-          modified(modificationTime(status)) {}
+          modified(modificationDate(status)) {}
 
     bool operator==(const Fingerprint&) const = default;
-
-  private:
-    static Date modificationTime(const struct stat& status) {
-#ifdef __APPLE__
-        const timespec& time = status.st_mtimespec;
-#else
-        const timespec& time = status.st_mtim;
-#endif
-        return std::chrono::floor<Date::duration>(Date{} + std::chrono::seconds{time.tv_sec} +
-                                                  std::chrono::nanoseconds{time.tv_nsec});
-    }
 };
 
 std::string wordsFor(int error) {

@@ -11,6 +11,9 @@ std::uint64_t raiseDescriptorLimit();
 /// any other thread starts.
 void configureMemory();
 
+/// Lets the rest of the system go before the calling thread, for as long as it runs.
+void lowerThreadPriority();
+
 /// Gives memory that was freed back to the system; for the end of work that needed much of it.
 void releaseFreeMemory();
 

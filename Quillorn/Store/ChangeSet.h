@@ -22,7 +22,7 @@ struct ChangeSet {
 };
 
 /// Posted after each save of this process, on the saving thread; the user info holds the ChangeSet as
-/// std::shared_ptr<const ChangeSet> under "changes".
+/// std::shared_ptr<const ChangeSet> under "changes", null when everything was replaced.
 inline constexpr std::string_view storeDidSave = "storeDidSave";
 
 } // namespace quillorn

@@ -1,6 +1,5 @@
 #include "Store/ContextSave.h"
 
-#include "Platform/NotificationCenter.h"
 #include "Store/KeyCondition.h"
 
 #include <fmt/core.h>
@@ -75,13 +74,8 @@ void ContextSave::assignKeys() {
     std::map<const EntityType*, RowKey> last;
     for (Entity* object : m_context.m_inserted) {
         const auto [place, isNew] = last.emplace(object->m_type, 0);
-        if (isNew) {
-            const StatementLoan query =
-                m_context.statement("SELECT coalesce(max(seq), 0) FROM sqlite_sequence WHERE name = ?");
-            query->bind(1, object->m_type->name);
-            if (query->step())
-                place->second = query->integer(0);
-        }
+        if (isNew)
+            place->second = (*m_context.m_database)->lastKey(object->m_type->name);
         object->m_key = ++place->second;
     }
 }
@@ -186,13 +180,7 @@ void ContextSave::publish() {
     auto changes = std::make_shared<ChangeSet>();
     for (const auto& [row, change] : m_rows)
         changes->rows.push_back({row.first, row.second, change});
-    Notification notification{.name = std::string(storeDidSave), .object = {}, .userInfo = {}};
-    notification.userInfo.emplace("changes", std::shared_ptr<const ChangeSet>(std::move(changes)));
-    try {
-        m_context.m_container.notifications().post(notification);
-    } catch (...) {
-        // The commit stands, whatever an observer makes of it.
-    }
+    m_context.m_container.publish(std::move(changes));
 }
 
 void ContextSave::abandon() noexcept {

@@ -80,6 +80,12 @@ std::int64_t Database::integer(std::string_view sql) {
     return query->step() ? query->integer(0) : 0;
 }
 
+std::int64_t Database::lastKey(std::string_view table) {
+    const StatementLoan query = statement("SELECT coalesce(max(seq), 0) FROM sqlite_sequence WHERE name = ?");
+    query->bind(1, table);
+    return query->step() ? query->integer(0) : 0;
+}
+
 bool Database::inTransaction() const {
     return sqlite3_get_autocommit(m_handle) == 0;
 }

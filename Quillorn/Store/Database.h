@@ -36,6 +36,9 @@ class Database {
     /// The first column of the first row of a query without parameters; 0 without a row.
     std::int64_t integer(std::string_view sql);
 
+    /// The highest key that the table has ever given; 0 when it has given none.
+    std::int64_t lastKey(std::string_view table);
+
     bool inTransaction() const;
     /// Rolls back if a transaction is open; never throws.
     void rollBack() noexcept;

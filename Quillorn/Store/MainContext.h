@@ -24,8 +24,8 @@ class MainContext {
     /// How often it looks for changes of other processes, and for changes of its own to save.
     static constexpr std::chrono::milliseconds period{500};
 
-    /// With the changes of a save of this process; with null when the file has changed, by another process or not. The
-    /// context has been refreshed by then.
+    /// With the changes of a save of this process; with null when the file has changed, by another process or not, or
+    /// when everything was replaced. The context has been refreshed by then.
     using Listener = std::function<void(const ChangeSet*)>;
 
     MainContext(ModelContainer& container, MainQueue& queue, SystemLog& log);

@@ -1,6 +1,8 @@
 #include "Store/ModelContainer.h"
 
+#include "Platform/NotificationCenter.h"
 #include "Platform/UUID.h"
+#include "Store/ChangeSet.h"
 #include "Store/StoreError.h"
 
 #include <fcntl.h>
@@ -100,6 +102,16 @@ void ModelContainer::checkpointIfDue(Database& database) {
     if (isInMemory() || database.logPages() < checkpointPages)
         return;
     database.checkpoint(database.logPages() >= truncatePages);
+}
+
+void ModelContainer::publish(std::shared_ptr<const ChangeSet> changes) noexcept {
+    try {
+        Notification notification{.name = std::string(storeDidSave), .object = {}, .userInfo = {}};
+        notification.userInfo.emplace("changes", std::move(changes));
+        notifications().post(notification);
+    } catch (...) {
+        // The commit stands, whatever an observer makes of it.
+    }
 }
 
 } // namespace quillorn

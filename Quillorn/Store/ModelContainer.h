@@ -14,6 +14,7 @@ namespace quillorn {
 class Clock;
 class NotificationCenter;
 class RandomSource;
+struct ChangeSet;
 
 /// Where a container keeps its data.
 struct ModelConfiguration {
@@ -56,10 +57,13 @@ class ModelContainer {
     friend class ModelContext;
     friend class ContextSave;
     friend class MainContext;
+    friend void replaceStoreContents(ModelContainer& source, ModelContainer& live);
 
     void open(const MigrationPlan* plan);
     /// After a commit, under the write lock: keeps the write-ahead log short.
     void checkpointIfDue(Database& database);
+    /// Posts storeDidSave; never throws.
+    void publish(std::shared_ptr<const ChangeSet> changes) noexcept;
 
     const Schema& m_schema;
     ModelConfiguration m_configuration;

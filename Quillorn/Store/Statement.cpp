@@ -40,6 +40,10 @@ void Statement::bind(int index, const UUID& value) {
     check(sqlite3_bind_blob(m_statement, index, value.bytes().data(), 16, SQLITE_TRANSIENT));
 }
 
+void Statement::bindColumn(int index, const Statement& row, int column) {
+    check(sqlite3_bind_value(m_statement, index, sqlite3_column_value(row.m_statement, column)));
+}
+
 void Statement::bindValue(int index, const SQLValue& value) {
     if (const auto* number = std::get_if<std::int64_t>(&value))
         bind(index, *number);

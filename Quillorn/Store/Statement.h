@@ -34,6 +34,8 @@ class Statement {
     void bind(int index, std::int64_t value);
     void bind(int index, std::string_view value);
     void bind(int index, const UUID& value);
+    /// The value on which `row` stands in that column, whatever its type.
+    void bindColumn(int index, const Statement& row, int column);
     void bindValue(int index, const SQLValue& value);
     void bindAll(const std::vector<SQLValue>& values);
 

@@ -5,6 +5,7 @@
 #include "Models/Settings.h"
 #include "Platform/Calendar.h"
 #include "Platform/Text.h"
+#include "Services/BackupService.h"
 #include "Support/FakeClock.h"
 #include "Support/FakePaths.h"
 #include "Support/FixedRandom.h"
@@ -27,10 +28,12 @@ namespace fs = std::filesystem;
 const ProcessInfo demo{{"-QUILLORN_DEMO"}, {}};
 
 struct QuillornAppTest : testing::Test {
-    std::unique_ptr<QuillornApp> launch(const ProcessInfo& process = {}) {
+    std::unique_ptr<QuillornApp> launch(const ProcessInfo& process = {},
+                                        QuillornApp::ServerStart serverStart = QuillornApp::ServerStart::bySetting,
+                                        QuillornApp::Schedules schedules = QuillornApp::Schedules::run) {
         return std::make_unique<QuillornApp>(
             AppEnvironment{clock, random, log, notifications, mainQueue, settings, paths, text, calendar, "1.2.3"},
-            process);
+            process, serverStart, schedules);
     }
     fs::path storeFile() const { return paths.applicationSupport() / "Quillorn" / "Quillorn.store"; }
 
@@ -163,6 +166,23 @@ TEST_F(QuillornAppTest, aStoreThatCannotBeOpenedIsLeftAloneAndExplained) {
         app.reset();
         EXPECT_TRUE(readFile(storeFile()) == before) << "the file has changed: " << message;
     }
+}
+
+TEST_F(QuillornAppTest, onlyALaunchThatStaysSchedulesBackups) {
+    using enum QuillornApp::Schedules;
+    using enum QuillornApp::ServerStart;
+    const auto backsUp = [&](const ProcessInfo& process, QuillornApp::Schedules schedules) {
+        const auto app = launch(process, byCaller, schedules);
+        mainQueue.advance(std::chrono::seconds(30));
+        return app->backupService().isBackingUp();
+    };
+    EXPECT_TRUE(backsUp({}, run));
+    EXPECT_FALSE(backsUp({}, rest));
+    EXPECT_FALSE(backsUp(demo, run));
+    EXPECT_EQ(launch(demo)->backupService().backupFolderURL(), "/dev/Backups");
+    writeFile(storeFile(), std::string(5000, 'x'));
+    EXPECT_FALSE(backsUp({}, run)) << "the fallback";
+    EXPECT_EQ(launch()->backupService().backupFolderURL(), storeFile().parent_path() / "Backups");
 }
 
 TEST_F(QuillornAppTest, theServerStartsByTheSettings) {

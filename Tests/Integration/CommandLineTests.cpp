@@ -1,4 +1,4 @@
-#include "Integration/ServerProcess.h"
+#include "Integration/ProgramTest.h"
 #include "Support/TestClient.h"
 
 #include <csignal>
@@ -13,23 +13,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-struct Outcome {
-    int status;
-    std::string output;
-    std::string errors;
-};
-
-/// Runs the program in a home of the test's own.
-struct ProgramTest : testing::Test {
-    Outcome run(std::vector<std::string> arguments) const {
-        ProgramProcess program(home.path(), {.arguments = std::move(arguments)});
-        const int status = program.wait();
-        return {status, program.output(), program.errors()};
-    }
-    std::string outputOf(std::vector<std::string> arguments) const { return run(std::move(arguments)).output; }
-
-    TemporaryFolder home;
-};
 using CommandLine = ProgramTest;
 using Timer = ProgramTest;
 using Serve = ProgramTest;

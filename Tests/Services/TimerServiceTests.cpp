@@ -2,6 +2,7 @@
 
 #include "Models/Project.h"
 #include "Store/MainContext.h"
+#include "Store/ReplaceContents.h"
 #include "Support/FakeClock.h"
 #include "Support/ManualQueue.h"
 #include "Support/TestRecords.h"
@@ -110,6 +111,33 @@ TEST_F(TimerServiceTest, aLaunchTakesUpTheLatestRunningEntry) {
     settle();
     EXPECT_FALSE(timer.isRunning()) << "the earlier one stays unattached";
     EXPECT_EQ(runningEntries(), 1U);
+}
+
+TEST_F(TimerServiceTest, replacedContentsBringTheirOwnTimer) {
+    const auto restore = [&](TestStore& backup) {
+        replaceStoreContents(*backup.container, *container);
+        queue.runPosted();
+    };
+    TestStore asItWas, idle;
+    timer.start(task(a), context);
+    context.save();
+    replaceStoreContents(*container, *asItWas.container);
+    const UUID entry = timer.activeEntry(context)->id();
+    timer.start(task(b), context);
+    context.save();
+    EXPECT_NE(timer.activeEntry(context)->id(), entry);
+
+    restore(asItWas);
+    EXPECT_TRUE(timer.isActive(task(a)));
+    EXPECT_EQ(timer.activeEntry(context)->id(), entry);
+    settle();
+    restore(asItWas);
+    settle();
+    EXPECT_EQ(timer.activeEntry(context)->id(), entry) << "the same entry goes on";
+    EXPECT_EQ(timer.elapsedTime(), 2);
+    restore(idle);
+    EXPECT_FALSE(timer.isRunning());
+    EXPECT_EQ(runningEntries(), 0U);
 }
 
 TEST_F(TimerServiceTest, completingTheTaskResetsAndEndsTheEntryOnce) {

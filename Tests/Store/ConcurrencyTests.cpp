@@ -1,9 +1,13 @@
 #include "Store/StoreError.h"
 #include "StoreWorker.h"
 #include "Support/StoreTest.h"
+#include "Support/Threads.h"
 
 #include <csignal>
+#include <fmt/core.h>
+#include <future>
 #include <gmock/gmock.h>
+#include <set>
 #include <thread>
 
 namespace quillorn {
@@ -174,6 +178,40 @@ TEST(Log, isLeftAloneByConnectionsAndTruncatedByTheContainer) {
     EXPECT_EQ(logSize(store), 0U);
     std::filesystem::copy_file(store.file(), store.folder / "copy.store");
     EXPECT_EQ(ForeignConnection(store.folder / "copy.store").text("SELECT name FROM Tag"), "b");
+}
+
+TEST(Log, isCheckpointedUnderTheLockAlone) {
+    TestStore store;
+    addTag(*store.container, "a");
+    WriteLock lock(store.file().string() + "-lock");
+    std::optional guard(lock.acquire());
+    const auto closed = std::async(std::launch::async, [&] { store.container.reset(); });
+    EXPECT_EQ(closed.wait_for(50ms), std::future_status::timeout);
+    EXPECT_GT(logSize(store), 0U);
+    guard.reset();
+    closed.wait();
+    EXPECT_EQ(logSize(store), 0U);
+}
+
+TEST(Log, losesNoCommitToTheCheckpointsOfOthers) {
+    constexpr int times = 60;
+    TestStore store;
+    std::vector<std::unique_ptr<StoreWorker>> workers;
+    for (const char* name : {"p0", "p1"}) {
+        workers.push_back(std::make_unique<StoreWorker>(store.file()));
+        workers.back()->tell(fmt::format("churn {} {}", name, times));
+    }
+    onThreads(3, [&](int number) { churn(store.file(), fmt::format("t{}", number), times); });
+    for (const auto& worker : workers)
+        EXPECT_EQ(worker->answer(), "ok");
+    std::set<std::string> expected;
+    for (const char* name : {"p0", "p1", "t0", "t1", "t2"})
+        for (int i = 0; i < times; ++i)
+            expected.insert(fmt::format("{}.{}", name, i));
+    const auto found = tagsIn(*store.container);
+    EXPECT_EQ(found.size(), expected.size());
+    EXPECT_TRUE(std::set(found.begin(), found.end()) == expected);
+    EXPECT_EQ(ForeignConnection(store.file()).text("PRAGMA integrity_check"), "ok");
 }
 
 TEST(Log, staysShortWhileNobodyReads) {

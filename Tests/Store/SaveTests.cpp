@@ -1,11 +1,10 @@
 #include "Store/ChangeSet.h"
 #include "Store/StoreError.h"
+#include "Support/FullDisk.h"
 #include "Support/StoreTest.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <sstream>
-#include <sys/resource.h>
 
 namespace quillorn {
 namespace {
@@ -74,21 +73,6 @@ TEST_F(Save, doesNotBringBackARowThatSomebodyElseDeleted) {
     EXPECT_THAT(namesOf(reader.fetch<Tag>()), ElementsAre("renamed"));
     EXPECT_EQ(ForeignConnection(file()).integer("SELECT count(*) FROM ProjectTask_Tag"), 0);
 }
-
-/// Keeps the files of this process from growing: a disk without space, as far as SQLite can tell.
-class FullDisk {
-  public:
-    FullDisk() {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit none{.rlim_cur = 4096, .rlim_max = m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-  private:
-    rlimit m_before{};
-};
 
 TEST(FailingSave, leavesTheStoreAndTheObjectsAsTheyWere) {
     const std::string refuse = " BEGIN SELECT RAISE(ABORT, 'refused'); END", accept = "DROP TRIGGER refuse";

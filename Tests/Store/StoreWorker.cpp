@@ -31,6 +31,10 @@ void workOnStore(const std::filesystem::path& file) {
                 answer += (answer.empty() ? "" : ",") + name;
         } else if (command == "increment") {
             increment(*container, std::stoi(argument));
+        } else if (command == "churn") {
+            int times = 0;
+            words >> times;
+            churn(file, argument, times);
         } else if (command == "hold") {
             holder = std::make_unique<ModelContext>(*container, ModelContext::Intent::update);
             make<Tag>(*holder, {.name = "unsaved"});
@@ -52,6 +56,20 @@ void increment(ModelContainer& container, int times) {
         ProjectTask& task = *context.fetch<ProjectTask>().at(0);
         task.setSortOrder(task.sortOrder() + 1);
         context.save();
+    }
+}
+
+void churn(const std::filesystem::path& store, const std::string& name, int times) {
+    StoreSurroundings surroundings;
+    std::unique_ptr<ModelContainer> container;
+    for (int i = 0; i < times; ++i) {
+        if (i % 3 == 0) {
+            container.reset();
+            container = surroundings.open(store);
+        }
+        change(*container, [&](ModelContext& context) {
+            make<Tag>(context, {.name = name + "." + std::to_string(i), .color = std::string(5'000, 'x')});
+        });
     }
 }
 

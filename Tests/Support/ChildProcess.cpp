@@ -103,7 +103,9 @@ bool ChildProcess::readSome() {
 }
 
 void ChildProcess::signal(int number) const {
-    kill(m_child, number);
+    // After wait() there is no such process; and -1 would mean all of them.
+    if (m_child > 0)
+        kill(m_child, number);
 }
 
 int ChildProcess::wait() {

@@ -20,6 +20,11 @@ void configureMemory() {
     mallopt(M_ARENA_MAX, 2);
 }
 
+void lowerThreadPriority() {
+    // In Linux the number of a thread does as that of a process; without one it is the calling thread.
+    setpriority(PRIO_PROCESS, 0, 10);
+}
+
 void releaseFreeMemory() {
     malloc_trim(0);
 }

@@ -1,0 +1,48 @@
+#include "CLI/Commands.h"
+#include "CLI/Examination.h"
+#include "CLI/ProgressLine.h"
+#include "Platform/Calendar.h"
+#include "Platform/Clock.h"
+#include "Platform/Crypto.h"
+#include "Platform/Json.h"
+#include "Platform/Paths.h"
+#include "Platform/SystemLog.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fmt/core.h>
+
+namespace quillorn {
+
+namespace {
+
+void printJson(const std::vector<Finding>& findings, bool isFine) {
+    Json::Array array;
+    for (const Finding& each : findings)
+        array.emplace_back(Json::Object{{"subject", each.subject}, {"isFine", each.isFine}, {"text", each.text}});
+    fmt::print("{}\n",
+               Json(Json::Object{{"isFine", isFine}, {"findings", std::move(array)}}).text(Json::Style::pretty));
+}
+
+} // namespace
+
+ExitStatus examine(bool json) {
+    StandardErrorLog log;
+    SystemRandom random;
+    const Calendar calendar(currentTimeZone(), currentLocale());
+    std::vector<Finding> findings;
+    {
+        ProgressLine progress;
+        progress.show("Looking into the store");
+        findings = examine(*systemPaths(), calendar, random, log, SystemClock().now());
+    }
+    const bool isFine = std::all_of(findings.begin(), findings.end(), [](const Finding& each) { return each.isFine; });
+    if (json)
+        printJson(findings, isFine);
+    else
+        for (const Finding& each : findings)
+            fmt::print("{:<9} {:<3} {}\n", each.subject, each.isFine ? "ok" : "!!", each.text);
+    return isFine ? ExitStatus::success : ExitStatus::failure;
+}
+
+} // namespace quillorn

@@ -1,0 +1,206 @@
+#include "CLI/Examination.h"
+
+#include "App/QuillornApp.h"
+#include "CLI/PortProbe.h"
+#include "Models/Formatters.h"
+#include "Models/SchemaVersions.h"
+#include "Models/Settings.h"
+#include "Platform/FileContent.h"
+#include "Platform/Paths.h"
+#include "Platform/SettingsStore.h"
+#include "Services/BackupFolder.h"
+#include "Store/StoreCheck.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+#include <map>
+#include <system_error>
+
+namespace quillorn {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using std::chrono::days;
+
+/// What is asked for beside twice the size of the store: room for a day's work.
+constexpr std::uintmax_t leastRoom = 64'000'000;
+
+bool isThere(const fs::path& path) {
+    std::error_code unknown;
+    return fs::exists(path, unknown);
+}
+
+/// The names under which a store's data stands.
+std::vector<fs::path> filesOf(const fs::path& store) {
+    return {store, store.string() + "-wal", store.string() + "-shm"};
+}
+
+std::uintmax_t sizeOf(const fs::path& store) {
+    std::uintmax_t sum = 0;
+    for (const fs::path& file : filesOf(store)) {
+        std::error_code unknown;
+        const std::uintmax_t size = fs::file_size(file, unknown);
+        sum += unknown ? 0 : size;
+    }
+    return sum;
+}
+
+std::map<Date, fs::path> backupsIn(const fs::path& folder, const Calendar& calendar) {
+    try {
+        return listBackups(folder, calendar);
+    } catch (const std::system_error&) {
+        return {};
+    }
+}
+
+std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomSource& random) {
+    if (!isThere(file)) {
+        if (hasBackups)
+            return {{"store", false,
+                     fmt::format("{} is missing; \"quillorn backups\" shows what \"quillorn restore FILE\" can bring "
+                                 "back",
+                                 file.string())}};
+        return {{"store", true, fmt::format("{} will be made at the first start", file.string())}};
+    }
+    const StoreCheck check = checkStore(file, random);
+    const std::string advice = "move it away (with its -wal and -shm), then \"quillorn restore FILE\" one of "
+                               "\"quillorn backups\"";
+    if (!check.fault.empty())
+        return {{"store", false, fmt::format("{} is damaged ({}): {}", file.string(), check.fault, advice)}};
+    std::vector<Finding> findings{{"store", true, fmt::format("{}, {}, sound", file.string(), fileSize(sizeOf(file)))}};
+    const Schema& current = currentSchema();
+    if (check.applicationId != current.applicationId && (check.applicationId != 0 || check.version != 0))
+        findings.push_back({"schema", false, fmt::format("the store is a database of another program: {}", advice)});
+    else if (check.version > current.version)
+        findings.push_back({"schema", false,
+                            fmt::format("version {}, and this program knows versions up to {}: update Quillorn",
+                                        check.version, current.version)});
+    else if (check.version < current.version)
+        findings.push_back({"schema", true,
+                            fmt::format("version {}, to become {} at the next start", check.version, current.version)});
+    else
+        findings.push_back({"schema", true, fmt::format("version {}", check.version)});
+    return findings;
+}
+
+Finding examineBackups(const fs::path& store, const fs::path& folder, const std::map<Date, fs::path>& backups,
+                       SettingsStore& settingsStore, Date now) {
+    const Settings settings(settingsStore);
+    if (isBackupFolderAccessLost(settingsStore))
+        return {"backups", false,
+                fmt::format("Quillorn can no longer write to {}. Choose the folder again to restore access; backups go "
+                            "to the default folder until then.",
+                            settings.text(setting("backupFolderPath")))};
+    const std::string advice = "take one by \"quillorn backup\"";
+    if (backups.empty())
+        return isThere(store)
+                   ? Finding{"backups", false, fmt::format("there is none in {}; {}", folder.string(), advice)}
+                   : Finding{"backups", true, fmt::format("none yet; they will go to {}", folder.string())};
+    const Date last = backups.rbegin()->first;
+    const auto files = filesOf(store);
+    const bool isBehind = std::any_of(files.begin(), files.end(), [&](const fs::path& file) {
+        const auto modified = modificationDate(file);
+        return modified && *modified > last;
+    });
+    std::string text =
+        fmt::format("{} in {}, the last one {} ago", backups.size(), folder.string(), relativeTime(last, now));
+    if (isBehind && now - last > days{7})
+        return {"backups", false, text + "; " + advice};
+    if (!settings.boolean(setting("backupEnabled")))
+        text += "; hourly backups are off";
+    return {"backups", true, text};
+}
+
+/// What is wrong with the file of the settings; empty for a sound or a missing one.
+std::string faultOfSettings(const fs::path& file) {
+    try {
+        if (Json::parse(readWhole(openFile(file))).asObject() == nullptr)
+            return "it is no JSON object";
+    } catch (const JsonError& error) {
+        return error.what();
+    } catch (const std::system_error& error) {
+        return error.code() == std::errc::no_such_file_or_directory ? "" : error.code().message();
+    }
+    return "";
+}
+
+Finding examineSettings(const fs::path& file, const std::string& fault, const SettingsStore& store) {
+    if (!fault.empty())
+        return {"settings", false,
+                fmt::format("{} can't be read ({}): mend it, or remove it to start with the defaults", file.string(),
+                            fault)};
+    for (const Setting& each : settingsCatalogue)
+        if (const auto stored = store.storedValue(each.key); stored && !isOfType(*stored, each.type))
+            return {"settings", false,
+                    fmt::format("{} is to be {}, and is not; \"quillorn settings reset {}\" mends it", each.key,
+                                describe(each.type), each.key)};
+    return {"settings", true,
+            isThere(file) ? file.string() : fmt::format("no {}, all have their defaults", file.string())};
+}
+
+Finding examinePort(SettingsStore& store) {
+    const std::int64_t port = APIServerOptions::fromSettings(store).port;
+    if (port < 1 || port > 65535)
+        return {"port", false, fmt::format("{} is no port; \"quillorn settings reset apiPort\" mends it", port)};
+    switch (probePort(static_cast<std::uint16_t>(port))) {
+    case PortUse::free:
+        return {"port", true, fmt::format("{} is free", port)};
+    case PortUse::quillorn:
+        return {"port", true, fmt::format("Quillorn serves on {}", port)};
+    case PortUse::other:
+        break;
+    }
+    return {
+        "port", false,
+        fmt::format("{} is in use by another program; take another one by \"quillorn settings set apiPort N\"", port)};
+}
+
+/// The free space where `path` is, or will be.
+std::uintmax_t roomAt(fs::path path) {
+    while (!isThere(path) && path != path.parent_path())
+        path = path.parent_path();
+    std::error_code unknown;
+    const fs::space_info space = fs::space(path, unknown);
+    return unknown ? 0 : space.available;
+}
+
+Finding examineRoom(const fs::path& store, const fs::path& backups) {
+    const std::uintmax_t needed = leastRoom + 2 * sizeOf(store);
+    std::error_code unknown;
+    const fs::path places[] = {store.parent_path(), backups, fs::temp_directory_path(unknown)};
+    std::uintmax_t least = UINTMAX_MAX;
+    for (const fs::path& place : places) {
+        const std::uintmax_t room = roomAt(place);
+        if (room < needed)
+            return {"space", false,
+                    fmt::format("{} free at {}, and a backup or restore may need {}: make room", fileSize(room),
+                                place.string(), fileSize(needed))};
+        least = std::min(least, room);
+    }
+    return {"space", true, fmt::format("{} free", fileSize(least))};
+}
+
+} // namespace
+
+std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, RandomSource& random, SystemLog& log,
+                             Date now) {
+    const fs::path store = storeFile(paths);
+    const fs::path settingsPath = settingsFile(paths);
+    const std::string fault = faultOfSettings(settingsPath);
+    // A broken file would be set aside by the first who reads it.
+    FileSettings settings(fault.empty() ? settingsPath : settingsPath.parent_path() / "none", log);
+    const fs::path folder = backupFolder(settings, store);
+    const auto backups = backupsIn(folder, calendar);
+
+    std::vector<Finding> findings = examineStore(store, !backups.empty(), random);
+    findings.push_back({"SQLite", true, sqliteVersion()});
+    findings.push_back(examineBackups(store, folder, backups, settings, now));
+    findings.push_back(examineSettings(settingsPath, fault, settings));
+    findings.push_back(examinePort(settings));
+    findings.push_back(examineRoom(store, folder));
+    return findings;
+}
+
+} // namespace quillorn

@@ -1,0 +1,23 @@
+#include "CLI/ProgressLine.h"
+
+#include <cstdio>
+#include <fmt/core.h>
+#include <unistd.h>
+
+namespace quillorn {
+
+ProgressLine::ProgressLine() : m_isTerminal(::isatty(STDERR_FILENO) == 1) {}
+
+ProgressLine::~ProgressLine() {
+    show("");
+}
+
+void ProgressLine::show(std::string_view text) {
+    if (!m_isTerminal || (text.empty() && !m_isShown))
+        return;
+    m_isShown = !text.empty();
+    fmt::print(stderr, "\r\033[K{}", text);
+    (void)std::fflush(stderr);
+}
+
+} // namespace quillorn

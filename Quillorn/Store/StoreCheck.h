@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace quillorn {
+
+class RandomSource;
+
+/// What a look at a store file showed.
+struct StoreCheck {
+    /// What is wrong with it, in SQLite's words; empty for a sound one.
+    std::string fault;
+    /// As Schema has them; 0 where the file is too damaged to tell.
+    int applicationId = 0;
+    int version = 0;
+};
+
+/// Reads all of a store that others may be using. Changes nothing and makes no file beside it.
+StoreCheck checkStore(const std::filesystem::path& file, RandomSource& random);
+
+/// Of the library that is in use.
+std::string sqliteVersion();
+
+} // namespace quillorn

@@ -1,0 +1,99 @@
+#include "Crash/Backups.h"
+
+#include "Integration/ServerProcess.h"
+
+#include <csignal>
+#include <thread>
+#include <utility>
+
+namespace quillorn {
+
+namespace {
+
+/// About the time that a restore takes.
+constexpr int longestRestore = 250'000; // microseconds
+
+/// What the program writes; a fault and nothing when it fails.
+std::string outputOf(Round& round, const std::filesystem::path& home, const std::vector<std::string>& arguments) {
+    ProgramProcess program(home, {.arguments = arguments});
+    if (program.wait() == 0)
+        return program.output();
+    round.fault("quillorn " + arguments.front() + ": " + program.errors());
+    return {};
+}
+
+/// The path of a new backup; empty after a fault.
+std::string newBackup(Round& round) {
+    const std::string output = outputOf(round, round.home, {"backup", "--json"});
+    return output.empty() ? output : *Json::parse(output).find("file")->asString();
+}
+
+KnownRecords merged(const std::vector<KnownRecords>& parts) {
+    KnownRecords all;
+    for (const KnownRecords& part : parts)
+        all.insert(part.begin(), part.end());
+    return all;
+}
+
+} // namespace
+
+void takeBackup(Round& round, const std::vector<const Ledger*>& ledgers) {
+    std::vector<KnownRecords> before;
+    before.reserve(ledgers.size());
+    for (const Ledger* ledger : ledgers)
+        before.push_back(ledger->records());
+    const std::string file = newBackup(round);
+    KnownRecords expected;
+    for (std::size_t i = 0; i < ledgers.size(); ++i)
+        expected.merge(ledgers[i]->untouchedSince(before[i]));
+    const TemporaryFolder other;
+    if (file.empty() || outputOf(round, other.path(), {"restore", "--yes", file}).empty())
+        return;
+    const auto listed = listEverything(ServerProcess(other.path()).port());
+    for (const std::string& difference : differences(expected, listed, true))
+        round.fault("in a backup, " + difference);
+}
+
+void InterruptedRestore::mayHappen(Dice& dice, Round& round, std::uint16_t port) {
+    if (!dice.chance(30))
+        return;
+    if (!m_kept.empty()) {
+        restore(dice, round, port);
+        return;
+    }
+    const std::string file = newBackup(round);
+    if (file.empty())
+        return;
+    // Another backup of the same minute takes its name.
+    std::filesystem::copy_file(file, backup(), std::filesystem::copy_options::overwrite_existing);
+    for (const Ledger* ledger : m_ledgers)
+        m_kept.push_back(ledger->records());
+}
+
+void InterruptedRestore::restore(Dice& dice, Round& round, std::uint16_t port) {
+    ProgramProcess program(m_home, {.arguments = {"restore", "--yes", backup()}});
+    std::this_thread::sleep_for(std::chrono::microseconds(dice.below(longestRestore)));
+    program.signal(SIGKILL);
+    const int status = program.wait();
+    if (status != 0 && status != -SIGKILL)
+        round.fault("quillorn restore: " + program.errors());
+
+    std::vector<KnownRecords> now;
+    for (const Ledger* ledger : m_ledgers)
+        now.push_back(ledger->records());
+    const std::vector<KnownRecords> kept = std::exchange(m_kept, {});
+    const auto listed = listEverything(port);
+    if (differences(merged(kept), listed).empty()) {
+        ++m_restored;
+        for (std::size_t i = 0; i < m_ledgers.size(); ++i)
+            m_ledgers[i]->goBackTo(kept[i]);
+        return;
+    }
+    ++m_interrupted;
+    if (status == 0)
+        round.fault("a backup was not restored");
+    for (const std::string& difference : differences(merged(now), listed))
+        round.fault("after a restore that was killed, " + difference);
+}
+
+} // namespace quillorn

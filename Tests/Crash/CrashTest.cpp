@@ -1,0 +1,231 @@
+// Kills the server again and again while it is written to in every way there is, and looks after each restart whether
+// all that was acknowledged is there, and nothing by halves.
+
+#include "Crash/Backups.h"
+#include "Integration/ServerProcess.h"
+#include "Support/TestStore.h"
+
+#include <charconv>
+#include <chrono>
+#include <csignal>
+#include <fmt/core.h>
+#include <iostream>
+#include <thread>
+
+namespace quillorn {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Options {
+    int cycles = 20;
+    int seed = 1;
+    /// Ends after that time, when the cycles are not done by then.
+    int seconds = 24 * 3600;
+};
+
+struct Totals {
+    int cycles = 0;
+    int kills = 0;
+    int cleanEnds = 0;
+    int backups = 0;
+    int restored = 0;
+    int interrupted = 0; // restores without effect
+    std::size_t programsKilled = 0;
+    std::size_t acknowledged = 0;
+    std::size_t overMCP = 0; // of the acknowledged
+    std::size_t cutOff = 0;
+    std::size_t happened = 0; // of what was cut off
+};
+
+class CrashTest {
+  public:
+    explicit CrashTest(const Options& options);
+    void cycle();
+    const Totals& totals() const { return m_totals; }
+    std::size_t faults() const { return m_faults; }
+    /// Where the store is, for a look at it.
+    const std::filesystem::path& home() const { return m_home.path(); }
+
+  private:
+    void work(ServerProcess& server);
+    void end(ServerProcess& server, Round& round);
+    void check();
+    void fault(const std::string& words);
+    std::vector<Ledger*> ledgers();
+
+    TemporaryFolder m_home;
+    Dice m_dice;
+    std::vector<std::unique_ptr<Writer>> m_writers;
+    TimerUser m_timer;
+    std::unique_ptr<InterruptedRestore> m_restore;
+    std::unique_ptr<ServerProcess> m_server;
+    Totals m_totals;
+    std::atomic<std::size_t> m_faults{0};
+    std::mutex m_mutex; // of what threads say
+};
+
+/// Half of them over the REST API, half over MCP.
+constexpr int writerCount = 4;
+
+CrashTest::CrashTest(const Options& options)
+    : m_dice(static_cast<unsigned>(options.seed)),
+      m_timer(static_cast<unsigned>(options.seed)) {
+    for (int number = 0; number < writerCount; ++number)
+        m_writers.push_back(std::make_unique<Writer>(fmt::format("w{}", number),
+                                                     static_cast<unsigned>(options.seed * writerCount + number)));
+    m_server = std::make_unique<ServerProcess>(m_home.path());
+    m_restore = std::make_unique<InterruptedRestore>(m_home.path(), ledgers());
+    m_timer.prepare(*restSurface(m_server->port()));
+}
+
+void CrashTest::cycle() {
+    ++m_totals.cycles;
+    work(*m_server);
+    m_server = std::make_unique<ServerProcess>(m_home.path());
+    check();
+    Round quiet{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
+    m_restore->mayHappen(m_dice, quiet, m_server->port());
+    m_totals.restored = m_restore->restored();
+    m_totals.interrupted = m_restore->interrupted();
+}
+
+void CrashTest::work(ServerProcess& server) {
+    Round round{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
+    std::vector<std::jthread> threads;
+    const auto start = [&](auto job) {
+        threads.emplace_back([&round, job] {
+            try {
+                job();
+            } catch (const std::exception& error) {
+                round.fault(error.what());
+            }
+            round.noteProgress();
+        });
+    };
+    for (std::size_t number = 0; number < m_writers.size(); ++number)
+        start([&round, &server, &writer = *m_writers[number], number] {
+            writer.run(round, *(number % 2 == 0 ? restSurface(server.port()) : mcpSurface(server.port())));
+        });
+    start([&] { m_timer.run(round, *restSurface(server.port())); });
+    if (m_dice.chance(20)) {
+        ++m_totals.backups;
+        const auto all = ledgers();
+        start([&round, all] { takeBackup(round, {all.begin(), all.end()}); });
+    }
+    // The end falls into the work, whatever the machine's speed.
+    const std::size_t goal = 1 + m_dice.below(60);
+    for (std::size_t count = 0; count < goal && m_faults == 0; count = round.progress)
+        round.progress.wait(count);
+    std::this_thread::sleep_for(std::chrono::microseconds(m_dice.below(3'000)));
+    end(server, round);
+    threads.clear();
+    m_totals.acknowledged += round.acknowledged;
+    m_totals.overMCP += round.overMCP;
+    m_totals.cutOff += round.cutOff;
+    m_totals.programsKilled += round.programsKilled;
+}
+
+void CrashTest::end(ServerProcess& server, Round& round) {
+    const bool isClean = m_dice.chance(10);
+    ++(isClean ? m_totals.cleanEnds : m_totals.kills);
+    round.isEnding = true;
+    server.signal(isClean ? SIGTERM : SIGKILL);
+    if (const int status = server.wait(); status != (isClean ? 0 : -SIGKILL))
+        fault(fmt::format("the server ended with {}: {}", status, server.errors()));
+}
+
+void CrashTest::check() {
+    const auto file = m_home / "data/Quillorn/Quillorn.store";
+    if (const std::string found = ForeignConnection(file).text("PRAGMA integrity_check"); found != "ok")
+        fault("integrity_check: " + found);
+    // Each ledger has the records whose keys begin with its writer's name.
+    std::map<std::string, ListedRecords> parts;
+    for (auto& [key, record] : listEverything(m_server->port()))
+        parts[key.substr(0, key.find_first_of(".#"))].emplace(key, record);
+    const auto compare = [&](Ledger& ledger, const std::string& name) {
+        const Ledger::Finding finding = ledger.check(parts[name]);
+        m_totals.happened += finding.happened;
+        for (const std::string& words : finding.faults)
+            fault(words);
+        parts.erase(name);
+    };
+    for (std::size_t number = 0; number < m_writers.size(); ++number)
+        compare(m_writers[number]->ledger(), fmt::format("w{}", number));
+    compare(m_timer.ledger(), "timer");
+    for (const auto& [name, records] : parts)
+        fault("there are records of nobody: " + name);
+}
+
+std::vector<Ledger*> CrashTest::ledgers() {
+    std::vector<Ledger*> all{&m_timer.ledger()};
+    for (const auto& writer : m_writers)
+        all.push_back(&writer->ledger());
+    return all;
+}
+
+void CrashTest::fault(const std::string& words) {
+    const std::lock_guard lock(m_mutex);
+    ++m_faults;
+    std::cerr << "cycle " << m_totals.cycles << ": " << words << std::endl;
+}
+
+/// Keeps the folder of a test that has failed.
+void keep(const std::filesystem::path& home, int seed) {
+    const auto kept = std::filesystem::temp_directory_path() / fmt::format("quillorn-crash-{}", seed);
+    std::filesystem::remove_all(kept);
+    std::filesystem::copy(home, kept, std::filesystem::copy_options::recursive);
+    std::cerr << "the store is kept in " << kept.string() << std::endl;
+}
+
+int run(const Options& options) {
+    const auto start = Clock::now();
+    CrashTest test(options);
+    const auto seconds = [&] { return std::chrono::duration<double>(Clock::now() - start).count(); };
+    while (test.totals().cycles < options.cycles && seconds() < options.seconds && test.faults() == 0)
+        test.cycle();
+    const Totals& totals = test.totals();
+    fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs\n"
+               "{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened\n"
+               "{} backups among the writes; {} restores with effect and {} killed before; {} faults\n",
+               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.acknowledged,
+               totals.overMCP, totals.cutOff, totals.happened, totals.backups, totals.restored, totals.interrupted,
+               test.faults());
+    if (test.faults() > 0)
+        keep(test.home(), options.seed);
+    return test.faults() == 0 ? 0 : 1;
+}
+
+constexpr const char* usage = "usage: CrashTest [--cycles N] [--seed N] [--seconds N]\n";
+
+bool parse(int argc, char** argv, Options& options) {
+    const std::map<std::string_view, int*> known{
+        {"--cycles", &options.cycles}, {"--seed", &options.seed}, {"--seconds", &options.seconds}};
+    for (int i = 1; i < argc; i += 2) {
+        const auto found = known.find(argv[i]);
+        if (found == known.end() || i + 1 == argc)
+            return false;
+        const std::string_view text = argv[i + 1];
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *found->second);
+        if (error != std::errc{} || end != text.data() + text.size() || *found->second < 1)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+} // namespace quillorn
+
+int main(int argc, char** argv) {
+    quillorn::Options options;
+    if (!quillorn::parse(argc, argv, options)) {
+        std::cerr << quillorn::usage;
+        return 2;
+    }
+    try {
+        return quillorn::run(options);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << std::endl;
+        return 1;
+    }
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Platform/Json.h"
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillorn {
+
+/// A record as the API lists it, in so far as its writer knows it.
+struct KnownRecord {
+    std::string kind;  // "task", …
+    std::string id;    // empty until a list or an answer has told it
+    std::string owner; // the key of what takes it along when it is deleted
+    Json::Object fields{};
+    /// How often it was changed, kept by the ledger: a record may well come back to what it was.
+    int changes = 0;
+};
+
+/// By the key that its writer has given it: the first word of its name.
+using KnownRecords = std::map<std::string, KnownRecord>;
+
+/// What one operation makes of some records; absent means that they are gone. It happens as a whole or not at all.
+using Operation = std::map<std::string, std::optional<KnownRecord>>;
+
+/// A list as the server gave it, by key.
+using ListedRecords = std::map<std::string, Json>;
+
+/// What one writer knows that the store must hold. An operation is first begun, then acknowledged; of one that was
+/// begun and not acknowledged nobody knows whether it has happened.
+class Ledger {
+  public:
+    /// Of several operations each happens after the one before it.
+    void begin(std::vector<Operation> operations);
+    /// `id` is that of a record that the operation has made.
+    void acknowledge(const std::string& id = {});
+    /// The server has refused: it has not happened.
+    void withdraw();
+
+    KnownRecords records() const;
+    /// Everything was replaced by an earlier state.
+    void goBackTo(KnownRecords records);
+
+    struct Finding {
+        std::vector<std::string> faults;
+        /// Whether something has happened that was not acknowledged.
+        bool happened = false;
+    };
+    /// Compares with what is there. Takes over what became of operations in flight.
+    Finding check(const ListedRecords& listed);
+    /// What must be in a backup that was begun when `before` was acknowledged, and is finished now: all that has not
+    /// been touched since.
+    KnownRecords untouchedSince(const KnownRecords& before) const;
+
+  private:
+    mutable std::mutex m_mutex;
+    KnownRecords m_records;
+    std::vector<Operation> m_inFlight;
+};
+
+/// In what the list differs from the records. Records that are only listed are no fault if `mayHaveMore`.
+std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed,
+                                     bool mayHaveMore = false);
+
+} // namespace quillorn

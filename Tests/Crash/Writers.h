@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Crash/Surface.h"
+#include "Support/Dice.h"
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace quillorn {
+
+/// One round of the server, from its start to its end, as the writers see it.
+struct Round {
+    std::filesystem::path home;
+    std::atomic<std::size_t> acknowledged{0};
+    std::atomic<std::size_t> overMCP{0}; // of the acknowledged
+    std::atomic<std::size_t> cutOff{0};
+    std::atomic<std::size_t> programsKilled{0};
+    /// Set before the server is ended: from then on it may leave requests without an answer.
+    std::atomic<bool> isEnding{false};
+    std::function<void(const std::string&)> fault; // from any thread
+    /// What main waits for: counts acknowledgements, and writers that have ended.
+    std::atomic<std::size_t> progress{0};
+
+    void noteAcknowledged() {
+        ++acknowledged;
+        noteProgress();
+    }
+    void noteProgress() {
+        ++progress;
+        progress.notify_all();
+    }
+};
+
+/// Creates, changes and deletes projects and what is in them, all of its own, as chance has it. Every change sets
+/// several fields and often several rows, so that half of one would show.
+class Writer {
+  public:
+    /// `name` begins the keys of its records.
+    Writer(std::string name, unsigned seed) : m_name(std::move(name)), m_dice(seed) {}
+
+    /// Until the server is gone.
+    void run(Round& round, Surface& surface);
+    Ledger& ledger() { return m_ledger; }
+
+  private:
+    struct Step {
+        WriteRequest request;
+        Operation operation;
+    };
+
+    Step nextStep();
+    Step create(const std::string& kind, const std::string& owner);
+    Step update(const std::string& key);
+    Step remove(const std::string& key);
+    Step complete(const std::string& key);
+    Step stop(const std::string& key);
+    /// The fields that a request sets at a record's revision, and that lists show then.
+    Json::Object fieldsOf(const std::string& kind, const std::string& key, int revision);
+    /// The sorted ids of some tags.
+    Json::Array someTags();
+    /// A record of that kind; empty when there is none.
+    std::string some(const std::string& kind);
+
+    std::string m_name;
+    Dice m_dice;
+    Ledger m_ledger;
+    KnownRecords m_records; // as the ledger has them at the moment
+    int m_made = 0;
+    int m_revision = 0;
+};
+
+/// Starts and stops the one timer by `quillorn timer`, which is another process on the same store. Some of these
+/// processes are killed as well.
+class TimerUser {
+  public:
+    explicit TimerUser(unsigned seed) : m_dice(seed) {}
+
+    /// Makes the tasks that the timer runs on.
+    void prepare(Surface& surface);
+    void run(Round& round, Surface& surface);
+    Ledger& ledger() { return m_ledger; }
+
+  private:
+    /// Both tell whether the timer is known to have done it.
+    bool startOver(const std::string& task, Round& round, Surface& surface);
+    bool command(std::vector<std::string> arguments, std::vector<Operation> operations, Round& round);
+    /// The number of the last entry; -1 when there is none yet.
+    int last() const;
+    bool isRunning() const;
+    Operation starting(const std::string& task) const;
+    Operation stopping() const;
+    Operation inProgress(const std::string& task) const;
+
+    Dice m_dice;
+    Ledger m_ledger;
+};
+
+} // namespace quillorn

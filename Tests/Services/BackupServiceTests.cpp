@@ -1,0 +1,284 @@
+#include "Services/BackupError.h"
+#include "Services/BackupFolder.h"
+#include "Services/BackupTest.h"
+#include "Services/StoreSnapshot.h"
+#include "Support/Threads.h"
+
+#include <gmock/gmock.h>
+
+namespace quillorn {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+TEST_F(BackupTest, keepsACompressedCopyOfTheStore) {
+    addTag("kept");
+    std::vector<bool> seen;
+    service->onChange = [&] { seen.push_back(service->isBackingUp()); };
+    service->runBackup(true);
+    service->runBackup(true); // while one is under way it does nothing
+    EXPECT_TRUE(service->isBackingUp());
+    finish();
+    EXPECT_THAT(seen, ElementsAre(true, false));
+    EXPECT_THAT(outcome(), MatchesRegex("Backed up [0-9]+ (bytes|KB)"));
+    EXPECT_EQ(service->lastBackupDate(), clock.now());
+    EXPECT_EQ(settings.storedValue("backupLastDate"), Json("2026-01-15T12:00:00Z"));
+    EXPECT_EQ(makeService()->lastBackupDate(), clock.now());
+
+    ASSERT_THAT(backupNames(), ElementsAre("Quillorn-20260115-1300.store.lzfse"));
+    const fs::path backup = backups() / backupNames()[0];
+    EXPECT_EQ(fs::status(backup).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(backups()).permissions(), fs::perms(0700));
+    EXPECT_TRUE(fs::is_empty(temporary));
+    const fs::path copy = folder / "copy.store";
+    writeFile(copy, decompressLZFSE(readFile(backup), 10'000'000).view());
+    EXPECT_TRUE(isHealthySnapshot(copy));
+    EXPECT_EQ(ForeignConnection(copy).text("SELECT name FROM Tag"), "kept");
+    EXPECT_FALSE(fs::exists(copy.string() + "-wal"));
+
+    // The same minute has the same file, another one its own.
+    clock.advance(59s);
+    backUp();
+    EXPECT_EQ(backupNames().size(), 1U);
+    clock.advance(1s);
+    backUp();
+    EXPECT_EQ(backupNames().size(), 2U);
+}
+
+TEST_F(BackupTest, isSkippedWhileNothingChanges) {
+    const Date last = clock.now() - 2h;
+    const auto touch = [&](int store, int sharedMemory, int ahead) {
+        setModified(file(), last + std::chrono::seconds(store));
+        setModified(file().string() + "-shm", last + std::chrono::seconds(sharedMemory));
+        setModified(file().string() + "-wal", last + std::chrono::seconds(ahead));
+    };
+    addTag("so that there is a log");
+    struct Case {
+        const char* last;
+        std::array<int, 3> modified;
+        bool force;
+        const char* outcome;
+    };
+    const std::string lastText = formatISO8601(last);
+    const Case cases[] = {
+        {nullptr, {-9, -9, -9}, false, "Backed up"},
+        {lastText.c_str(), {-9, -9, -9}, false, "Skipped — no changes since last backup"},
+        {lastText.c_str(), {0, 0, 0}, false, "Skipped — no changes since last backup"},
+        {lastText.c_str(), {-9, -9, -9}, true, "Backed up"},
+        {lastText.c_str(), {1, -9, -9}, false, "Backed up"},
+        {lastText.c_str(), {-9, 1, -9}, false, "Backed up"},
+        {lastText.c_str(), {-9, -9, 1}, false, "Backed up"},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.outcome);
+        each.last != nullptr ? settings.set("backupLastDate", each.last) : settings.remove("backupLastDate");
+        touch(each.modified[0], each.modified[1], each.modified[2]);
+        service = makeService();
+        backUp(each.force);
+        EXPECT_THAT(outcome(), StartsWith(each.outcome));
+        EXPECT_EQ(service->lastBackupDate(), *outcome().c_str() == 'B' ? clock.now() : last);
+    }
+    // A store that is not there.
+    container.reset();
+    for (const char* suffix : {"", "-wal", "-shm"})
+        fs::remove(file().string() + suffix);
+    settings.remove("backupLastDate");
+    container = StoreSurroundings::open(folder / "elsewhere");
+    service = makeService();
+    backUp();
+    EXPECT_EQ(outcome(), "Skipped — no store yet");
+    EXPECT_FALSE(service->lastBackupDate());
+}
+
+TEST_F(BackupTest, runsByTheClock) {
+    EXPECT_EQ(queue.timerCount(), 0U);
+    service = makeService(true);
+    const auto runsWithin = [&](std::chrono::milliseconds time) {
+        const auto before = service->lastBackupDate();
+        setModified(file(), clock.now() + 24h); // there is always something new
+        queue.advance(time);
+        finish();
+        return service->lastBackupDate() != before;
+    };
+    EXPECT_FALSE(runsWithin(29'999ms));
+    EXPECT_TRUE(runsWithin(1ms));
+    EXPECT_FALSE(runsWithin(1h - 30s - 1ms));
+    EXPECT_TRUE(runsWithin(1ms));
+    settings.set("backupEnabled", false);
+    EXPECT_FALSE(runsWithin(5h));
+    backUp();
+    EXPECT_THAT(outcome(), StartsWith("Backed up")) << "by hand";
+    settings.remove("backupEnabled");
+    EXPECT_TRUE(runsWithin(1h));
+    // A young backup spares the first one.
+    for (const auto age : {3599s, 3600s}) {
+        settings.set("backupLastDate", formatISO8601(clock.now() - age + 30s));
+        service = makeService(true);
+        EXPECT_EQ(runsWithin(30s), age == 3600s);
+    }
+    service.reset();
+    EXPECT_EQ(queue.timerCount(), 0U);
+    EXPECT_THAT(queue.failures(), IsEmpty());
+}
+
+TEST_F(BackupTest, saysWhatWentWrong) {
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {[&] { writeFile(file(), std::string(5000, 'x')); }, "! Snapshot failed: file is not a database"},
+        {[&] {
+             fs::remove(file());
+             fs::create_directory(file());
+         },
+         "! Could not open store: "},
+        {[&] { writeFile(backups(), "a file"); }, "! Can't write " + (backups() / "Quillorn-").string()},
+        {[&] { fs::remove(temporary); }, "! Can't make a temporary folder: "},
+        {[&] { fs::create_directories(backups() / "Quillorn-20260115-1300.store.lzfse"); }, "Is a directory"},
+    };
+    addTag("x");
+    container.reset();
+    const std::string good = readFile(file());
+    for (const char* suffix : {"-wal", "-shm"})
+        fs::remove(file().string() + suffix);
+    container = StoreSurroundings::open(folder / "elsewhere"); // for what else the service wants of one
+    settings.set("backupLastDate", "2026-01-01T00:00:00Z");
+    service = makeService();
+    for (const auto& [prepare, words] : cases) {
+        fs::remove_all(file());
+        fs::remove_all(backups());
+        fs::create_directory(temporary);
+        writeFile(file(), good);
+        prepare();
+        backUp();
+        EXPECT_THAT(outcome(), HasSubstr(words));
+        EXPECT_EQ(formatISO8601(*service->lastBackupDate()), "2026-01-01T00:00:00Z");
+        EXPECT_TRUE(!fs::exists(temporary) || fs::is_empty(temporary));
+    }
+    // A skip clears the error; settings that can't be written take nothing from the backup.
+    fs::remove_all(backups());
+    settings.failsToWrite = true;
+    backUp();
+    EXPECT_THAT(outcome(), StartsWith("Backed up"));
+    EXPECT_TRUE(log.contains("settings"));
+    for (const char* suffix : {"", "-wal", "-shm"})
+        setModified(file().string() + suffix, clock.now());
+    backUp(false);
+    EXPECT_EQ(outcome(), "Skipped — no changes since last backup");
+}
+
+TEST_F(BackupTest, aCopyWithFaultsIsNotKept) {
+    addTag("a");
+    backUp();
+    const std::string before = readFile(backups() / backupNames()[0]);
+    ForeignConnection(file()).execute("CREATE TABLE odd (x         ); INSERT INTO odd VALUES (NULL)");
+    container.reset();
+    container = StoreSurroundings::open(folder / "elsewhere");
+    std::string bytes = readFile(file());
+    bytes.replace(bytes.find("x         )"), 11, "x NOT NULL)");
+    writeFile(file(), bytes);
+    service = makeService();
+    const fs::path old = backups() / "Quillorn-20200101-0000.store.lzfse";
+    writeFile(old, "");
+    backUp();
+    EXPECT_EQ(outcome(), "! Snapshot failed integrity check — backup aborted");
+    EXPECT_TRUE(readFile(backups() / backupNames()[1]) == before);
+    EXPECT_TRUE(fs::exists(old)) << "a pass that fails prunes nothing";
+    EXPECT_FALSE(isHealthySnapshot(folder / "missing"));
+    writeFile(folder / "text", "Dear diary");
+    EXPECT_FALSE(isHealthySnapshot(folder / "text"));
+}
+
+TEST_F(BackupTest, thinsOutTheFolder) {
+    fs::create_directory(backups());
+    const auto named = [](const char* minute) { return "Quillorn-" + std::string(minute) + ".store.lzfse"; };
+    const std::string kept[] = {named("20260115-0100"), named("20260110-1400"), named("20270101-0000"),
+                                // none of ours
+                                named("notadate"), named("20260230-1200"), named("20250101-2400"),
+                                named("20250101-1260"), named("2025010-11200"), named("20250101-1200 "),
+                                "other.store.lzfse", "Quillorn-20250101-1200.store", "Quillorn-.store.lzfse"};
+    const std::string pruned[] = {named("20260110-1359"), named("20250101-1200")};
+    for (const auto& name : kept)
+        writeFile(backups() / name, "");
+    for (const auto& name : pruned)
+        writeFile(backups() / name, "");
+    backUp();
+    EXPECT_THAT(outcome(), testing::EndsWith(", pruned 2 old"));
+    std::vector<std::string> expected(std::begin(kept), std::end(kept));
+    expected.push_back(named("20260115-1300"));
+    EXPECT_THAT(backupNames(), testing::UnorderedElementsAreArray(expected));
+    EXPECT_EQ(pruneBackups(folder / "missing", clock.now(), calendar), 0U);
+    // A name is the first of two instants that have it, and the later of none.
+    EXPECT_EQ(dateOfBackup(named("20261025-0230"), calendar), date("2026-10-25T00:30:00Z"));
+    EXPECT_EQ(dateOfBackup(named("20260329-0230"), calendar), date("2026-03-29T01:30:00Z"));
+    EXPECT_EQ(backupFileName(date("2026-10-25T01:30:00Z"), calendar), named("20261025-0230"));
+}
+
+TEST_F(BackupTest, goesWhereTheUserWants) {
+    const fs::path mine = folder / "mine";
+    EXPECT_EQ(service->backupFolderURL(), backups());
+    EXPECT_THROW(service->setBackupFolder(mine), BackupError) << "it is not there";
+    EXPECT_THROW(service->setBackupFolder("relative"), BackupError);
+    EXPECT_FALSE(service->isBackupFolderAccessLost());
+    fs::create_directory(mine);
+    service->setBackupFolder(mine);
+    EXPECT_EQ(service->backupFolderURL(), mine);
+    EXPECT_FALSE(service->isBackupFolderAccessLost());
+    backUp();
+    EXPECT_EQ(std::distance(fs::directory_iterator(mine), {}), 1);
+    for (const auto& [chosen, isLost] : {std::pair(mine / "new", false), {folder / "no/such", true}, {"mine", true}}) {
+        settings.set("backupFolderPath", chosen.string());
+        EXPECT_EQ(service->isBackupFolderAccessLost(), isLost) << chosen;
+        EXPECT_EQ(service->backupFolderURL(), isLost ? backups() : chosen);
+    }
+    settings.failsToWrite = true;
+    EXPECT_THROW(service->setBackupFolder(mine), std::runtime_error);
+}
+
+TEST_F(BackupTest, isOneConsistentStateWhileOthersWrite) {
+    change(*container, [](ModelContext& context) { make<ProjectTask>(context, {.title = "counts the tags"}); });
+    std::atomic<bool> done = false;
+    std::vector<std::int64_t> counts;
+    onThreads(3, [&](int number) {
+        while (number > 0 && !done) {
+            ModelContext context(*container, ModelContext::Intent::update);
+            auto& task = *context.fetch<ProjectTask>().at(0);
+            task.setSortOrder(task.sortOrder() + 1);
+            make<Tag>(context, {.name = std::string(500, 'x')});
+            context.save();
+        }
+        for (int round = 0; number == 0 && round < 15; ++round) {
+            const fs::path backup = snapshotStore(file(), backups(), std::to_string(round), random);
+            const fs::path copy = folder / "copy.store";
+            unpackBackup(backup, copy);
+            ForeignConnection look(copy);
+            counts.push_back(look.integer("SELECT count(*) FROM Tag"));
+            EXPECT_EQ(look.integer("SELECT sortOrder FROM ProjectTask"), counts.back());
+        }
+        if (number == 0)
+            done = true;
+    });
+    EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
+    EXPECT_GT(counts.back(), counts.front());
+}
+
+TEST_F(BackupTest, isBroughtToItsEndByTheDestructor) {
+    addTag("a");
+    service->runBackup(true);
+    service.reset();
+    EXPECT_EQ(backupNames().size(), 1U);
+    queue.runPosted(); // the result has nobody to go to
+    service = makeService();
+    // And a restore beside a backup.
+    service->runBackup(true);
+    service->restoreFromFile(backups() / backupNames()[0]);
+    service.reset();
+    EXPECT_THAT(tags(), ElementsAre("a"));
+    EXPECT_TRUE(fs::is_empty(temporary));
+}
+
+} // namespace
+} // namespace quillorn

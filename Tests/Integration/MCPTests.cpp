@@ -93,11 +93,10 @@ TEST_F(BothSurfaces, showOneRecordAndDifferWhereTheyShould) {
 }
 
 TEST_F(BothSurfaces, enormousMessagesAreAnswered) {
-    const std::size_t size = 50'000'000;
-    const std::string text(size, 'x');
-    EXPECT_THAT(send(std::string(size, '[')).text(), HasSubstr("-32700"));
+    EXPECT_THAT(send(std::string(50'000'000, '[')).text(), HasSubstr("-32700"));
+    const std::string text(5'000'000, 'x');
     const Json note = record("create_note", R"({"content": ")" + text + "\"}");
-    EXPECT_EQ(note.find("content")->asString()->size(), size);
+    EXPECT_TRUE(*note.find("content") == Json(text));
     EXPECT_TRUE(server.isServing());
 }
 

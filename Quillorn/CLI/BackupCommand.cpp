@@ -74,10 +74,7 @@ std::vector<Listed> list(const fs::path& folder, Date now, const Calendar& calen
     std::map<Date, fs::path> files;
     if (std::error_code unknown; fs::exists(folder, unknown))
         files = listBackups(folder, calendar);
-    std::vector<Date> dates;
-    for (const auto& [date, file] : files)
-        dates.push_back(date);
-    const std::vector<Date> pruned = datesToPrune(dates, now, calendar);
+    const std::vector<Date> pruned = datesToPrune(datesOf(files), now, calendar);
     std::vector<Listed> listed;
     for (auto entry = files.rbegin(); entry != files.rend(); ++entry) {
         const auto& [date, file] = *entry;

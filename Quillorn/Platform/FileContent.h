@@ -6,8 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-
-struct stat;
+#include <sys/stat.h>
 
 namespace quillorn {
 

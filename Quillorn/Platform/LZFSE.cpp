@@ -12,8 +12,8 @@ namespace {
 /// The decoder reads a little beyond the end of a stream that is cut off.
 constexpr std::size_t padding = 1024;
 
-const std::uint8_t* unsignedBytes(const char* bytes) {
-    return reinterpret_cast<const std::uint8_t*>(bytes);
+const std::uint8_t* unsignedBytes(std::string_view bytes) {
+    return reinterpret_cast<const std::uint8_t*>(bytes.data());
 }
 std::uint8_t* unsignedBytes(char* bytes) {
     return reinterpret_cast<std::uint8_t*>(bytes);
@@ -91,7 +91,7 @@ ByteBuffer compressLZFSE(std::string_view bytes) {
         // What does not get smaller is stored as it is, with a head for each block.
         ByteBuffer compressed(bytes.size() + bytes.size() / 64 + 1024);
         const std::size_t size = lzfse_encode_buffer(unsignedBytes(compressed.data()), compressed.size(),
-                                                     unsignedBytes(bytes.data()), bytes.size(), nullptr);
+                                                     unsignedBytes(bytes), bytes.size(), nullptr);
         if (size == 0)
             throwOutOfMemory();
         compressed.shrink(size);
@@ -112,7 +112,7 @@ ByteBuffer decompressLZFSE(std::string compressed, std::size_t limit) {
         // One byte of room more than needed: one that is used shows a block that is longer than it says.
         ByteBuffer bytes(size + 1);
         const std::size_t written = lzfse_decode_buffer(unsignedBytes(bytes.data()), bytes.size(),
-                                                        unsignedBytes(compressed.data()), length, nullptr);
+                                                        unsignedBytes(std::string_view(compressed)), length, nullptr);
         if (written != size)
             throwDamaged();
         bytes.shrink(size);

@@ -50,9 +50,11 @@ std::optional<std::chrono::local_seconds> parseMinute(std::string_view text) {
     using namespace std::chrono;
     if (text.size() != 13 || text[8] != '-')
         return std::nullopt;
-    const auto yearNumber = number(text.substr(0, 4)), monthNumber = number(text.substr(4, 2)),
-               dayNumber = number(text.substr(6, 2)), hour = number(text.substr(9, 2)),
-               minute = number(text.substr(11, 2));
+    const auto yearNumber = number(text.substr(0, 4));
+    const auto monthNumber = number(text.substr(4, 2));
+    const auto dayNumber = number(text.substr(6, 2));
+    const auto hour = number(text.substr(9, 2));
+    const auto minute = number(text.substr(11, 2));
     if (!yearNumber || !monthNumber || !dayNumber || !hour || !minute || *hour > 23 || *minute > 59)
         return std::nullopt;
     const year_month_day date{year{*yearNumber}, month(static_cast<unsigned>(*monthNumber)),
@@ -108,14 +110,19 @@ std::map<Date, fs::path> listBackups(const fs::path& folder, const Calendar& cal
     return backups;
 }
 
+std::vector<Date> datesOf(const std::map<Date, fs::path>& backups) {
+    std::vector<Date> dates;
+    dates.reserve(backups.size());
+    for (const auto& [date, file] : backups)
+        dates.push_back(date);
+    return dates;
+}
+
 std::size_t pruneBackups(const fs::path& folder, Date now, const Calendar& calendar) {
     std::size_t count = 0;
     try {
         const auto backups = listBackups(folder, calendar);
-        std::vector<Date> dates;
-        for (const auto& [date, file] : backups)
-            dates.push_back(date);
-        for (const Date date : datesToPrune(dates, now, calendar)) {
+        for (const Date date : datesToPrune(datesOf(backups), now, calendar)) {
             std::error_code ignored;
             count += fs::remove(backups.at(date), ignored) ? 1 : 0;
         }

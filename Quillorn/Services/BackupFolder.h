@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillorn {
 
@@ -32,6 +33,9 @@ std::optional<Date> dateOfBackup(std::string_view fileName, const Calendar& cale
 
 /// The backups of a folder. Throws std::system_error when it can't be read.
 std::map<Date, std::filesystem::path> listBackups(const std::filesystem::path& folder, const Calendar& calendar);
+
+/// In ascending order.
+std::vector<Date> datesOf(const std::map<Date, std::filesystem::path>& backups);
 
 /// Deletes what the retention rule does not keep. Returns how many went; failures only make it fewer.
 std::size_t pruneBackups(const std::filesystem::path& folder, Date now, const Calendar& calendar);

@@ -20,7 +20,8 @@ BackupTier backupTier(Date date, Date now) {
 std::vector<Date> datesToPrune(const std::vector<Date>& dates, Date now, const Calendar& calendar) {
     // The newest of each day and of each week, the latter by its first day. A date counts in the tier of its own age
     // alone, so a day or week on the border between two tiers keeps one in each.
-    std::map<std::chrono::year_month_day, Date> newestOfDay, newestOfWeek;
+    std::map<std::chrono::year_month_day, Date> newestOfDay;
+    std::map<std::chrono::year_month_day, Date> newestOfWeek;
     std::set<Date> kept;
     const auto take = [](auto& newest, std::chrono::year_month_day period, Date date) {
         const auto [entry, isFirst] = newest.emplace(period, date);

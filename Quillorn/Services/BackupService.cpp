@@ -14,6 +14,7 @@
 #include "Services/StoreSnapshot.h"
 #include "Store/ReplaceContents.h"
 
+#include <algorithm>
 #include <fmt/core.h>
 #include <system_error>
 #include <utility>
@@ -93,12 +94,11 @@ void BackupService::runBackup(bool force) {
 }
 
 bool BackupService::hasStoreChangedSince(Date date) const {
-    for (const char* suffix : {"", "-shm", "-wal"}) {
+    const auto suffixes = {"", "-shm", "-wal"};
+    return std::any_of(suffixes.begin(), suffixes.end(), [&](const char* suffix) {
         const auto modified = modificationDate(fs::path(m_storeURL.string() + suffix));
-        if (modified && *modified > date)
-            return true;
-    }
-    return false;
+        return modified && *modified > date;
+    });
 }
 
 /// On the thread of the backup.

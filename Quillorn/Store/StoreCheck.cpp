@@ -60,7 +60,8 @@ StoreCheck checkFile(const fs::path& file, bool isAlone) {
 } // namespace
 
 StoreCheck checkStore(const fs::path& file, RandomSource& random) {
-    const fs::path log = file.string() + "-wal", sharedMemory = file.string() + "-shm";
+    const fs::path log = file.string() + "-wal";
+    const fs::path sharedMemory = file.string() + "-shm";
     std::error_code unknown;
     const std::uintmax_t logSize = fs::file_size(log, unknown);
     const bool hasLog = !unknown;

@@ -110,6 +110,30 @@ TEST_F(BackupCommands, askOnATerminal) {
     EXPECT_THAT(demo.errors(), HasSubstr("demo mode"));
 }
 
+TEST_F(BackupCommands, bringBackWhatADiskHasLost) {
+    fs::create_directory(home / "other disk");
+    run({"settings", "set", "backupFolderPath", (home / "other disk").string()});
+    {
+        const ServerProcess server(home.path());
+        server.json("POST", "/api/tasks", R"({"title": "Then"})");
+    }
+    EXPECT_EQ(run({"backup"}).status, 0);
+    const std::string file = text(backups()[0], "file");
+    EXPECT_THAT(file, StartsWith((home / "other disk").string()));
+    // A store that can't be opened is not written to, by a restore neither.
+    const std::string junk(5000, 'x');
+    writeFile(store(), junk);
+    const Outcome refused = run({"restore", file, "--yes"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("Quillorn couldn't open your data"));
+    EXPECT_TRUE(readFile(store()) == junk);
+    EXPECT_EQ(run({"backups"}).status, 0);
+    // Out of the way, or gone with its folder.
+    fs::remove_all(folder());
+    EXPECT_EQ(run({"restore", file, "--yes"}).status, 0);
+    EXPECT_EQ(titles(ServerProcess(home.path())), "Then.");
+}
+
 struct Doctor : BackupCommands {
     /// What it says of a subject, behind a "!" when that is a fault.
     std::string finding(const std::string& subject) const {

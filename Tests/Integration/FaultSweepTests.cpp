@@ -96,7 +96,7 @@ struct FaultSweep : testing::Test, StoreSurroundings {
         const bool isWhole = std::getenv("QUILLORN_WHOLE_SWEEP") != nullptr;
         for (const std::string kind : {"EIO", "ENOSPC", "KILL"}) {
             int calls = 0, undecided = 0;
-            for (int call = 1;; call += isWhole ? 1 : 1 + call / 3) {
+            for (int call = 1;; call += isWhole ? 1 : 1 + call / 2) {
                 SCOPED_TRACE(command + " " + kind + " at call " + std::to_string(call));
                 const Run outcome = run({command}, kind, call);
                 if (!outcome.cameToThat)
@@ -120,7 +120,7 @@ struct FaultSweep : testing::Test, StoreSurroundings {
                 if (HasFailure())
                     return;
             }
-            EXPECT_GT(calls, isWhole ? 50 : 8);
+            EXPECT_GT(calls, isWhole ? 50 : 6);
             // Where the sync of the commit fails the log may hold it all the same, and SQLite can't take it back.
             EXPECT_LE(undecided, 1);
         }

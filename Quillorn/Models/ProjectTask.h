@@ -63,6 +63,8 @@ class ProjectTask final : public Entity {
     /// Callers refuse a task as its own ancestor.
     ProjectTask* parentTask() const;
     void setParentTask(ProjectTask* parent);
+    /// Its row key, known without loading it; 0 for none and for what is not saved yet.
+    RowKey parentKey() const { return keyOf(m_parentTask); }
     const List<TimeEntry>& timeEntries() const;
     const List<Note>& notes() const;
     const List<Tag>& tags() const;

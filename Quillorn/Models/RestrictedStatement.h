@@ -7,9 +7,8 @@
 
 namespace quillorn {
 
-/// A statement over the rows that a column names by key: "{}" behind the column in `sql` becomes " IN (keys)", with the
-/// keys as parameter 1. Where there are so many of them that reading everything is faster it becomes " IS NOT NULL",
-/// and there are rows of other keys too.
+/// A statement over the rows that a column names by key: "{}" behind the column in `sql` becomes a
+/// KeyCondition, which may let rows of other keys through.
 StatementLoan restrictedStatement(ModelContext& context, std::string sql, const std::vector<RowKey>& keys);
 
 template <class Object>

@@ -42,7 +42,7 @@ enum class ParentFault { none, self, circle };
 ParentFault faultOfParent(const ProjectTask& task, const ProjectTask& parent);
 
 /// Tags that the task has already stay once.
-void addTagsToTask(ProjectTask& task, const std::vector<Tag*>& tags, Date now);
+void addTagsToTask(ProjectTask& task, const std::vector<Tag*>& added, Date now);
 /// Only notes the change where the task doesn't have it.
 void removeTagFromTask(ProjectTask& task, const UUID& tagId, Date now);
 

@@ -2,7 +2,7 @@
 
 #include "Models/RestrictedStatement.h"
 #include "Models/Tag.h"
-#include "Store/KeyList.h"
+#include "Store/KeyCondition.h"
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ Parents parentsOf(ModelContext& context, const std::vector<RowKey>& tasks) {
     // UNION, not UNION ALL: it drops what was seen, so that even a circle ends.
     const StatementLoan rows =
         restrictedStatement(context,
-                            tasks.size() <= keyLookupLimit
+                            tasks.size() <= KeyCondition::lookupLimit
                                 ? "WITH RECURSIVE up(task, parent) AS ("
                                   "SELECT key, parentTask FROM ProjectTask WHERE key{} "
                                   "UNION SELECT p.key, p.parentTask FROM up JOIN ProjectTask p ON p.key = up.parent) "
@@ -37,7 +37,8 @@ TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<Projec
     m_sums.reserve(keys.size());
     addTimes(context, keys, now);
     addSubtasks(context, keys);
-    addDepths(context, keys);
+    if (std::ranges::any_of(tasks, [](const ProjectTask* task) { return task->parentKey() != 0; }))
+        addDepths(context, keys);
 }
 
 void TaskTotalsTable::addTimes(ModelContext& context, const std::vector<RowKey>& tasks, Date now) {

@@ -1,6 +1,6 @@
 #include "Store/ContextRefresh.h"
 
-#include "Store/KeyList.h"
+#include "Store/KeyCondition.h"
 
 #include <fmt/core.h>
 #include <unordered_set>
@@ -27,11 +27,9 @@ void ContextRefresh::rereadRows(ModelContext::Registry& registry) {
     }
     if (keys.empty())
         return;
-    const bool lookUp = keys.size() <= keyLookupLimit;
-    const StatementLoan rows =
-        m_context.statement(registry.type->select + (lookUp ? " WHERE key IN (SELECT value FROM json_each(?))" : ""));
-    if (lookUp)
-        rows->bind(1, std::string_view(keyList(keys)));
+    const KeyCondition condition(keys);
+    const StatementLoan rows = m_context.statement(registry.type->select + " WHERE key" + condition.sql());
+    rows->bindAll(condition.values());
     while (rows->step()) {
         Entity* const* known = registry.byKey.find(rows->integer(0));
         if (known != nullptr && gone.erase(*known) > 0)

@@ -1,6 +1,6 @@
 #include "Store/ContextSave.h"
 
-#include "Store/KeyList.h"
+#include "Store/KeyCondition.h"
 
 #include <fmt/core.h>
 #include <string>

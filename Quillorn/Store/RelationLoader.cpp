@@ -1,6 +1,6 @@
 #include "Store/RelationLoader.h"
 
-#include "Store/KeyList.h"
+#include "Store/KeyCondition.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -41,10 +41,9 @@ void RelationLoader::fetchMissing(const EntityType& type, const std::vector<RowK
             missing.push_back(key);
     if (missing.empty())
         return;
-    Query query;
-    if (missing.size() <= keyLookupLimit)
-        query = {.where = "key IN (SELECT value FROM json_each(?))", .values = {keyList(missing)}};
-    m_context.fetchInto(type, query, [](Entity&) {});
+    const KeyCondition condition(missing);
+    m_context.fetchInto(type, {.where = std::string("key") + condition.sql(), .values = condition.values()},
+                        [](Entity&) {});
 }
 
 void RelationLoader::loadReferences(const EntityType& type, std::size_t column) {
@@ -100,11 +99,10 @@ void RelationLoader::loadList(const EntityType& type, std::size_t relation) {
 void RelationLoader::loadChildren(const ToMany& relation, const Objects& owners) {
     const EntityType& target = relation.target();
     const std::size_t column = target.columnNamed(relation.inverse);
-    Query query{.where = fmt::format("\"{}\" IS NOT NULL", relation.inverse)};
-    if (owners.size() <= keyLookupLimit)
-        query = {.where = fmt::format("\"{}\" IN (SELECT value FROM json_each(?))", relation.inverse),
-                 .values = {keyList(keysOf(owners))}};
-    m_context.fetchInto(target, query, [](Entity&) {});
+    const KeyCondition condition(keysOf(owners));
+    m_context.fetchInto(
+        target, {.where = fmt::format("\"{}\"{}", relation.inverse, condition.sql()), .values = condition.values()},
+        [](Entity&) {});
     // References of the targets show the rows as they are changed in this context, saved or not: so the lists are made
     // of them, and not of the rows just read.
     loadReferences(target, column);
@@ -153,15 +151,11 @@ void RelationLoader::loadLinks(const EntityType& type, const ToMany& relation, c
 }
 
 RelationLoader::Links RelationLoader::readLinks(const ToMany& relation, const Objects& owners) {
-    std::string sql = fmt::format("SELECT \"{0}\", \"{1}\" FROM \"{2}\"", relation.ownColumn, relation.otherColumn,
-                                  relation.linkTable);
-    const bool lookUp = owners.size() <= keyLookupLimit;
-    if (lookUp)
-        sql += fmt::format(" WHERE \"{}\" IN (SELECT value FROM json_each(?))", relation.ownColumn);
-    sql += fmt::format(" ORDER BY \"{}\", \"{}\"", relation.ownColumn, relation.otherColumn);
-    const StatementLoan rows = m_context.statement(sql);
-    if (lookUp)
-        rows->bind(1, std::string_view(keyList(keysOf(owners))));
+    const KeyCondition condition(keysOf(owners));
+    const StatementLoan rows = m_context.statement(
+        fmt::format("SELECT \"{0}\", \"{1}\" FROM \"{2}\" WHERE \"{0}\"{3} ORDER BY \"{0}\", \"{1}\"",
+                    relation.ownColumn, relation.otherColumn, relation.linkTable, condition.sql()));
+    rows->bindAll(condition.values());
     Links links;
     while (rows->step()) {
         links.owners.push_back(rows->integer(0));

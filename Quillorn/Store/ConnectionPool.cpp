@@ -4,8 +4,9 @@ namespace quillorn {
 
 namespace {
 
-/// More than this many connections rest only while requests come side by side; each holds up to 2 MB of pages.
-constexpr std::size_t restingLimit = 4;
+/// Opening a connection and preparing its statements anew takes longer than most requests, so the connections of the
+/// usual number of clients rest in between; each holds up to 1 MB of pages.
+constexpr std::size_t restingLimit = 8;
 
 } // namespace
 

@@ -8,6 +8,7 @@
 
 #include <fmt/core.h>
 #include <memory>
+#include <optional>
 #include <sqlite3.h>
 #include <string_view>
 #include <system_error>
@@ -65,6 +66,19 @@ ByteBuffer compressedContent(const fs::path& file) {
                      [&] { return compressLZFSE(readWhole(openFile(file))); });
 }
 
+/// What a query returns first; absent where that fails, or is null.
+std::optional<std::string> singleValue(const fs::path& file, const char* sql) {
+    const ReadOnlyConnection connection(file);
+    sqlite3_stmt* statement = nullptr;
+    if (!connection.isOpen() || sqlite3_prepare_v2(connection.handle(), sql, -1, &statement, nullptr) != SQLITE_OK)
+        return std::nullopt;
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> owner(statement, sqlite3_finalize);
+    if (sqlite3_step(statement) != SQLITE_ROW)
+        return std::nullopt;
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+    return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
+}
+
 } // namespace
 
 fs::path snapshotStore(const fs::path& store, const fs::path& folder, const std::string& fileName,
@@ -91,16 +105,7 @@ fs::path snapshotStore(const fs::path& store, const fs::path& folder, const std:
 }
 
 bool isHealthySnapshot(const fs::path& file) {
-    const ReadOnlyConnection connection(file);
-    sqlite3_stmt* statement = nullptr;
-    if (!connection.isOpen() ||
-        sqlite3_prepare_v2(connection.handle(), "PRAGMA integrity_check;", -1, &statement, nullptr) != SQLITE_OK)
-        return false;
-    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> owner(statement, sqlite3_finalize);
-    if (sqlite3_step(statement) != SQLITE_ROW)
-        return false;
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-    return text != nullptr && std::string_view(text) == "ok";
+    return singleValue(file, "PRAGMA integrity_check;") == "ok";
 }
 
 void unpackBackup(const fs::path& backup, const fs::path& target) {
@@ -109,7 +114,8 @@ void unpackBackup(const fs::path& backup, const fs::path& target) {
         return decompressLZFSE(readWhole(openFile(backup)), room);
     });
     explained(fmt::format("Can't write {}", target.string()), [&] { replaceFile(target, decompressed.view()); });
-    if (!isHealthySnapshot(target))
+    // A file of no bytes is a sound database; to restore it would be to delete everything.
+    if (!isHealthySnapshot(target) || singleValue(target, "SELECT count(*) FROM sqlite_schema") == "0")
         throw BackupError("Backup file failed integrity check — restore cancelled");
 }
 

@@ -111,6 +111,7 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
         {goodBytes + "x", "There is something behind the end of the compressed data"},
         {std::string(compressLZFSE(broken).view()), "Backup file failed integrity check — restore cancelled"},
         {std::string(compressLZFSE("Dear diary").view()), "Backup file failed integrity check — restore cancelled"},
+        {"bvx$", "Backup file failed integrity check — restore cancelled"}, // nothing, compressed
         {database("PRAGMA user_version = 1000"), "The store has schema version 1000"},
         {database("PRAGMA application_id = 7"), "The store file is a database of another program"},
     };

@@ -22,7 +22,7 @@ void configureMemory() {
 
 void lowerThreadPriority() {
     // In Linux the number of a thread does as that of a process; without one it is the calling thread.
-    setpriority(PRIO_PROCESS, 0, 10);
+    setpriority(PRIO_PROCESS, 0, 5);
 }
 
 void releaseFreeMemory() {

@@ -40,6 +40,8 @@ class ChildProcess {
     /// The next line of its errors that contains `part`.
     std::string waitForLine(std::string_view part) { return nextLine(m_errors, m_read, part); }
 
+    /// Of the process.
+    pid_t id() const { return m_child; }
     void signal(int number) const;
     /// Waits for the end; the exit status, or minus the signal that ended it.
     int wait();

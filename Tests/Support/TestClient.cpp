@@ -1,5 +1,6 @@
 #include "Support/TestClient.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -70,6 +71,16 @@ std::string TestClient::response() {
     auto whole = m_received.substr(0, end);
     m_received.erase(0, end);
     return whole;
+}
+
+void TestClient::take(std::size_t count) {
+    char piece[4096];
+    while (count > 0) {
+        const auto received = ::recv(m_descriptor, piece, std::min(count, sizeof piece), 0);
+        if (received <= 0)
+            return;
+        count -= static_cast<std::size_t>(received);
+    }
 }
 
 std::string TestClient::rest() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -21,6 +22,8 @@ class TestClient {
     void reset() const;
     /// One header section and the body that its Content-Length promises; what there is when the connection ends first.
     std::string response();
+    /// Takes that many bytes off what comes, and no more; all where the connection ends before.
+    void take(std::size_t count);
     /// Everything up to the end of the connection.
     std::string rest();
 

@@ -54,9 +54,11 @@ std::string key(const CommandEntry& command) {
 
 /// What the script does for a command, below its label.
 std::string branch(const CommandEntry& command) {
-    std::vector<std::string> options, below;
+    std::vector<std::string> options;
+    std::vector<std::string> below;
     for (const OptionEntry& option : command.options)
         options.insert(options.end(), option.names.begin(), option.names.end());
+    below.reserve(command.commands.size());
     for (const CommandEntry& each : command.commands)
         below.push_back(each.words.back());
 
@@ -76,7 +78,8 @@ std::string branch(const CommandEntry& command) {
 } // namespace
 
 std::string bashCompletion(const CommandEntry& program) {
-    std::vector<std::string> commands, valued;
+    std::vector<std::string> commands;
+    std::vector<std::string> valued;
     std::string branches;
     for (const CommandEntry* command : allCommands(program)) {
         if (!command->words.empty())

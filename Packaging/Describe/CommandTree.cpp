@@ -63,6 +63,7 @@ Offer offerFor(const ArgumentEntry& argument) {
 
 std::vector<std::string> settingKeys() {
     std::vector<std::string> keys;
+    keys.reserve(settingsCatalogue.size());
     for (const Setting& setting : settingsCatalogue)
         keys.emplace_back(setting.key);
     return keys;

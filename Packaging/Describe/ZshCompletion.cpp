@@ -57,7 +57,8 @@ std::string argumentSpec(const ArgumentEntry& argument) {
 
 /// The rest of the function of a command that has others below it.
 std::string choice(const CommandEntry& command) {
-    std::string list, cases;
+    std::string list;
+    std::string cases;
     for (const CommandEntry& below : command.commands) {
         list += fmt::format("                {}\n", quoted(below.words.back() + ":" + below.summary));
         cases += fmt::format("                {}) {} ;;\n", below.words.back(), functionName(below));

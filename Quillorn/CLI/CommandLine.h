@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name is the library's
 namespace CLI {
 class App;
 }

@@ -1,0 +1,72 @@
+#include "Describe/CommandTree.h"
+
+#include "CLI/CommandLine.h"
+#include "Models/Settings.h"
+
+#include <CLI/CLI.hpp>
+
+namespace quillorn {
+
+namespace {
+
+OptionEntry optionEntry(const CLI::Option& option) {
+    OptionEntry entry;
+    for (const std::string& name : option.get_snames())
+        entry.names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames())
+        entry.names.push_back("--" + name);
+    // CLI11 appends what the value is checked for, after a colon.
+    if (option.get_type_size() != 0)
+        entry.value = option.get_type_name().substr(0, option.get_type_name().find(':'));
+    entry.summary = option.get_description();
+    return entry;
+}
+
+CommandEntry commandEntry(const CLI::App& app, std::vector<std::string> words) {
+    CommandEntry entry{std::move(words), app.get_description(), app.get_footer(), {}, {}, {}};
+    for (const CLI::Option* option : app.get_options({})) {
+        if (option->get_positional())
+            entry.arguments.push_back({option->get_name(true), option->get_description()});
+        else
+            entry.options.push_back(optionEntry(*option));
+    }
+    for (const CLI::App* command : app.get_subcommands({})) {
+        std::vector<std::string> below = entry.words;
+        below.push_back(command->get_name());
+        entry.commands.push_back(commandEntry(*command, std::move(below)));
+    }
+    return entry;
+}
+
+} // namespace
+
+CommandEntry commandTree() {
+    Action chosen;
+    const std::shared_ptr<const CLI::App> app = defineCommands(chosen);
+    return commandEntry(*app, {});
+}
+
+std::vector<const CommandEntry*> allCommands(const CommandEntry& top) {
+    std::vector<const CommandEntry*> all{&top};
+    for (const CommandEntry& command : top.commands) {
+        const std::vector<const CommandEntry*> below = allCommands(command);
+        all.insert(all.end(), below.begin(), below.end());
+    }
+    return all;
+}
+
+Offer offerFor(const ArgumentEntry& argument) {
+    if (argument.name == "KEY")
+        return Offer::settingKeys;
+    return argument.name == "FILE" ? Offer::files : Offer::nothing;
+}
+
+std::vector<std::string> settingKeys() {
+    std::vector<std::string> keys;
+    keys.reserve(settingsCatalogue.size());
+    for (const Setting& setting : settingsCatalogue)
+        keys.emplace_back(setting.key);
+    return keys;
+}
+
+} // namespace quillorn

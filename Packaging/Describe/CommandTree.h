@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quillorn {
+
+struct OptionEntry {
+    /// As typed: "-h", "--help".
+    std::vector<std::string> names;
+    /// What stands for its value, for example "N"; empty for a flag.
+    std::string value;
+    std::string summary;
+};
+
+struct ArgumentEntry {
+    std::string name;
+    std::string summary;
+};
+
+/// A command; the program itself is the one without words.
+struct CommandEntry {
+    /// What selects it, for example "settings" and "get".
+    std::vector<std::string> words;
+    std::string summary;
+    /// More to say about it, in lines; may be empty.
+    std::string footer;
+    std::vector<OptionEntry> options;
+    std::vector<ArgumentEntry> arguments;
+    /// One that has commands of its own does nothing by itself.
+    std::vector<CommandEntry> commands;
+};
+
+/// The commands that the program parses.
+CommandEntry commandTree();
+
+/// A command and all below it, from the top.
+std::vector<const CommandEntry*> allCommands(const CommandEntry& top);
+
+/// What a shell can offer for an argument.
+enum class Offer { nothing, settingKeys, files };
+Offer offerFor(const ArgumentEntry& argument);
+
+/// The keys that `settings get`, `set` and `reset` take.
+std::vector<std::string> settingKeys();
+
+} // namespace quillorn

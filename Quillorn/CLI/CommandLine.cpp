@@ -1,0 +1,117 @@
+#include "CLI/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+
+namespace quillorn {
+namespace {
+
+void addServe(CLI::App& app, Action& chosen) {
+    auto options = std::make_shared<ServeOptions>();
+    CLI::App* command = app.add_subcommand("serve", "Run the local API server in the foreground");
+    command->footer("The options stand in for the settings of this run and change none.\n"
+                    "SIGINT (Ctrl-C) and SIGTERM end the server. An empty store in memory is served when\n"
+                    "-QUILLORN_DEMO is given or the environment has QUILLORN_DEMO=1.");
+    command->add_option("--port", options->port, "Port to listen on; 0 takes any free one")
+        ->check(CLI::Range(0, 65535))
+        ->type_name("N");
+    command->add_flag("--external", options->external, "Let other machines reach the server; needs an API key");
+    command->add_flag("--require-auth", options->requireAuth, "Require the API key on this machine too");
+    command->add_option("--key", options->key, "The API key; QUILLORN_API_KEY in the environment does the same")
+        ->envname("QUILLORN_API_KEY")
+        ->type_name("KEY");
+    command->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return serve(*options, process); }; });
+}
+
+void addSettings(CLI::App& app, Action& chosen) {
+    auto options = std::make_shared<SettingsOptions>();
+    auto key = std::make_shared<std::string>();
+    auto value = std::make_shared<std::string>();
+    CLI::App* settings = app.add_subcommand("settings", "Read and change the settings");
+    settings->require_subcommand(0, 1);
+
+    CLI::App* list = settings->add_subcommand("list", "Show every setting and its value");
+    list->add_flag("--all", options->all, "Also what services and windows keep for themselves");
+    list->add_flag("--json", options->json, "Print JSON");
+    list->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return listSettings(*options); }; });
+
+    CLI::App* get = settings->add_subcommand("get", "Print the value of one setting");
+    get->add_option("KEY", *key, "Name of the setting")->required();
+    get->add_flag("--json", options->json, "Print JSON");
+    get->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return getSetting(*key, *options); }; });
+
+    CLI::App* set = settings->add_subcommand("set", "Change one setting");
+    set->add_option("KEY", *key, "Name of the setting")->required();
+    set->add_option("VALUE", *value, "The new value")->required();
+    set->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return setSetting(*key, *value); }; });
+
+    CLI::App* reset = settings->add_subcommand("reset", "Go back to the default of one setting");
+    reset->add_option("KEY", *key, "Name of the setting")->required();
+    reset->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return resetSetting(*key); }; });
+}
+
+void addTimer(CLI::App& app, Action& chosen) {
+    auto task = std::make_shared<std::string>();
+    auto json = std::make_shared<bool>(false);
+    CLI::App* timer = app.add_subcommand("timer", "Track time on a task, also while the server runs");
+    timer->require_subcommand(0, 1);
+
+    CLI::App* start = timer->add_subcommand("start", "Start on a task; a timer that runs is stopped first");
+    start->add_option("TASK-ID", *task, "Id of the task")->required();
+    start->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return startTimer(*task, process); }; });
+
+    CLI::App* stop = timer->add_subcommand("stop", "Stop the running timer");
+    stop->callback([&chosen] { chosen = stopTimer; });
+
+    CLI::App* status = timer->add_subcommand("status", "Show the running timer");
+    status->add_flag("--json", *json, "Print JSON");
+    status->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return showTimer(*json, process); }; });
+}
+
+void addBackups(CLI::App& app, Action& chosen) {
+    auto json = std::make_shared<bool>(false);
+    auto quick = std::make_shared<bool>(false);
+    auto confirmed = std::make_shared<bool>(false);
+    auto file = std::make_shared<std::string>();
+
+    CLI::App* backup = app.add_subcommand("backup", "Take a backup now, also while the server runs");
+    backup->add_flag("--json", *json, "Print JSON");
+    backup->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return backUp(*json, process); }; });
+
+    CLI::App* list = app.add_subcommand("backups", "Show the backups, and whether they are sound");
+    list->add_flag("--no-check", *quick, "Don't look into the files, which takes a while for large stores");
+    list->add_flag("--json", *json, "Print JSON");
+    list->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return listBackups(*json, !*quick); }; });
+
+    CLI::App* restored = app.add_subcommand("restore", "Replace all data by that of a backup");
+    restored->footer("The present data goes to the folder of the backups first, so a restore can be undone.");
+    restored->add_option("FILE", *file, "The backup")->required();
+    restored->add_flag("--yes", *confirmed, "Don't ask");
+    restored->callback(
+        [=, &chosen] { chosen = [=](const ProcessInfo& process) { return restore(*file, *confirmed, process); }; });
+}
+
+void addDoctor(CLI::App& app, Action& chosen) {
+    auto json = std::make_shared<bool>(false);
+    CLI::App* doctor = app.add_subcommand("doctor", "Look whether all is well, changing nothing");
+    doctor->add_flag("--json", *json, "Print JSON");
+    doctor->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return examine(*json); }; });
+}
+
+} // namespace
+
+std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
+    auto app = std::make_shared<CLI::App>(
+        "Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
+    app->set_version_flag("--version", "quillorn " QUILLORN_VERSION);
+    // Not "at least one": then a command that does not exist would be reported as none at all.
+    app->require_subcommand(0, 1);
+    app->get_formatter()->column_width(34);
+    addServe(*app, chosen);
+    addSettings(*app, chosen);
+    addTimer(*app, chosen);
+    addBackups(*app, chosen);
+    addDoctor(*app, chosen);
+    return app;
+}
+
+} // namespace quillorn

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "CLI/Commands.h"
+
+#include <functional>
+#include <memory>
+
+// NOLINTNEXTLINE(readability-identifier-naming): the name is the library's
+namespace CLI {
+class App;
+}
+
+namespace quillorn {
+
+/// What a command line asks for, ready to run.
+using Action = std::function<ExitStatus(const ProcessInfo&)>;
+
+/// Every command and option there is: what the program parses, and what its man page and completions are made of.
+/// Parsing sets `chosen` to the command that was given, and leaves it empty when none was.
+std::shared_ptr<CLI::App> defineCommands(Action& chosen);
+
+} // namespace quillorn

@@ -1,5 +1,7 @@
 #include "Fuzz/ApiCaller.h"
 #include "Fuzz/Harness.h"
+#include "MCP/MCPResourceRegistry.h"
+#include "Platform/Calendar.h"
 #include "Services/BackupError.h"
 #include "Services/StoreSnapshot.h"
 #include "Store/ReplaceContents.h"
@@ -24,6 +26,17 @@ std::string compacted(const fs::path& store, const fs::path& copy) {
     ForeignConnection(store).execute(
         fmt::format("PRAGMA journal_mode = DELETE; PRAGMA page_size = 512; VACUUM INTO '{}'", copy.string()));
     return readFile(copy);
+}
+
+/// The one for all inputs: it takes longer to make than to use.
+FuzzStore& store() {
+    static FuzzStore store;
+    return store;
+}
+
+std::unique_ptr<ModelContainer> openFile(const fs::path& file) {
+    return openContainer({.name = "restore-source", .url = file, .cloudContainerIdentifier = {}},
+                         {.random = store().random(), .notifications = store().notifications()}, store().log());
 }
 
 /// One stream of one plain block: what is compressed in it is the other fuzzer's concern.
@@ -143,36 +156,41 @@ std::string changedBy(const std::string& statement, std::string bytes) {
 }
 
 /// Reads and changes what was restored as clients do.
-void useRestored(FuzzStore& store) {
-    ApiCaller caller(store.container());
-    for (const char* list : {"clients", "projects", "tasks", "tags", "time-entries", "notes"}) {
-        caller.call("GET", fmt::format("/api/{}?archived=true", list));
-        caller.call("GET", fmt::format("/api/{}?name=a&title=a&search=a", list));
+void useRestored() {
+    static ApiCaller caller(store().container());
+    for (const char* list : {"clients", "projects", "tasks", "tags", "time-entries", "notes"})
+        caller.call("GET", fmt::format("/api/{}?archived=true&name=a&title=a", list));
+    constexpr const char* calls[][2] = {{"project", "GET /api/projects/{}/tasks"},
+                                        {"project", "GET /api/projects/{}/time-entries"},
+                                        {"task", "GET /api/tasks/{}/time-entries"},
+                                        {"task", "POST /api/tasks/{}/complete"},
+                                        {"entry", "POST /api/time-entries/{}/stop"},
+                                        {"otherProject", "DELETE /api/projects/{}"},
+                                        {"task", "DELETE /api/tasks/{}"}};
+    for (const auto& [kind, call] : calls) {
+        const std::string line = fmt::format(fmt::runtime(call), store().ids().at(kind));
+        caller.call(line.substr(0, line.find(' ')), line.substr(line.find(' ') + 1));
     }
-    for (const auto& [kind, id] : store.ids())
-        for (const char* call :
-             {"GET /api/clients/{}/projects", "GET /api/projects/{}/tasks", "GET /api/projects/{}/notes",
-              "GET /api/projects/{}/time-entries", "GET /api/tasks/{}/time-entries", "POST /api/tasks/{}/complete",
-              "POST /api/time-entries/{}/stop", "DELETE /api/tasks/{}", "DELETE /api/projects/{}"}) {
-            const std::string line = fmt::format(fmt::runtime(call), id);
-            caller.call(line.substr(0, line.find(' ')), line.substr(line.find(' ') + 1));
-        }
+    static const Text text("en_US");
+    static const Calendar calendar("Europe/Berlin", "en_US");
+    static const FakeClock clock;
+    static const MCPResourceRegistry resources({store().container(), clock, text, calendar});
+    for (const auto& resource : resources.allResources().resources)
+        (void)Json::parse(resources.read(resource.uri));
+    try {
+        (void)Json::parse(resources.read("quillorn://project/" + store().ids().at("project")));
+    } catch (const MCPResourceError&) {
+        // Not every backup has it.
+    }
+    caller.call("POST", "/api/tags", R"({"name": "one more"})");
 }
 
 } // namespace
 
 std::vector<std::string> quillorn::seeds() {
     const TemporaryFolder folder;
-    FixedRandom random;
-    NotificationCenter notifications;
-    RecordingLog log;
     const fs::path current = folder / "current";
-    {
-        const auto container = openContainer({.name = "Quillorn", .url = current, .cloudContainerIdentifier = {}},
-                                             {.random = random, .notifications = notifications}, log);
-        ModelContext context(*container, ModelContext::Intent::update);
-        crowd(context, 2);
-    }
+    replaceStoreContents(store().container(), *openFile(current));
     std::vector<std::string> seeds{compacted(current, folder / "copy")};
     for (const Schema* schema : QuillornMigrationPlan().schemas) {
         const fs::path old = folder / std::to_string(schema->version);
@@ -202,12 +220,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const fs::path copy = folder / "copy";
     writeFile(backup, asBackup(bytesOf(data, size)));
 
-    FuzzStore live;
+    FuzzStore& live = store();
     static const std::string untouched = live.content();
     try {
         unpackBackup(backup, copy);
-        const auto source = openContainer({.name = "restore-source", .url = copy, .cloudContainerIdentifier = {}},
-                                          {.random = live.random(), .notifications = live.notifications()}, live.log());
+        const auto source = openFile(copy);
         replaceStoreContents(*source, live.container());
     } catch (const BackupError&) {
         require(live.content() == untouched, "a refused backup changes the store");
@@ -217,7 +234,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     live.requireSound();
-    useRestored(live);
+    useRestored();
     live.requireSound();
+    live.reset();
     return 0;
 }

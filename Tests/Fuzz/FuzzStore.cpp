@@ -1,6 +1,7 @@
 #include "Fuzz/FuzzStore.h"
 
 #include "Fuzz/Harness.h"
+#include "Store/ReplaceContents.h"
 
 #include <fmt/format.h>
 #include <vector>
@@ -35,11 +36,27 @@ std::vector<std::string> contentQueries(ModelContext& context) {
 
 } // namespace
 
-FuzzStore::FuzzStore()
-    : m_container(openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
-                                {.random = m_random, .notifications = m_notifications}, m_log)) {
-    ModelContext context(*m_container, ModelContext::Intent::update);
-    m_ids = crowd(context, 2);
+std::unique_ptr<ModelContainer> FuzzStore::open(RandomSource& random) {
+    return openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
+                         {.random = random, .notifications = m_notifications}, m_log);
+}
+
+FuzzStore::FuzzStore() : m_original(open(m_originalRandom)), m_container(open(m_random)) {
+    {
+        ModelContext context(*m_original, ModelContext::Intent::update);
+        m_ids = crowd(context, 2);
+    }
+    reset();
+}
+
+void FuzzStore::reset() {
+    {
+        ModelContext context(*m_container, ModelContext::Intent::update);
+        context.statement("DELETE FROM sqlite_sequence")->run();
+        context.save();
+    }
+    replaceStoreContents(*m_original, *m_container);
+    m_random.random.emplace(1);
 }
 
 std::string FuzzStore::content() const {

@@ -33,6 +33,12 @@ struct Peer {
     MCPServer server{{store.container(), clock, text, calendar, store.random()}};
     /// The tools themselves, for what the server makes a result of.
     MCPToolRegistry registry{{store.container(), clock, text}};
+
+    /// The one for all inputs: it takes longer to make than to use.
+    static Peer& shared() {
+        static Peer peer;
+        return peer;
+    }
 };
 
 /// What a client is told of the server, and some records of it.
@@ -54,7 +60,7 @@ struct Catalogue {
 
   private:
     Catalogue() {
-        Peer peer;
+        Peer& peer = Peer::shared();
         ids = peer.store.ids();
         const auto list = [&](const char* method, const char* key) {
             const HttpResponse response =
@@ -189,8 +195,8 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 /// Each line is a message. Every one gets an answer of the protocol, none meets a fault of the server's, and what is
 /// refused changes nothing.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Peer peer;
-    static const std::string untouched = FuzzStore().content();
+    Peer& peer = Peer::shared();
+    const std::string untouched = peer.store.content();
     std::string before = untouched;
     for (const std::string& line : linesOf(bytesOf(data, size))) {
         const HttpResponse response = peer.server.handle(line);
@@ -209,8 +215,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(after == before || (!isRefusal && answer->find("error") == nullptr), "a refusal changes: " + line);
         before = std::move(after);
     }
+    if (before == untouched)
+        return 0;
     static int count = 0;
-    if (before != untouched && ++count % 64 == 0)
+    if (++count % 64 == 0)
         peer.store.requireSound();
+    peer.store.reset();
     return 0;
 }

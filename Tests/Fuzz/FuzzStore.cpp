@@ -53,7 +53,7 @@ void FuzzStore::reset() {
     {
         ModelContext context(*m_container, ModelContext::Intent::update);
         context.statement("DELETE FROM sqlite_sequence")->run();
-        context.save();
+        context.statement("COMMIT")->run(); // save() knows of no change
     }
     replaceStoreContents(*m_original, *m_container);
     m_random.random.emplace(1);

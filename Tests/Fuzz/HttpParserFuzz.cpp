@@ -32,8 +32,10 @@ void look(const HttpRequest& request) {
     for (const Guard& guard : guards)
         if (const auto refusal = guard(request))
             require(refusal->statusCode() == 401 || refusal->statusCode() == 403, "a guard answers something else");
+    // To the router a method is a segment like others: "GET/" is "GET".
     if (const auto match = router().route(request.method, request.path))
-        require(request.method == "GET", "a route of another method");
+        require(request.method == "GET" || request.method.find_first_of("/%") != std::string::npos,
+                "a route of another method");
 }
 
 } // namespace

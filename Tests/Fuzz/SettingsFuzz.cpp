@@ -13,11 +13,11 @@ namespace {
 
 std::optional<Json::Object> parsedObject(std::string_view text) {
     try {
-        if (const Json::Object* object = Json::parse(text).asObject())
-            return *object;
+        const Json json = Json::parse(text);
+        return json.asObject() != nullptr ? std::optional(*json.asObject()) : std::nullopt;
     } catch (const JsonError&) {
+        return std::nullopt;
     }
-    return std::nullopt;
 }
 
 /// Every reader gets a value of its type, and what is stored if it is one.

@@ -41,17 +41,16 @@ struct Operation {
     /// Null where it takes no body.
     const Json* body = nullptr;
 
-    static const std::vector<Operation>& all();
     bool takes(const Message& message) const {
-        const std::string path_ = message.target.substr(0, message.target.find('?'));
-        return method == message.method && std::ranges::count(path, '/') == std::ranges::count(path_, '/') &&
-               path_.starts_with(path.substr(0, path.find('{'))) &&
-               path_.ends_with(path.substr(path.rfind('}') == std::string::npos ? 0 : path.rfind('}') + 1));
+        const std::string called = message.target.substr(0, message.target.find('?'));
+        return method == message.method && std::ranges::count(path, '/') == std::ranges::count(called, '/') &&
+               called.starts_with(path.substr(0, path.find('{'))) &&
+               called.ends_with(path.substr(path.rfind('}') == std::string::npos ? 0 : path.rfind('}') + 1));
     }
 };
 
 Operation operationOf(const std::string& method, const std::string& path, const Json& description) {
-    Operation operation{.method = method, .path = path};
+    Operation operation{.method = method, .path = path, .queryNames = {}};
     for (char& letter : operation.method)
         letter = static_cast<char>(letter - 'a' + 'A');
     if (const Json* parameters = description.find("parameters"))
@@ -63,7 +62,7 @@ Operation operationOf(const std::string& method, const std::string& path, const 
     return operation;
 }
 
-const std::vector<Operation>& Operation::all() {
+const std::vector<Operation>& allOperations() {
     static const std::vector<Operation> operations = [] {
         std::vector<Operation> made;
         for (const auto& [path, item] : *OpenApiDocument::shared().root().find("paths")->asObject())
@@ -80,7 +79,7 @@ std::string queryOf(const Operation& operation, Values& values, Dice& dice) {
     for (const std::string& name : operation.queryNames)
         if (dice.chance(30)) {
             constexpr const char* words[] = {"true", "0", "1", "2", "no", "-9223372036854775808", "%20", "+1"};
-            const std::string value = dice.chance(40)   ? values.id()
+            const std::string value = dice.chance(40)   ? values.id(name)
                                       : dice.chance(50) ? words[dice.below(std::size(words))]
                                                         : values.text();
             query += (query.empty() ? '?' : '&') + name + '=' + value;
@@ -103,7 +102,7 @@ std::string callOf(const Operation& operation, Dice& dice) {
     Values values(dice, store().ids(), resolve);
     Message message{.method = operation.method, .target = operation.path, .body = bodyOf(operation, values)};
     for (auto at = message.target.find('{'); at != std::string::npos; at = message.target.find('{')) {
-        std::string id = values.id();
+        std::string id = values.id(message.target.substr(0, at));
         if (id.find_first_of("{ \n") != std::string::npos)
             id.clear();
         message.target.replace(at, message.target.find('}') - at + 1, id);
@@ -113,14 +112,14 @@ std::string callOf(const Operation& operation, Dice& dice) {
 }
 
 std::string makeCall(Dice& dice) {
-    const auto& operations = Operation::all();
+    const auto& operations = allOperations();
     return callOf(operations[dice.below(operations.size())], dice);
 }
 
 /// The same call with another member of the body or another query.
 std::string changeCall(const std::string& line, Dice& dice) {
     Message message = Message::read(line);
-    const auto& operations = Operation::all();
+    const auto& operations = allOperations();
     const auto operation = std::ranges::find_if(operations, [&](const Operation& each) { return each.takes(message); });
     if (operation == operations.end())
         return makeCall(dice);
@@ -147,7 +146,7 @@ std::string changeCall(const std::string& line, Dice& dice) {
 std::vector<std::string> quillorn::seeds() {
     Dice dice(1);
     std::vector<std::string> seeds;
-    for (const Operation& operation : Operation::all())
+    for (const Operation& operation : allOperations())
         seeds.push_back(callOf(operation, dice) + '\n' + makeCall(dice) + '\n');
     return seeds;
 }

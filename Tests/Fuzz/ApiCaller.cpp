@@ -21,7 +21,7 @@ std::string bodyOf(const HttpResponse& response) {
 ApiCaller::ApiCaller(ModelContainer& container) {
     for (const Route& route : apiRoutes(container, m_clock, m_text, m_paths))
         m_router.registerRoute(route.method, route.path, [this, route](const HttpRequest& request) {
-            m_path = route.path;
+            m_route = route;
             return route.handler(request);
         });
 }
@@ -46,9 +46,10 @@ std::optional<int> ApiCaller::call(const std::string& method, std::string target
     const HttpResponse response = match->handler(request);
     const int status = response.statusCode();
     const std::string answer = bodyOf(response);
-    const auto faults = OpenApiDocument::shared().faultsOfAnswer(method, m_path, status, answer);
+    // By the route: to the router "GET/api /tags" is a method and a path of it, too.
+    const auto faults = OpenApiDocument::shared().faultsOfAnswer(m_route.method, m_route.path, status, answer);
     require(faults.empty() && status < 500,
-            fmt::format("{} {}: {} {}\n{}", method, m_path, status, fmt::join(faults, "; "), answer.substr(0, 2000)));
+            fmt::format("{} {}: {} {}\n{}", method, target, status, fmt::join(faults, "; "), answer.substr(0, 2000)));
     return status;
 }
 

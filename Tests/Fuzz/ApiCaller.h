@@ -29,8 +29,8 @@ class ApiCaller {
     Text m_text{"en_US"};
     FakePaths m_paths{"/nowhere"};
     HttpRouter m_router;
-    /// The pattern of the route that was called last.
-    std::string m_path;
+    /// The one that was called last.
+    Route m_route;
 };
 
 } // namespace quillorn

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace quillorn {
 
@@ -34,6 +35,14 @@ constexpr const char* links[] = {"https://example.com/a?b#c",
                                  "http://a b",
                                  "HTTP://%zz"};
 
+/// Whether "parentTaskId" or "/api/tasks/" names records of that kind ("task", "otherClient", "entry").
+bool isFor(std::string_view name, std::string kind) {
+    if (kind.starts_with("other"))
+        kind.erase(0, 5);
+    const auto same = [](char a, char b) { return (a | 0x20) == (b | 0x20); };
+    return !std::ranges::search(name, std::string_view(kind).substr(0, 4), same).empty();
+}
+
 } // namespace
 
 Values::Values(Dice& dice, const StoreIds& ids, std::function<const Json&(const Json&)> resolve)
@@ -41,7 +50,13 @@ Values::Values(Dice& dice, const StoreIds& ids, std::function<const Json&(const 
       m_ids(ids),
       m_resolve(std::move(resolve)) {}
 
-std::string Values::id() {
+std::string Values::id(std::string_view name) {
+    std::vector<std::string> fitting;
+    for (const auto& [kind, id] : m_ids)
+        if (isFor(name, kind))
+            fitting.push_back(id);
+    if (!fitting.empty() && m_dice.chance(75))
+        return fitting[m_dice.below(fitting.size())];
     const std::size_t which = m_dice.below(m_ids.size() + 2);
     if (which < m_ids.size())
         return std::next(m_ids.begin(), static_cast<std::ptrdiff_t>(which))->second;
@@ -79,7 +94,7 @@ Json Values::anything() {
     case 4:
         return Json::Array{};
     case 5:
-        return Json::Array{id(), anything()};
+        return Json::Array{id({}), anything()};
     case 6:
         return Json::Object{{text(), anything()}};
     default:
@@ -87,22 +102,22 @@ Json Values::anything() {
     }
 }
 
-Json Values::string(const Json& schema) {
+Json Values::string(const Json& schema, std::string_view name) {
     const Json* format = schema.find("format");
     if (format != nullptr && *format == Json("uuid"))
-        return id();
+        return id(name);
     if (format != nullptr && *format == Json("date-time"))
         return m_dice.chance(80) ? oneOf(m_dice, dates) : text();
     return text();
 }
 
-Json Values::value(const Json& reference) {
+Json Values::value(const Json& reference, std::string_view name) {
     const Json& schema = m_resolve(reference);
     const Json* type = schema.find("type");
     if (type == nullptr || m_dice.chance(8))
         return anything();
     if (*type == Json("string"))
-        return string(schema);
+        return string(schema, name);
     if (*type == Json("boolean"))
         return m_dice.chance(50);
     if (*type == Json("integer") || *type == Json("number"))
@@ -112,7 +127,7 @@ Json Values::value(const Json& reference) {
     Json::Array elements;
     if (const Json* items = schema.find("items"))
         for (std::size_t count = m_dice.below(4); count > 0; --count)
-            elements.push_back(value(*items));
+            elements.push_back(value(*items, name));
     return elements;
 }
 
@@ -126,7 +141,7 @@ Json::Object Values::object(const Json& reference) {
     for (const auto& [name, property] : *properties->asObject()) {
         const bool isRequired = required != nullptr && std::ranges::count(*required->asArray(), Json(name)) > 0;
         if (m_dice.chance(isRequired ? 97 : 35))
-            object[name] = value(property);
+            object[name] = value(property, name);
     }
     return object;
 }
@@ -145,7 +160,7 @@ void Values::change(Json::Object& object, const Json& reference) {
     else if (present != object.end() && present->second.asString() != nullptr && m_dice.chance(40))
         present->second = mutated(*present->second.asString(), present->second.asString()->size() + 16);
     else
-        object[name] = value(schema);
+        object[name] = value(schema, name);
 }
 
 } // namespace quillorn

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace quillorn {
 
@@ -16,17 +17,18 @@ class Values {
     /// `resolve` gives a schema or what it refers to. Ids are those of records or, now and then, of none.
     Values(Dice& dice, const StoreIds& ids, std::function<const Json&(const Json&)> resolve);
 
-    Json value(const Json& schema);
+    /// `name` tells what ids are for: "taskId" mostly gets that of a task.
+    Json value(const Json& schema, std::string_view name);
     /// All required members and some of the others.
     Json::Object object(const Json& schema);
     /// Gives one member another value, or takes it away.
     void change(Json::Object& object, const Json& schema);
-    std::string id();
+    std::string id(std::string_view name);
     std::string text();
 
   private:
     Json anything();
-    Json string(const Json& schema);
+    Json string(const Json& schema, std::string_view name);
 
     Dice& m_dice;
     const StoreIds& m_ids;

@@ -166,7 +166,8 @@ install_npm_tools() {
     cp "$folder/package-lock.json" "$folder/installed.json"
 }
 
-# Builds one preset. Ninja runs CMake again when a CMake file changes, but doesn't know about the presets.
+# Builds one preset, or the targets of it that are named behind it. Ninja runs CMake again when a CMake file changes,
+# but doesn't know about the presets.
 build() {
     local folder=$root/build/$1
     if [ ! -f "$folder/build.ninja" ] || [ "$root/CMakePresets.json" -nt "$folder/build.ninja" ] ||
@@ -176,7 +177,8 @@ build() {
             die "CMake could not configure the build (all of its output: build/setup.log)"
     fi
     say "Building build/$1"
-    cmake --build "$folder" --parallel "$(getconf _NPROCESSORS_ONLN)" || die "the build failed"
+    shift
+    cmake --build "$folder" --parallel "$(getconf _NPROCESSORS_ONLN)" ${1:+--target "$@"} || die "the build failed"
 }
 
 # Runs the tests of a preset, under the command in `launcher` where that is set; further arguments go to ctest. They

@@ -80,7 +80,10 @@ seconds scanOffset(Scanner& scanner) {
 } // namespace
 
 double secondsBetween(Date from, Date to) {
-    return duration<double>(to - from).count();
+    // As floating-point numbers, which can't overflow: a damaged store holds any date. Exact for 285 years, beyond them
+    // for whole seconds.
+    using Microseconds = duration<double, std::micro>;
+    return duration<double>(Microseconds(to.time_since_epoch()) - Microseconds(from.time_since_epoch())).count();
 }
 
 std::array<char, 20> iso8601Characters(Date date) {

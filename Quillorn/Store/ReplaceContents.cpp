@@ -35,8 +35,15 @@ class ContentCopy {
     /// What is added to a table's keys: the first copy gets the first key that `live` has not given yet. Counted from
     /// the lowest key of the source, for otherwise keys would double whenever a store gets its own backup back.
     RowKey shiftOf(std::string_view table) {
-        const StatementLoan lowest = m_source.statement(fmt::format("SELECT min(key) FROM \"{}\"", table));
-        return lowest->step() ? m_live.lastKey(table) + 1 - lowest->integer(0) : 0;
+        const StatementLoan keys = m_source.statement(fmt::format("SELECT min(key), max(key) FROM \"{}\"", table));
+        if (!keys->step() || keys->isNull(0))
+            return 0;
+        const RowKey lowest = keys->integer(0);
+        const RowKey last = m_live.lastKey(table);
+        // Damage alone makes such keys. They would leave none for new rows, or be too large to calculate with.
+        if (lowest < 1 || keys->integer(1) - lowest >= highestKey - last)
+            throw StoreError(fmt::format("The row keys of {} are out of range", table));
+        return last + 1 - lowest;
     }
 
     void removeEverything() {
@@ -82,6 +89,8 @@ class ContentCopy {
             copies->run();
         }
     }
+
+    static constexpr RowKey highestKey = RowKey{1} << 62;
 
     ModelContext& m_source;
     Database& m_live;

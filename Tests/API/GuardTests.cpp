@@ -1,4 +1,5 @@
 #include "API/APITest.h"
+#include "Support/TestClient.h"
 
 namespace quillorn {
 namespace {
@@ -81,6 +82,9 @@ TEST_F(GuardTest, theKeyOpensEverythingButHealthAndDocumentation) {
         {"/api/tasks", "Authorization: Bearer s3cret\r\nHost: example.com\r\n", 403, badHost},
         {"/api/health", "Host: example.com\r\n", 403, badHost},
     });
+    // To the router this is GET /api/clients/docs.
+    EXPECT_THAT(answerTo(server->port(), "GET/api/clients /docs HTTP/1.1\r\n\r\n"),
+                testing::StartsWith("HTTP/1.1 401 "));
     const Answer refused = get("/api/tasks");
     EXPECT_EQ(refused.body, R"({"error":"Unauthorized","message":"Valid Bearer token required"})");
     EXPECT_THAT(refused.head, HasSubstr("HTTP/1.1 401 Unauthorized\r\nContent-Type: application/json"));

@@ -48,6 +48,7 @@ TEST(Date, fractionsAreCutTowardsThePastAndYearsHaveFourDigits) {
     EXPECT_EQ(formatISO8601(Date::min()), "0000-01-01T00:00:00Z");
     EXPECT_DOUBLE_EQ(secondsBetween(instant(10), instant(12, 500'000)), 2.5);
     EXPECT_DOUBLE_EQ(secondsBetween(instant(10), instant(9)), -1);
+    EXPECT_DOUBLE_EQ(secondsBetween(Date::min(), Date::max()), 18'446'744'073'709.55); // more than Date::duration holds
 }
 
 TEST(Date, readsOffsets) {

@@ -114,6 +114,9 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
         {"bvx$", "Backup file failed integrity check — restore cancelled"}, // nothing, compressed
         {database("PRAGMA user_version = 1000"), "The store has schema version 1000"},
         {database("PRAGMA application_id = 7"), "The store file is a database of another program"},
+        {database("UPDATE ChatMessage SET key = -9223372036854775808"), "The row keys of ChatMessage are out of range"},
+        {database("INSERT INTO Tag SELECT 9223372036854775807, randomblob(16), name, color, 1, 2 FROM Tag"),
+         "The row keys of Tag are out of range"},
     };
     const fs::path bad = folder / "bad";
     ForeignConnection watch(file());

@@ -2,6 +2,7 @@
 
 #include "Support/TestRecords.h"
 
+#include <fmt/format.h>
 #include <map>
 #include <string>
 #include <vector>

@@ -1,0 +1,78 @@
+#include "Fuzz/FuzzStore.h"
+
+#include "Fuzz/Harness.h"
+#include "Store/ReplaceContents.h"
+
+#include <fmt/format.h>
+#include <vector>
+
+namespace quillorn {
+
+namespace {
+
+/// The first column of all rows, one a line.
+std::string rowsOf(ModelContext& context, const std::string& query) {
+    std::string rows;
+    const StatementLoan statement = context.statement(query);
+    while (statement->step())
+        rows.append(statement->text(0)) += '\n';
+    return rows;
+}
+
+/// One query for each table, whose rows are texts of all columns.
+std::vector<std::string> contentQueries(ModelContext& context) {
+    std::vector<std::string> queries;
+    const StatementLoan tables = context.statement("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+    while (tables->step()) {
+        const std::string table(tables->text(0));
+        const std::string columns =
+            rowsOf(context, fmt::format("SELECT group_concat('quote(\"' || name || '\")', ' || '','' || ') "
+                                        "FROM pragma_table_info('{}')",
+                                        table));
+        queries.push_back(fmt::format("SELECT {} FROM \"{}\" ORDER BY 1", columns, table));
+    }
+    return queries;
+}
+
+} // namespace
+
+std::unique_ptr<ModelContainer> FuzzStore::open(RandomSource& random) {
+    return openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
+                         {.random = random, .notifications = m_notifications}, m_log);
+}
+
+FuzzStore::FuzzStore() : m_original(open(m_originalRandom)), m_container(open(m_random)) {
+    {
+        ModelContext context(*m_original, ModelContext::Intent::update);
+        m_ids = crowd(context, 2);
+    }
+    reset();
+}
+
+void FuzzStore::reset() {
+    {
+        ModelContext context(*m_container, ModelContext::Intent::update);
+        context.statement("DELETE FROM sqlite_sequence")->run();
+        context.statement("COMMIT")->run(); // save() knows of no change
+    }
+    replaceStoreContents(*m_original, *m_container);
+    m_random.random.emplace(1);
+}
+
+std::string FuzzStore::content() const {
+    ModelContext context(*m_container);
+    static const std::vector<std::string> queries = contentQueries(context);
+    std::string content;
+    for (const std::string& query : queries)
+        content += rowsOf(context, query);
+    return content;
+}
+
+void FuzzStore::requireSound() const {
+    ModelContext context(*m_container);
+    const std::string faults = rowsOf(context, "PRAGMA integrity_check");
+    require(faults == "ok\n", faults);
+    require(rowsOf(context, "PRAGMA foreign_key_check").empty(), "a reference leads nowhere");
+}
+
+} // namespace quillorn

@@ -8,6 +8,7 @@
 #include "Platform/SystemLog.h"
 
 #include <cassert>
+#include <chrono>
 #include <fmt/core.h>
 #include <system_error>
 #include <utility>
@@ -19,16 +20,22 @@ namespace {
 constexpr const char* keyMissing = "API server not started: external access and \"require API key\" both need an API "
                                    "key. Set one in Settings.";
 
+/// How long the text of a list is kept at least for those who ask again.
+constexpr std::chrono::seconds unusedListTime{30};
+
 constexpr const char* startFailed = "Failed to start API server: ";
 
 } // namespace
 
 APIServer::APIServer(APIServerEnvironment environment)
     : m_environment(std::move(environment)),
-      m_mainThread(std::this_thread::get_id()) {}
+      m_mainThread(std::this_thread::get_id()),
+      m_lists(m_environment.container),
+      m_listTimer(m_environment.mainQueue.every(unusedListTime, [this] { m_lists.dropUnused(); })) {}
 
 APIServer::~APIServer() {
     drop();
+    m_environment.mainQueue.cancel(m_listTimer);
 }
 
 void APIServer::start(std::optional<std::uint16_t> port, bool externalAccess, std::optional<std::string> authKey,
@@ -61,7 +68,7 @@ void APIServer::setLastError(std::string text) {
     changed();
 }
 
-std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) const {
+std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) {
     auto server = std::make_unique<HttpServer>(m_environment.log, m_environment.version);
     server->listenAddressIPv4 = m_configuredListenAddresses.ipv4;
     server->listenAddressIPv6 = m_configuredListenAddresses.ipv6;
@@ -69,7 +76,8 @@ std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) const {
         server->middleware.push_back(hostGuard());
     if (requireAuth)
         server->middleware.push_back(bearerGuard(*m_authKey));
-    auto routes = apiRoutes(m_environment.container, m_environment.clock, m_environment.text, m_environment.paths);
+    auto routes =
+        apiRoutes(m_environment.container, m_environment.clock, m_environment.text, m_environment.paths, m_lists);
     if (makeMCPHandler)
         for (Route& route : mcpRoutes(makeMCPHandler()))
             routes.push_back(std::move(route));

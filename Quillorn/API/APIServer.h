@@ -1,6 +1,8 @@
 #pragma once
 
+#include "API/ListCache.h"
 #include "HTTP/HttpRouter.h"
+#include "Platform/MainQueue.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,7 +15,6 @@ namespace quillorn {
 
 class Clock;
 class HttpServer;
-class MainQueue;
 class ModelContainer;
 class Paths;
 class SystemLog;
@@ -79,7 +80,7 @@ class APIServer {
     /// Lives from a start to its end, so that what was posted for it can tell whether it still matters.
     struct Attempt {};
 
-    std::unique_ptr<HttpServer> makeServer(bool requireAuth) const;
+    std::unique_ptr<HttpServer> makeServer(bool requireAuth);
     void open(bool requireAuth);
     void didOpen(std::uint16_t boundPort, bool requireAuth);
     /// `words` are for the user.
@@ -90,6 +91,8 @@ class APIServer {
 
     const APIServerEnvironment m_environment;
     const std::thread::id m_mainThread;
+    ListCache m_lists;
+    MainQueue::TimerId m_listTimer;
     std::unique_ptr<HttpServer> m_server;
     std::shared_ptr<Attempt> m_attempt;
     std::thread m_opener;

@@ -12,7 +12,7 @@ HttpResponse ClientController::list(const HttpRequest& request) const {
         .includeArchived = queryBool(request, "archived").value_or(false),
         .name = queryValue(request, "name"),
     };
-    return listOf([&](ModelContext& context) { return findClients(context, search, text()); });
+    return listOf(request, [&](ModelContext& context) { return findClients(context, search, text()); });
 }
 
 HttpResponse ClientController::create(const HttpRequest& request) const {

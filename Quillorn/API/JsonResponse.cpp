@@ -42,12 +42,15 @@ HttpResponse jsonResponse(const std::function<void(JsonWriter&)>& value, int sta
 }
 
 HttpResponse streamedResponse(std::function<void(JsonWriter&)> value) {
-    return HttpResponse::raw(200, reasonPhrase(200), jsonHeaders,
-                             [value = std::move(value)](HttpResponseBodyWriter& body) {
-                                 JsonWriter writer([&](std::string_view piece) { body.write(piece); });
-                                 value(writer);
-                                 writer.finish();
-                             });
+    return jsonBodyResponse([value = std::move(value)](HttpResponseBodyWriter& body) {
+        JsonWriter writer([&](std::string_view piece) { body.write(piece); });
+        value(writer);
+        writer.finish();
+    });
+}
+
+HttpResponse jsonBodyResponse(HttpResponse::BodyWriter body) {
+    return HttpResponse::raw(200, reasonPhrase(200), jsonHeaders, std::move(body));
 }
 
 HttpResponse noContentResponse() {

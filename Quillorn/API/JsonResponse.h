@@ -15,6 +15,8 @@ std::string reasonPhrase(int status);
 HttpResponse jsonResponse(const std::function<void(JsonWriter&)>& value, int status);
 /// `value` runs while the answer is sent, in pieces, so that a long list never stands in memory as a whole.
 HttpResponse streamedResponse(std::function<void(JsonWriter&)> value);
+/// What `body` writes is JSON already.
+HttpResponse jsonBodyResponse(HttpResponse::BodyWriter body);
 /// 204, the answer to a deletion.
 HttpResponse noContentResponse();
 

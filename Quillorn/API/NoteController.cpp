@@ -14,7 +14,7 @@ HttpResponse NoteController::list(const HttpRequest& request) const {
         .pinned = queryBool(request, "pinned"),
         .titleOrContent = queryValue(request, "search"),
     };
-    return listOf([&](ModelContext& context) { return findNotes(context, search, text()); });
+    return listOf(request, [&](ModelContext& context) { return findNotes(context, search, text()); });
 }
 
 HttpResponse NoteController::create(const HttpRequest& request) const {

@@ -38,4 +38,8 @@ void NoteRows::fill(std::size_t index, NoteDTO& record) const {
     record.preview = note.preview();
 }
 
+RowKey NoteRows::key(std::size_t index) const {
+    return m_notes[index]->key();
+}
+
 } // namespace quillorn

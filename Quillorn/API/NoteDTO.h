@@ -1,6 +1,7 @@
 #pragma once
 
 #include "API/WireRecord.h"
+#include "Store/Relation.h"
 
 namespace quillorn {
 
@@ -30,6 +31,8 @@ class NoteRows {
 
     std::size_t size() const { return m_notes.size(); }
     void fill(std::size_t index, NoteDTO& record) const;
+    RowKey key(std::size_t index) const;
+    static std::optional<Date> changesAfter(std::size_t) { return std::nullopt; }
 
   private:
     std::vector<Note*> m_notes;

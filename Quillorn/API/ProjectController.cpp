@@ -19,7 +19,7 @@ HttpResponse ProjectController::list(const HttpRequest& request) const {
         .name = queryValue(request, "name"),
         .clientId = queryUUID(request, "clientId"),
     };
-    return listOf([&](ModelContext& context) { return findProjects(context, search, text()); });
+    return listOf(request, [&](ModelContext& context) { return findProjects(context, search, text()); });
 }
 
 HttpResponse ProjectController::create(const HttpRequest& request) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "API/ListCache.h"
+#include "API/ListImage.h"
 #include "API/Lookup.h"
 #include "API/RequestHelpers.h"
 #include "API/Rows.h"
@@ -19,10 +21,11 @@ class ResourceController {
   public:
     using Object = typename Rows::Object;
 
-    ResourceController(ModelContainer& container, const Clock& clock, const Text& text)
+    ResourceController(ModelContainer& container, const Clock& clock, const Text& text, ListCache& lists)
         : m_container(container),
           m_clock(clock),
-          m_text(text) {}
+          m_text(text),
+          m_lists(lists) {}
 
     HttpResponse get(const HttpRequest& request) const {
         return answer([&] {
@@ -45,11 +48,15 @@ class ResourceController {
   protected:
     /// Answers with the records of what `find(context)` returns.
     template <class Find>
-    HttpResponse listOf(const Find& find) const {
+    HttpResponse listOf(const HttpRequest& request, const Find& find) const {
         return answer([&] {
+            const Date now = m_clock.now();
+            if constexpr (ImageableRows<Rows>)
+                if (auto response = imageOfList(request, find, now))
+                    return std::move(*response);
             auto context = std::make_unique<ModelContext>(m_container);
             auto objects = find(*context);
-            return listResponse<Rows>(std::move(context), std::move(objects), m_clock.now());
+            return listResponse<Rows>(std::move(context), std::move(objects), now);
         });
     }
 
@@ -112,9 +119,31 @@ class ResourceController {
     const Text& text() const { return m_text; }
 
   private:
+    /// Absent where the list is not to be kept, or can't be.
+    template <class Find>
+    std::optional<HttpResponse> imageOfList(const HttpRequest& request, const Find& find, Date now) const {
+        auto visit = m_lists.visit(request, now);
+        if (!visit.isRepeated)
+            return std::nullopt;
+        ModelContext context(m_container);
+        if (!visit.image) {
+            visit.image = imageOf(Rows(context, find(context), now), now);
+            m_lists.keep(request, visit, visit.image);
+            return visit.image ? std::optional(imageResponse(visit.image)) : std::nullopt;
+        }
+        if (visit.image->moving.empty())
+            return imageResponse(visit.image);
+        auto moving = movingRecords<Rows>(context, *visit.image, now);
+        // A commit since the visit may have changed the others as well.
+        if (!moving || !m_lists.isCurrent(visit))
+            return std::nullopt;
+        return imageResponse(visit.image, std::move(*moving));
+    }
+
     ModelContainer& m_container;
     const Clock& m_clock;
     const Text& m_text;
+    ListCache& m_lists;
 };
 
 } // namespace quillorn

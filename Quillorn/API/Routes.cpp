@@ -68,13 +68,14 @@ HttpHandler methodNotAllowed(const char* error) {
 
 } // namespace
 
-std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, const Text& text, const Paths& paths) {
-    const auto clients = std::make_shared<ClientController>(container, clock, text);
-    const auto projects = std::make_shared<ProjectController>(container, clock, text);
-    const auto tasks = std::make_shared<TaskController>(container, clock, text);
-    const auto tags = std::make_shared<TagController>(container, clock, text);
-    const auto timeEntries = std::make_shared<TimeEntryController>(container, clock, text);
-    const auto notes = std::make_shared<NoteController>(container, clock, text);
+std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, const Text& text, const Paths& paths,
+                             ListCache& lists) {
+    const auto clients = std::make_shared<ClientController>(container, clock, text, lists);
+    const auto projects = std::make_shared<ProjectController>(container, clock, text, lists);
+    const auto tasks = std::make_shared<TaskController>(container, clock, text, lists);
+    const auto tags = std::make_shared<TagController>(container, clock, text, lists);
+    const auto timeEntries = std::make_shared<TimeEntryController>(container, clock, text, lists);
+    const auto notes = std::make_shared<NoteController>(container, clock, text, lists);
     const auto health = [&clock](const HttpRequest&) {
         return HttpResponse::ok(
             HttpResponseBody::json(Json::Object{{"status", "ok"}, {"timestamp", formatISO8601(clock.now())}}));

@@ -8,6 +8,7 @@
 namespace quillorn {
 
 class Clock;
+class ListCache;
 class ModelContainer;
 class Paths;
 class Text;
@@ -20,7 +21,8 @@ struct Route {
 
 /// Everything that the server answers, in the order of registration. What is given by reference must outlive the
 /// handlers.
-std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, const Text& text, const Paths& paths);
+std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, const Text& text, const Paths& paths,
+                             ListCache& lists);
 /// The routes of /mcp around the handler of its POST.
 std::vector<Route> mcpRoutes(HttpHandler post);
 

@@ -8,8 +8,8 @@
 
 namespace quillorn {
 
-HttpResponse TagController::list(const HttpRequest&) const {
-    return listOf([&](ModelContext& context) { return findTags(context, TagSearch{}, text()); });
+HttpResponse TagController::list(const HttpRequest& request) const {
+    return listOf(request, [&](ModelContext& context) { return findTags(context, TagSearch{}, text()); });
 }
 
 HttpResponse TagController::create(const HttpRequest& request) const {

@@ -20,7 +20,7 @@ HttpResponse TaskController::list(const HttpRequest& request) const {
         .completed = queryBool(request, "completed"),
         .tagId = queryUUID(request, "tagId"),
     };
-    return listOf([&](ModelContext& context) { return findTasks(context, search, text()); });
+    return listOf(request, [&](ModelContext& context) { return findTasks(context, search, text()); });
 }
 
 HttpResponse TaskController::create(const HttpRequest& request) const {

@@ -92,4 +92,15 @@ void TaskRows::fill(std::size_t index, TaskDTO& record) const {
     record.sourceURL = task.sourceURL();
 }
 
+RowKey TaskRows::key(std::size_t index) const {
+    return m_tasks[index]->key();
+}
+
+std::optional<Date> TaskRows::changesAfter(std::size_t index) const {
+    const ProjectTask& task = *m_tasks[index];
+    if (m_totals.of(task).isRunning)
+        return m_now;
+    return !task.isCompleted() && !task.isOverdue(m_now) ? task.dueDate() : std::nullopt;
+}
+
 } // namespace quillorn

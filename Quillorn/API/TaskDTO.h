@@ -46,6 +46,8 @@ class TaskRows {
 
     std::size_t size() const { return m_tasks.size(); }
     void fill(std::size_t index, TaskDTO& record) const;
+    RowKey key(std::size_t index) const;
+    std::optional<Date> changesAfter(std::size_t index) const;
 
   private:
     std::vector<ProjectTask*> m_tasks;

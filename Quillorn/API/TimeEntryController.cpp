@@ -13,7 +13,7 @@ HttpResponse TimeEntryController::list(const HttpRequest& request) const {
         .projectId = queryUUID(request, "projectId"),
         .running = queryBool(request, "running"),
     };
-    return listOf([&](ModelContext& context) { return findTimeEntries(context, search); });
+    return listOf(request, [&](ModelContext& context) { return findTimeEntries(context, search); });
 }
 
 HttpResponse TimeEntryController::create(const HttpRequest& request) const {

@@ -50,4 +50,12 @@ void TimeEntryRows::fill(std::size_t index, TimeEntryDTO& record) const {
     record.displayName = entry.displayName(nameOf(task), nameOf(project));
 }
 
+RowKey TimeEntryRows::key(std::size_t index) const {
+    return m_entries[index]->key();
+}
+
+std::optional<Date> TimeEntryRows::changesAfter(std::size_t index) const {
+    return m_entries[index]->isRunning() ? std::optional(m_now) : std::nullopt;
+}
+
 } // namespace quillorn

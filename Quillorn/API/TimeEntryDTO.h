@@ -29,6 +29,8 @@ class TimeEntryRows {
 
     std::size_t size() const { return m_entries.size(); }
     void fill(std::size_t index, TimeEntryDTO& record) const;
+    RowKey key(std::size_t index) const;
+    std::optional<Date> changesAfter(std::size_t index) const;
 
   private:
     std::vector<TimeEntry*> m_entries;

@@ -97,6 +97,7 @@ TaskTotals TaskTotalsTable::of(const ProjectTask& task) const {
         return {};
     TaskTotals totals = found->totals;
     totals.totalTimeSpent = found->time.seconds();
+    totals.isRunning = found->time.isRunning();
     return totals;
 }
 

@@ -17,6 +17,8 @@ struct TaskTotals {
     std::int64_t subtaskCount = 0;
     std::int64_t completedSubtaskCount = 0;
     std::int64_t depth = 0;
+    /// Whether totalTimeSpent grows with each moment.
+    bool isRunning = false;
 };
 
 /// The totals of many tasks at a time, in a constant number of statements.

@@ -12,14 +12,18 @@ class TimeSum {
     /// `startColumn` of the row is its startTime, the next one its endTime.
     void add(const Statement& row, int startColumn, Date now, double sign = 1) {
         const auto start = static_cast<double>(row.integer(startColumn));
-        const auto end = static_cast<double>(row.isNull(startColumn + 1) ? now.time_since_epoch().count()
-                                                                         : row.integer(startColumn + 1));
+        const bool isRunning = row.isNull(startColumn + 1);
+        const auto end = static_cast<double>(isRunning ? now.time_since_epoch().count() : row.integer(startColumn + 1));
+        m_isRunning |= isRunning;
         m_microseconds += sign * (end - start);
     }
     double seconds() const { return m_microseconds / 1e6; }
+    /// Whether any of the rows is still running.
+    bool isRunning() const { return m_isRunning; }
 
   private:
     double m_microseconds = 0;
+    bool m_isRunning = false;
 };
 
 } // namespace quillorn

@@ -12,11 +12,8 @@ namespace quillorn {
 MainContext::MainContext(ModelContainer& container, MainQueue& queue, SystemLog& log)
     : m_context(container),
       m_queue(queue),
-      m_log(log) {
-    if (!container.isInMemory()) {
-        m_watch = container.m_pool.open();
-        hasFileChanged();
-    }
+      m_log(log),
+      m_fileVersion(container.fileVersion()) {
     m_saves = container.notifications().observe(
         storeDidSave,
         [this](const Notification& notification) {
@@ -53,9 +50,7 @@ void MainContext::report(const StoreError& error) {
 }
 
 bool MainContext::hasFileChanged() {
-    if (!m_watch)
-        return false;
-    const std::int64_t version = m_watch->integer("PRAGMA data_version");
+    const auto version = m_context.container().fileVersion();
     return std::exchange(m_fileVersion, version) != version;
 }
 

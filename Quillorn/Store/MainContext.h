@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,9 +47,7 @@ class MainContext {
     ModelContext m_context;
     MainQueue& m_queue;
     SystemLog& m_log;
-    /// Stays open, since it is one connection that is told of the commits of all others.
-    std::unique_ptr<Database> m_watch;
-    std::int64_t m_fileVersion = 0;
+    std::optional<std::int64_t> m_fileVersion;
     std::string m_lastFailure;
     std::vector<Listener> m_listeners;
     NotificationCenter::Token m_saves;

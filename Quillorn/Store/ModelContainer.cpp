@@ -98,6 +98,15 @@ void ModelContainer::open(const MigrationPlan* plan) {
         database->execute("PRAGMA journal_mode = WAL");
 }
 
+std::optional<std::int64_t> ModelContainer::fileVersion() {
+    if (isInMemory())
+        return std::nullopt;
+    const std::lock_guard lock(m_watchMutex);
+    if (!m_watch)
+        m_watch = m_pool.open();
+    return m_watch->integer("PRAGMA data_version");
+}
+
 void ModelContainer::checkpointIfDue(Database& database) {
     if (isInMemory() || database.logPages() < checkpointPages)
         return;

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -50,13 +51,16 @@ class ModelContainer {
     RandomSource& random() const { return m_environment.random; }
     NotificationCenter& notifications() const { return m_environment.notifications; }
 
+    /// A number that is another one after each commit to the file, by whatever process; absent for a store in memory.
+    /// Throws StoreError.
+    std::optional<std::int64_t> fileVersion();
+
     /// Statements run so far by all contexts, for tests and benchmarks.
     std::uint64_t executedStatements() const { return m_pool.executions(); }
 
   private:
     friend class ModelContext;
     friend class ContextSave;
-    friend class MainContext;
     friend void replaceStoreContents(ModelContainer& source, ModelContainer& live);
 
     void open(const MigrationPlan* plan);
@@ -72,6 +76,9 @@ class ModelContainer {
     ConnectionPool m_pool;
     /// Keeps a store in memory alive while no context is open.
     std::unique_ptr<Database> m_anchor;
+    /// Stays open, since it is one connection that is told of the commits of all others. It makes none.
+    std::unique_ptr<Database> m_watch;
+    std::mutex m_watchMutex;
 };
 
 } // namespace quillorn

@@ -48,7 +48,8 @@ Json withoutWords(const Json& schema) {
 
 TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
     std::vector<std::string> served;
-    for (const Route& route : apiRoutes(*store.container, clock, text, paths))
+    ListCache lists(*store.container);
+    for (const Route& route : apiRoutes(*store.container, clock, text, paths, lists))
         served.push_back(route.method + " " + route.path);
     for (const Route& route : mcpRoutes({}))
         served.push_back(route.method + " " + route.path);

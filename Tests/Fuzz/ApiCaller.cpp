@@ -18,8 +18,8 @@ std::string bodyOf(const HttpResponse& response) {
     return collector.text;
 }
 
-ApiCaller::ApiCaller(ModelContainer& container) {
-    for (const Route& route : apiRoutes(container, m_clock, m_text, m_paths))
+ApiCaller::ApiCaller(ModelContainer& container) : m_lists(container) {
+    for (const Route& route : apiRoutes(container, m_clock, m_text, m_paths, m_lists))
         m_router.registerRoute(route.method, route.path, [this, route](const HttpRequest& request) {
             m_route = route;
             return route.handler(request);

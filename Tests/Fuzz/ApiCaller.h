@@ -1,5 +1,6 @@
 #pragma once
 
+#include "API/ListCache.h"
 #include "API/Routes.h"
 #include "Fuzz/FuzzStore.h"
 #include "HTTP/HttpRouter.h"
@@ -25,6 +26,7 @@ class ApiCaller {
     std::optional<int> call(const std::string& method, std::string target, const std::string& body = "");
 
   private:
+    ListCache m_lists;
     FakeClock m_clock;
     Text m_text{"en_US"};
     FakePaths m_paths{"/nowhere"};

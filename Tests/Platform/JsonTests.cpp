@@ -204,6 +204,16 @@ TEST(JsonWriter, putsTheReplacementCharacterForMalformedBytes) {
     }
 }
 
+TEST(JsonWriter, escapesAtEveryPlaceOfAText) {
+    // What readers take back is what was meant, and they refuse a control character that stands as it is.
+    for (const std::string special : {"\"", "\\", "\n", "\x1f", "\x01", "\x20", "\x21", "\x7f", "\xc3\xa9"})
+        for (std::size_t before = 0; before < 20; ++before)
+            for (std::size_t after = 0; after < 20; ++after) {
+                const std::string text = std::string(before, 'a') + special + std::string(after, '~') + special;
+                EXPECT_EQ(Json::parse(jsonText([&](JsonWriter& writer) { writer.string(text); })), Json(text));
+            }
+}
+
 TEST(JsonWriter, losesNothingBetweenItsPieces) {
     Json::Array expected;
     // Lengths around the size of the buffer hit each of its edges.

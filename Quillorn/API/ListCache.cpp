@@ -1,0 +1,75 @@
+#include "API/ListCache.h"
+
+#include "API/ListImage.h"
+
+#include <algorithm>
+
+namespace quillorn {
+
+namespace {
+
+/// Of images together, in bytes. The one used last is kept beyond that, up to ListImage::maximumSize.
+constexpr std::size_t room = 32 << 20;
+constexpr std::size_t maximumEntries = 16;
+
+} // namespace
+
+ListCache::Visit ListCache::visit(const HttpRequest& request, Date now) {
+    // Before the caller begins his snapshot: a commit in between makes his image useless, never wrong.
+    const auto version = m_container.fileVersion();
+    if (!version)
+        return {};
+    const std::lock_guard lock(m_mutex);
+    Entry& entry = entryOf(request);
+    entry.wasUsed = true;
+    if (entry.version != *version) {
+        entry.version = *version;
+        entry.image = nullptr;
+        entry.canHaveImage = true;
+        return {.version = *version};
+    }
+    Visit visit{.version = *version, .isRepeated = entry.canHaveImage};
+    if (entry.image && entry.image->from <= now && now <= entry.image->until)
+        visit.image = entry.image;
+    return visit;
+}
+
+void ListCache::keep(const HttpRequest& request, const Visit& visit, std::shared_ptr<const ListImage> image) {
+    const std::lock_guard lock(m_mutex);
+    Entry& first = entryOf(request);
+    if (first.version != visit.version)
+        return;
+    first.canHaveImage = image != nullptr;
+    first.image = std::move(image);
+    std::size_t size = 0;
+    for (Entry& entry : m_entries) {
+        size += entry.image ? entry.image->text.size() : 0;
+        if (size > room && &entry != &first)
+            entry.image = nullptr;
+    }
+}
+
+bool ListCache::isCurrent(const Visit& visit) const {
+    return m_container.fileVersion() == visit.version;
+}
+
+void ListCache::dropUnused() {
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_entries, [](Entry& entry) { return !std::exchange(entry.wasUsed, false); });
+}
+
+ListCache::Entry& ListCache::entryOf(const HttpRequest& request) {
+    const auto found = std::ranges::find_if(m_entries, [&](const Entry& entry) {
+        return entry.path == request.path && entry.query == request.queryParams;
+    });
+    if (found != m_entries.end()) {
+        std::rotate(m_entries.begin(), found, found + 1);
+    } else {
+        if (m_entries.size() == maximumEntries)
+            m_entries.pop_back();
+        m_entries.insert(m_entries.begin(), Entry{.path = request.path, .query = request.queryParams});
+    }
+    return m_entries.front();
+}
+
+} // namespace quillorn

@@ -43,7 +43,8 @@ class TaskTotalsTable {
     KeyMap<Sums> m_sums; // no entry: all zero
 };
 
-/// Number of tasks of each tag of the context, as last saved, in one statement.
+/// Number of tasks of each of the tags, as last saved, in one statement. Counting takes longer than all else that one
+/// record needs, so it is done once for each state of the store.
 class TagCounts {
   public:
     TagCounts(ModelContext& context, const std::vector<Tag*>& tags);

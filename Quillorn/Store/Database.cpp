@@ -87,6 +87,15 @@ std::int64_t Database::integer(std::string_view sql) {
     return query->step() ? query->integer(0) : 0;
 }
 
+void Database::forgetOutdated() {
+    const Sight now{integer("PRAGMA data_version"), sqlite3_total_changes64(m_handle)};
+    // What is written and not committed may be taken back, and leaves no sign when it is.
+    const bool isWriting = sqlite3_txn_state(m_handle, nullptr) == SQLITE_TXN_WRITE;
+    if (isWriting || m_derivedFrom != now)
+        m_derived.clear();
+    m_derivedFrom = isWriting ? std::nullopt : std::optional(now);
+}
+
 std::int64_t Database::lastKey(std::string_view table) {
     const StatementLoan query = statement("SELECT coalesce(max(seq), 0) FROM sqlite_sequence WHERE name = ?");
     query->bind(1, table);

@@ -2,14 +2,17 @@
 
 #include "Store/Statement.h"
 
+#include <any>
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <typeindex>
 
 namespace quillorn {
 
@@ -35,6 +38,17 @@ class Database {
     void execute(const std::string& sql);
     /// The first column of the first row of a query without parameters; 0 without a row.
     std::int64_t integer(std::string_view sql);
+
+    /// What was worked out of the records that this connection sees, kept for as long as it sees the same: made anew,
+    /// empty, after every commit by whomever. There is one of each type.
+    template <class Value>
+    Value& derived() {
+        forgetOutdated();
+        std::any& place = m_derived[typeid(Value)];
+        if (!place.has_value())
+            place = Value{};
+        return *std::any_cast<Value>(&place);
+    }
 
     /// The highest key that the table has ever given; 0 when it has given none.
     std::int64_t lastKey(std::string_view table);
@@ -66,10 +80,22 @@ class Database {
         bool inUse = false;
     };
 
+    /// Of the records as this connection sees them: the commits of others that it knows, the rows it changed itself.
+    struct Sight {
+        std::int64_t commits;
+        std::int64_t changes;
+
+        friend bool operator==(const Sight&, const Sight&) = default;
+    };
+
+    void forgetOutdated();
+
     std::string m_location;
     sqlite3* m_handle = nullptr;
     std::atomic<std::uint64_t>& m_executions;
     std::map<std::string, Cached, std::less<>> m_statements;
+    std::optional<Sight> m_derivedFrom;
+    std::map<std::type_index, std::any> m_derived;
     RowObserver m_rowObserver;
     int m_logPages = 0;
 };

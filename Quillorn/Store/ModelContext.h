@@ -91,6 +91,12 @@ class ModelContext {
     /// written out slowly.
     void endReading();
 
+    /// Database::derived of this context's snapshot, as last saved.
+    template <class Value>
+    Value& derived() {
+        return database().template derived<Value>();
+    }
+
     /// A query of one's own in this context's snapshot.
     StatementLoan statement(std::string_view sql);
 

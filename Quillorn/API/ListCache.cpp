@@ -1,6 +1,7 @@
 #include "API/ListCache.h"
 
 #include "API/ListImage.h"
+#include "Platform/Process.h"
 
 #include <algorithm>
 
@@ -55,7 +56,8 @@ bool ListCache::isCurrent(const Visit& visit) const {
 
 void ListCache::dropUnused() {
     const std::lock_guard lock(m_mutex);
-    std::erase_if(m_entries, [](Entry& entry) { return !std::exchange(entry.wasUsed, false); });
+    if (std::erase_if(m_entries, [](Entry& entry) { return !std::exchange(entry.wasUsed, false); }) > 0)
+        releaseFreeMemory();
 }
 
 ListCache::Entry& ListCache::entryOf(const HttpRequest& request) {

@@ -35,7 +35,7 @@ class ListCache {
     void keep(const HttpRequest& request, const Visit& visit, std::shared_ptr<const ListImage> image);
     /// Whether the store still stands as it did at the visit.
     bool isCurrent(const Visit& visit) const;
-    /// Forgets what has not been asked for since the last call.
+    /// Forgets what has not been asked for since the last call, and gives its memory back.
     void dropUnused();
 
   private:

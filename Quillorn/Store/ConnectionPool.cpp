@@ -1,11 +1,14 @@
 #include "Store/ConnectionPool.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace quillorn {
 
 namespace {
 
 /// Opening a connection and preparing its statements anew takes longer than most requests, so the connections of the
-/// usual number of clients rest in between; each holds up to 1 MB of pages.
+/// usual number of clients rest in between.
 constexpr std::size_t restingLimit = 8;
 
 } // namespace
@@ -21,6 +24,7 @@ ConnectionPool::Loan ConnectionPool::borrow() {
         if (!m_resting.empty()) {
             auto database = std::move(m_resting.back());
             m_resting.pop_back();
+            m_unused = std::min(m_unused, m_resting.size());
             return {*this, std::move(database)};
         }
     }
@@ -31,6 +35,18 @@ std::unique_ptr<Database> ConnectionPool::open() {
     auto database = std::make_unique<Database>(m_location, m_executions);
     database->configure();
     return database;
+}
+
+std::size_t ConnectionPool::closeUnused() {
+    std::vector<std::unique_ptr<Database>> unused;
+    const std::lock_guard lock(m_mutex);
+    if (m_resting.size() > 1) {
+        const auto end = m_resting.begin() + static_cast<std::ptrdiff_t>(std::min(m_unused, m_resting.size() - 1));
+        unused.assign(std::move_iterator(m_resting.begin()), std::move_iterator(end));
+        m_resting.erase(m_resting.begin(), end);
+    }
+    m_unused = m_resting.size();
+    return unused.size();
 }
 
 void ConnectionPool::giveBack(std::unique_ptr<Database> database) {

@@ -37,6 +37,9 @@ class ConnectionPool {
     Loan borrow();
     /// A connection that is the caller's own. Throws StoreError.
     std::unique_ptr<Database> open();
+    /// Closes those that nobody has needed since the last call, but for one: with its statements each holds up to 1 MB.
+    /// Returns how many.
+    std::size_t closeUnused();
     /// Statements run so far by all connections.
     std::uint64_t executions() const { return m_executions.load(std::memory_order_relaxed); }
 
@@ -46,7 +49,9 @@ class ConnectionPool {
     std::string m_location;
     std::atomic<std::uint64_t> m_executions{0};
     std::mutex m_mutex;
-    std::vector<std::unique_ptr<Database>> m_resting;
+    std::vector<std::unique_ptr<Database>> m_resting; // the last one is taken first
+    /// How many of them, from the first on, have rested since the last closeUnused().
+    std::size_t m_unused = 0;
 };
 
 } // namespace quillorn

@@ -22,10 +22,12 @@ MainContext::MainContext(ModelContainer& container, MainQueue& queue, SystemLog&
         },
         &queue);
     m_timer = queue.every(period, [this] { tick(); });
+    m_releaseTimer = queue.every(restingTime, [&container] { container.releaseUnusedMemory(); });
 }
 
 MainContext::~MainContext() {
     m_queue.cancel(m_timer);
+    m_queue.cancel(m_releaseTimer);
 }
 
 void MainContext::tick() {

@@ -25,6 +25,9 @@ class MainContext {
     /// How often it looks for changes of other processes, and for changes of its own to save.
     static constexpr std::chrono::milliseconds period{500};
 
+    /// How long a connection to the store rests at least before it is closed.
+    static constexpr std::chrono::seconds restingTime{30};
+
     /// With the changes of a save of this process; with null when the file has changed, by another process or not, or
     /// when everything was replaced. The context has been refreshed by then.
     using Listener = std::function<void(const ChangeSet*)>;
@@ -52,6 +55,7 @@ class MainContext {
     std::vector<Listener> m_listeners;
     NotificationCenter::Token m_saves;
     MainQueue::TimerId m_timer;
+    MainQueue::TimerId m_releaseTimer;
 };
 
 } // namespace quillorn

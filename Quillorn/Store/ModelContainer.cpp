@@ -1,6 +1,7 @@
 #include "Store/ModelContainer.h"
 
 #include "Platform/NotificationCenter.h"
+#include "Platform/Process.h"
 #include "Platform/UUID.h"
 #include "Store/ChangeSet.h"
 #include "Store/StoreError.h"
@@ -105,6 +106,11 @@ std::optional<std::int64_t> ModelContainer::fileVersion() {
     if (!m_watch)
         m_watch = m_pool.open();
     return m_watch->integer("PRAGMA data_version");
+}
+
+void ModelContainer::releaseUnusedMemory() {
+    if (m_pool.closeUnused() > 0)
+        releaseFreeMemory();
 }
 
 void ModelContainer::checkpointIfDue(Database& database) {

@@ -55,6 +55,9 @@ class ModelContainer {
     /// Throws StoreError.
     std::optional<std::int64_t> fileVersion();
 
+    /// To be called now and then: gives back what busier times have left behind.
+    void releaseUnusedMemory();
+
     /// Statements run so far by all contexts, for tests and benchmarks.
     std::uint64_t executedStatements() const { return m_pool.executions(); }
 

@@ -4,17 +4,13 @@
 #include "Fuzz/Values.h"
 #include "MCP/MCPServer.h"
 #include "Platform/Calendar.h"
+#include "Support/Answers.h"
 
 #include <fmt/format.h>
 
 using namespace quillorn;
 
 namespace {
-
-Json member(const Json& object, std::string_view key) {
-    const Json* found = object.find(key);
-    return found == nullptr ? Json() : *found;
-}
 
 std::optional<Json> parsed(std::string_view text) {
     try {

@@ -1,6 +1,7 @@
 #include "Integration/ServerProcess.h"
 #include "Support/TestClient.h"
 #include "Support/TestStore.h"
+#include "Support/Threads.h"
 
 #include <atomic>
 #include <csignal>
@@ -8,7 +9,6 @@
 #include <random>
 #include <set>
 #include <sys/resource.h>
-#include <thread>
 #include <unistd.h>
 
 namespace quillorn {
@@ -34,16 +34,6 @@ std::set<std::string> taskIds(const ServerProcess& server) {
     return ids;
 }
 
-/// Calls `work` on four threads, each with a number of its own, and waits for them.
-template <class Work>
-void onFourThreads(const Work& work) {
-    std::vector<std::thread> threads;
-    for (unsigned number = 0; number < 4; ++number)
-        threads.emplace_back([&work, number] { work(number); });
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
 std::string integrityCheck(const TemporaryFolder& home) {
     return ForeignConnection(home / "data/Quillorn/Quillorn.store").text("PRAGMA integrity_check");
 }
@@ -58,7 +48,7 @@ TEST(Survival, nothingAcknowledgedIsLostByAKill) {
         std::atomic<bool> killed = false;
         // The moment of the kill is a number of answers, so that it falls into the work whatever the machine's speed.
         const std::size_t answers = acknowledged.size() + 5 + random() % 60;
-        onFourThreads([&](unsigned) {
+        onThreads(4, [&](int) {
             while (!killed) {
                 const std::string id = createTask(server);
                 const std::lock_guard lock(mutex);
@@ -85,7 +75,7 @@ TEST(Survival, twoProcessesShareAStore) {
         EXPECT_TRUE(taskIds(turn % 2 == 0 ? two : one).contains(id));
     }
     // And none loses anything to the other.
-    onFourThreads([&](unsigned number) {
+    onThreads(4, [&](int number) {
         for (int turn = 0; turn < 100; ++turn)
             EXPECT_NE(createTask(number % 2 == 0 ? one : two), "");
     });
@@ -128,8 +118,8 @@ TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
         idle.push_back(std::make_unique<TestClient>(server.port()));
     EXPECT_TRUE(server.isServing());
 
-    onFourThreads([&](unsigned seed) {
-        std::mt19937 random(seed);
+    onThreads(4, [&](int seed) {
+        std::mt19937 random(static_cast<unsigned>(seed));
         for (int request = 0; request < 2500; ++request) {
             TestClient client(server.port());
             client.send(malformed(random));

@@ -36,12 +36,7 @@ std::vector<std::string> contentQueries(ModelContext& context) {
 
 } // namespace
 
-std::unique_ptr<ModelContainer> FuzzStore::open(RandomSource& random) {
-    return openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
-                         {.random = random, .notifications = m_notifications}, m_log);
-}
-
-FuzzStore::FuzzStore() : m_original(open(m_originalRandom)), m_container(open(m_random)) {
+FuzzStore::FuzzStore() : m_original(m_ofOriginal.open(std::nullopt)), m_container(open(std::nullopt)) {
     {
         ModelContext context(*m_original, ModelContext::Intent::update);
         m_ids = crowd(context, 2);
@@ -56,7 +51,7 @@ void FuzzStore::reset() {
         context.statement("COMMIT")->run(); // save() knows of no change
     }
     replaceStoreContents(*m_original, *m_container);
-    m_random.random.emplace(1);
+    random.restart();
 }
 
 std::string FuzzStore::content() const {

@@ -26,7 +26,7 @@ struct Peer {
     FakeClock clock;
     Text text{"en_US"};
     Calendar calendar{"Europe/Berlin", "en_US"};
-    MCPServer server{{store.container(), clock, text, calendar, store.random()}};
+    MCPServer server{{store.container(), clock, text, calendar, store.random}};
     /// The tools themselves, for what the server makes a result of.
     MCPToolRegistry registry{{store.container(), clock, text}};
 

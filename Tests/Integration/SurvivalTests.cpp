@@ -3,7 +3,6 @@
 #include "Support/TestStore.h"
 #include "Support/Threads.h"
 
-#include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <random>
@@ -36,34 +35,6 @@ std::set<std::string> taskIds(const ServerProcess& server) {
 
 std::string integrityCheck(const TemporaryFolder& home) {
     return ForeignConnection(home / "data/Quillorn/Quillorn.store").text("PRAGMA integrity_check");
-}
-
-TEST(Survival, nothingAcknowledgedIsLostByAKill) {
-    TemporaryFolder home;
-    std::set<std::string> acknowledged;
-    std::mt19937 random(7);
-    for (int round = 0; round < 6; ++round) {
-        ServerProcess server(home.path());
-        std::mutex mutex;
-        std::atomic<bool> killed = false;
-        // The moment of the kill is a number of answers, so that it falls into the work whatever the machine's speed.
-        const std::size_t answers = acknowledged.size() + 5 + random() % 60;
-        onThreads(4, [&](int) {
-            while (!killed) {
-                const std::string id = createTask(server);
-                const std::lock_guard lock(mutex);
-                if (!id.empty())
-                    acknowledged.insert(id);
-                if (acknowledged.size() >= answers && !killed.exchange(true))
-                    server.signal(SIGKILL);
-            }
-        });
-        EXPECT_EQ(server.wait(), -SIGKILL);
-        const std::set<std::string> present = taskIds(ServerProcess(home.path()));
-        for (const std::string& id : acknowledged)
-            EXPECT_TRUE(present.contains(id)) << "lost in round " << round;
-    }
-    EXPECT_EQ(integrityCheck(home), "ok");
 }
 
 TEST(Survival, twoProcessesShareAStore) {

@@ -1,10 +1,9 @@
-#include "Integration/ServerProcess.h"
+#include "Integration/ProgramTest.h"
 #include "Support/TestClient.h"
 #include "Support/TestStore.h"
 #include "Support/Threads.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
 #include <random>
 #include <set>
 #include <sys/resource.h>
@@ -14,6 +13,7 @@ namespace quillorn {
 namespace {
 
 namespace fs = std::filesystem;
+using Survival = ProgramTest;
 
 /// The id of the new task; empty when the server did not say that it keeps it.
 std::string createTask(const ServerProcess& server, const std::string& title = "Kept") {
@@ -37,8 +37,7 @@ std::string integrityCheck(const TemporaryFolder& home) {
     return ForeignConnection(home / "data/Quillorn/Quillorn.store").text("PRAGMA integrity_check");
 }
 
-TEST(Survival, twoProcessesShareAStore) {
-    TemporaryFolder home;
+TEST_F(Survival, twoProcessesShareAStore) {
     const ServerProcess one(home.path()), two(home.path());
     // Each sees at once what the other has answered.
     for (int turn = 0; turn < 10; ++turn) {
@@ -78,8 +77,7 @@ std::string malformed(std::mt19937& random) {
     return text;
 }
 
-TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
-    TemporaryFolder home;
+TEST_F(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
     ServerProcess server(home.path());
     for (int task = 0; task < 50; ++task)
         createTask(server, std::string(2000, 'x'));
@@ -114,8 +112,7 @@ TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
     EXPECT_EQ(server.wait(), 0);
 }
 
-TEST(Survival, aFullDiskIsAnErrorAndNotTheEnd) {
-    TemporaryFolder home;
+TEST_F(Survival, aFullDiskIsAnErrorAndNotTheEnd) {
     EXPECT_NE(createTask(ServerProcess(home.path())), ""); // makes the store while there is room
     ServerProcess server(home.path(), {.prepare = [] {
                              std::signal(SIGXFSZ, SIG_IGN);
@@ -147,8 +144,7 @@ void becomeNobody() {
         _exit(126);
 }
 
-TEST(Survival, aReadOnlyFolderIsAnErrorAndNotTheEnd) {
-    TemporaryFolder home;
+TEST_F(Survival, aReadOnlyFolderIsAnErrorAndNotTheEnd) {
     // Where everybody can run it.
     const fs::path program = home / "quillorn", data = home / "data";
     fs::copy_file(QUILLORN_PROGRAM, program);

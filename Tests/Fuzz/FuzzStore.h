@@ -4,8 +4,10 @@
 #include "Support/FixedRandom.h"
 #include "Support/TestStore.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace quillorn {
 
@@ -17,6 +19,9 @@ class FuzzStore : public SurroundingsWith<FixedRandom> {
 
     /// Brings back the records of the beginning, with their row keys, and the chance that makes new ids.
     void reset();
+
+    /// Sends each line; ends the program when one changes anything for which `send` is false. Then resets.
+    void feed(const std::vector<std::string>& lines, const std::function<bool(const std::string& line)>& send);
 
     ModelContainer& container() const { return *m_container; }
     const StoreIds& ids() const { return m_ids; }
@@ -32,6 +37,7 @@ class FuzzStore : public SurroundingsWith<FixedRandom> {
     std::unique_ptr<ModelContainer> m_original;
     std::unique_ptr<ModelContainer> m_container;
     StoreIds m_ids;
+    int m_changes = 0;
 };
 
 } // namespace quillorn

@@ -28,6 +28,13 @@ std::string newBackup(Round& round) {
     return output.empty() ? output : *Json::parse(output).find("file")->asString();
 }
 
+std::vector<KnownRecords> recordsOf(const std::vector<Ledger*>& ledgers) {
+    std::vector<KnownRecords> records;
+    for (const Ledger* ledger : ledgers)
+        records.push_back(ledger->records());
+    return records;
+}
+
 KnownRecords merged(const std::vector<KnownRecords>& parts) {
     KnownRecords all;
     for (const KnownRecords& part : parts)
@@ -37,11 +44,8 @@ KnownRecords merged(const std::vector<KnownRecords>& parts) {
 
 } // namespace
 
-void takeBackup(Round& round, const std::vector<const Ledger*>& ledgers) {
-    std::vector<KnownRecords> before;
-    before.reserve(ledgers.size());
-    for (const Ledger* ledger : ledgers)
-        before.push_back(ledger->records());
+void takeBackup(Round& round, const std::vector<Ledger*>& ledgers) {
+    const std::vector<KnownRecords> before = recordsOf(ledgers);
     const std::string file = newBackup(round);
     KnownRecords expected;
     for (std::size_t i = 0; i < ledgers.size(); ++i)
@@ -57,17 +61,14 @@ void takeBackup(Round& round, const std::vector<const Ledger*>& ledgers) {
 void InterruptedRestore::mayHappen(Dice& dice, Round& round, std::uint16_t port) {
     if (!dice.chance(30))
         return;
-    if (!m_kept.empty()) {
-        restore(dice, round, port);
-        return;
-    }
+    if (!m_kept.empty())
+        return restore(dice, round, port);
     const std::string file = newBackup(round);
     if (file.empty())
         return;
     // Another backup of the same minute takes its name.
     std::filesystem::copy_file(file, backup(), std::filesystem::copy_options::overwrite_existing);
-    for (const Ledger* ledger : m_ledgers)
-        m_kept.push_back(ledger->records());
+    m_kept = recordsOf(m_ledgers);
 }
 
 void InterruptedRestore::restore(Dice& dice, Round& round, std::uint16_t port) {
@@ -78,21 +79,18 @@ void InterruptedRestore::restore(Dice& dice, Round& round, std::uint16_t port) {
     if (status != 0 && status != -SIGKILL)
         round.fault("quillorn restore: " + program.errors());
 
-    std::vector<KnownRecords> now;
-    for (const Ledger* ledger : m_ledgers)
-        now.push_back(ledger->records());
     const std::vector<KnownRecords> kept = std::exchange(m_kept, {});
     const auto listed = listEverything(port);
     if (differences(merged(kept), listed).empty()) {
-        ++m_restored;
+        ++round.totals.restored;
         for (std::size_t i = 0; i < m_ledgers.size(); ++i)
             m_ledgers[i]->goBackTo(kept[i]);
         return;
     }
-    ++m_interrupted;
+    ++round.totals.interrupted;
     if (status == 0)
         round.fault("a backup was not restored");
-    for (const std::string& difference : differences(merged(now), listed))
+    for (const std::string& difference : differences(merged(recordsOf(m_ledgers)), listed))
         round.fault("after a restore that was killed, " + difference);
 }
 

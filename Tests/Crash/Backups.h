@@ -11,7 +11,7 @@ namespace quillorn {
 /// Takes a backup by `quillorn backup` while the writers are at work, restores it by `quillorn restore` over a store of
 /// its own, and has a server show what is in it. Everything that was acknowledged before the backup began must be
 /// there.
-void takeBackup(Round& round, const std::vector<const Ledger*>& ledgers);
+void takeBackup(Round& round, const std::vector<Ledger*>& ledgers);
 
 /// Goes back to an earlier state by `quillorn restore`, which is killed at some moment, while the server runs and
 /// nobody writes. Afterwards everything must be as it was or everything as it is in the backup.
@@ -23,8 +23,6 @@ class InterruptedRestore {
 
     /// Between two rounds: takes a backup, or restores it some rounds later.
     void mayHappen(Dice& dice, Round& round, std::uint16_t port);
-    int restored() const { return m_restored; }
-    int interrupted() const { return m_interrupted; }
 
   private:
     void restore(Dice& dice, Round& round, std::uint16_t port);
@@ -34,8 +32,6 @@ class InterruptedRestore {
     const std::vector<Ledger*> m_ledgers;
     /// What each ledger had when the backup was taken; empty when there is none.
     std::vector<KnownRecords> m_kept;
-    int m_restored = 0;
-    int m_interrupted = 0; // with nothing changed
 };
 
 } // namespace quillorn

@@ -5,7 +5,7 @@
 #include "Integration/ServerProcess.h"
 #include "Support/TestStore.h"
 
-#include <charconv>
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <csignal>
 #include <fmt/core.h>
@@ -20,22 +20,7 @@ using Clock = std::chrono::steady_clock;
 struct Options {
     int cycles = 20;
     int seed = 1;
-    /// Ends after that time, when the cycles are not done by then.
     int seconds = 24 * 3600;
-};
-
-struct Totals {
-    int cycles = 0;
-    int kills = 0;
-    int cleanEnds = 0;
-    int backups = 0;
-    int restored = 0;
-    int interrupted = 0; // restores without effect
-    std::size_t programsKilled = 0;
-    std::size_t acknowledged = 0;
-    std::size_t overMCP = 0; // of the acknowledged
-    std::size_t cutOff = 0;
-    std::size_t happened = 0; // of what was cut off
 };
 
 class CrashTest {
@@ -48,6 +33,7 @@ class CrashTest {
     const std::filesystem::path& home() const { return m_home.path(); }
 
   private:
+    Round newRound();
     void work(ServerProcess& server);
     void end(ServerProcess& server, Round& round);
     void check();
@@ -84,14 +70,16 @@ void CrashTest::cycle() {
     work(*m_server);
     m_server = std::make_unique<ServerProcess>(m_home.path());
     check();
-    Round quiet{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
+    Round quiet = newRound();
     m_restore->mayHappen(m_dice, quiet, m_server->port());
-    m_totals.restored = m_restore->restored();
-    m_totals.interrupted = m_restore->interrupted();
+}
+
+Round CrashTest::newRound() {
+    return {.home = m_home.path(), .totals = m_totals, .fault = [this](const std::string& words) { fault(words); }};
 }
 
 void CrashTest::work(ServerProcess& server) {
-    Round round{.home = m_home.path(), .fault = [this](const std::string& words) { fault(words); }};
+    Round round = newRound();
     std::vector<std::jthread> threads;
     const auto start = [&](auto job) {
         threads.emplace_back([&round, job] {
@@ -110,8 +98,7 @@ void CrashTest::work(ServerProcess& server) {
     start([&] { m_timer.run(round, *restSurface(server.port())); });
     if (m_dice.chance(20)) {
         ++m_totals.backups;
-        const auto all = ledgers();
-        start([&round, all] { takeBackup(round, {all.begin(), all.end()}); });
+        start([&] { takeBackup(round, ledgers()); });
     }
     // The end falls into the work, whatever the machine's speed.
     const std::size_t goal = 1 + m_dice.below(60);
@@ -119,11 +106,6 @@ void CrashTest::work(ServerProcess& server) {
         round.progress.wait(count);
     std::this_thread::sleep_for(std::chrono::microseconds(m_dice.below(3'000)));
     end(server, round);
-    threads.clear();
-    m_totals.acknowledged += round.acknowledged;
-    m_totals.overMCP += round.overMCP;
-    m_totals.cutOff += round.cutOff;
-    m_totals.programsKilled += round.programsKilled;
 }
 
 void CrashTest::end(ServerProcess& server, Round& round) {
@@ -188,29 +170,12 @@ int run(const Options& options) {
     fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs\n"
                "{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened\n"
                "{} backups among the writes; {} restores with effect and {} killed before; {} faults\n",
-               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled, totals.acknowledged,
-               totals.overMCP, totals.cutOff, totals.happened, totals.backups, totals.restored, totals.interrupted,
-               test.faults());
+               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled.load(),
+               totals.acknowledged.load(), totals.overMCP.load(), totals.cutOff.load(), totals.happened, totals.backups,
+               totals.restored, totals.interrupted, test.faults());
     if (test.faults() > 0)
         keep(test.home(), options.seed);
     return test.faults() == 0 ? 0 : 1;
-}
-
-constexpr const char* usage = "usage: CrashTest [--cycles N] [--seed N] [--seconds N]\n";
-
-bool parse(int argc, char** argv, Options& options) {
-    const std::map<std::string_view, int*> known{
-        {"--cycles", &options.cycles}, {"--seed", &options.seed}, {"--seconds", &options.seconds}};
-    for (int i = 1; i < argc; i += 2) {
-        const auto found = known.find(argv[i]);
-        if (found == known.end() || i + 1 == argc)
-            return false;
-        const std::string_view text = argv[i + 1];
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *found->second);
-        if (error != std::errc{} || end != text.data() + text.size() || *found->second < 1)
-            return false;
-    }
-    return true;
 }
 
 } // namespace
@@ -218,10 +183,11 @@ bool parse(int argc, char** argv, Options& options) {
 
 int main(int argc, char** argv) {
     quillorn::Options options;
-    if (!quillorn::parse(argc, argv, options)) {
-        std::cerr << quillorn::usage;
-        return 2;
-    }
+    CLI::App line;
+    line.add_option("--cycles", options.cycles, "How often the server is ended")->check(CLI::PositiveNumber);
+    line.add_option("--seed", options.seed, "Of the chance")->check(CLI::PositiveNumber);
+    line.add_option("--seconds", options.seconds, "Ends then, with the cycles done or not")->check(CLI::PositiveNumber);
+    CLI11_PARSE(line, argc, argv);
     try {
         return quillorn::run(options);
     } catch (const std::exception& error) {

@@ -37,7 +37,7 @@ void Writer::run(Round& round, Surface& surface) {
         switch (answer.kind) {
         case Surface::Answer::Kind::acknowledged:
             m_ledger.acknowledge(answer.id);
-            round.overMCP += answer.isOverMCP ? 1 : 0;
+            round.totals.overMCP += answer.isOverMCP ? 1 : 0;
             round.noteAcknowledged();
             break;
         case Surface::Answer::Kind::refused:
@@ -47,7 +47,7 @@ void Writer::run(Round& round, Surface& surface) {
         case Surface::Answer::Kind::cutOff:
             if (!round.isEnding)
                 round.fault(fmt::format("{} {} got no answer", step.request.verb, step.request.kind));
-            ++round.cutOff;
+            ++round.totals.cutOff;
             return;
         }
     }
@@ -211,7 +211,7 @@ bool TimerUser::startOver(const std::string& task, Round& round, Surface& surfac
     }
     if (answer.kind == Surface::Answer::Kind::refused || !round.isEnding)
         round.fault("no timer entry: " + answer.text);
-    ++round.cutOff;
+    ++round.totals.cutOff;
     return false;
 }
 
@@ -228,8 +228,8 @@ bool TimerUser::command(std::vector<std::string> arguments, std::vector<Operatio
         return true;
     }
     if (status == -SIGKILL) {
-        ++round.programsKilled;
-        ++round.cutOff;
+        ++round.totals.programsKilled;
+        ++round.totals.cutOff;
     } else {
         m_ledger.withdraw();
         round.fault("quillorn timer: " + program.errors());

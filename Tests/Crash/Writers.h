@@ -10,13 +10,25 @@
 
 namespace quillorn {
 
-/// One round of the server, from its start to its end, as the writers see it.
-struct Round {
-    std::filesystem::path home;
+/// What has happened in all rounds so far. The writers count on threads of their own.
+struct Totals {
+    int cycles = 0;
+    int kills = 0;
+    int cleanEnds = 0;
+    int backups = 0;
+    int restored = 0;
+    int interrupted = 0;      // restores without effect
+    std::size_t happened = 0; // of what was cut off
+    std::atomic<std::size_t> programsKilled{0};
     std::atomic<std::size_t> acknowledged{0};
     std::atomic<std::size_t> overMCP{0}; // of the acknowledged
     std::atomic<std::size_t> cutOff{0};
-    std::atomic<std::size_t> programsKilled{0};
+};
+
+/// One round of the server, from its start to its end, as the writers see it.
+struct Round {
+    std::filesystem::path home;
+    Totals& totals;
     /// Set before the server is ended: from then on it may leave requests without an answer.
     std::atomic<bool> isEnding{false};
     std::function<void(const std::string&)> fault; // from any thread
@@ -24,7 +36,7 @@ struct Round {
     std::atomic<std::size_t> progress{0};
 
     void noteAcknowledged() {
-        ++acknowledged;
+        ++totals.acknowledged;
         noteProgress();
     }
     void noteProgress() {

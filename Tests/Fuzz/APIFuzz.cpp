@@ -159,21 +159,10 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 /// reads changes nothing.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static ApiCaller caller(store().container());
-    const std::string untouched = store().content();
-    std::string before = untouched;
-    for (const std::string& line : linesOf(bytesOf(data, size))) {
+    store().feed(linesOf(bytesOf(data, size)), [](const std::string& line) {
         const Message message = Message::read(line);
         const auto status = caller.call(message.method, message.target, message.body);
-        std::string after = store().content();
-        const bool mayChange = status && *status < 300 && message.method != "GET";
-        require(mayChange || after == before, "a refusal or a reading call changes: " + line);
-        before = std::move(after);
-    }
-    if (before == untouched)
-        return 0;
-    static int count = 0;
-    if (++count % 64 == 0)
-        store().requireSound();
-    store().reset();
+        return status && *status < 300 && message.method != "GET";
+    });
     return 0;
 }

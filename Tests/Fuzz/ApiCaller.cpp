@@ -2,21 +2,12 @@
 
 #include "API/OpenApiDocument.h"
 #include "Fuzz/Harness.h"
+#include "Support/Answers.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 namespace quillorn {
-
-std::string bodyOf(const HttpResponse& response) {
-    struct Collector : HttpResponseBodyWriter {
-        void write(std::string_view bytes) override { text += bytes; }
-        std::string text;
-    } collector;
-    if (const auto content = response.content(); content.write)
-        content.write(collector);
-    return collector.text;
-}
 
 ApiCaller::ApiCaller(ModelContainer& container) : m_lists(container) {
     for (const Route& route : apiRoutes(container, m_clock, m_text, m_paths, m_lists))

@@ -13,9 +13,6 @@
 
 namespace quillorn {
 
-/// All that an answer has in its body.
-std::string bodyOf(const HttpResponse& response);
-
 /// Calls the REST API on a store without a server around it, and holds each answer against openapi.json.
 class ApiCaller {
   public:

@@ -4,7 +4,6 @@
 #include "Store/ReplaceContents.h"
 
 #include <fmt/format.h>
-#include <vector>
 
 namespace quillorn {
 
@@ -36,12 +35,7 @@ std::vector<std::string> contentQueries(ModelContext& context) {
 
 } // namespace
 
-std::unique_ptr<ModelContainer> FuzzStore::open(RandomSource& random) {
-    return openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
-                         {.random = random, .notifications = m_notifications}, m_log);
-}
-
-FuzzStore::FuzzStore() : m_original(open(m_originalRandom)), m_container(open(m_random)) {
+FuzzStore::FuzzStore() : m_original(m_ofOriginal.open(std::nullopt)), m_container(open(std::nullopt)) {
     {
         ModelContext context(*m_original, ModelContext::Intent::update);
         m_ids = crowd(context, 2);
@@ -56,7 +50,23 @@ void FuzzStore::reset() {
         context.statement("COMMIT")->run(); // save() knows of no change
     }
     replaceStoreContents(*m_original, *m_container);
-    m_random.random.emplace(1);
+    random.restart();
+}
+
+void FuzzStore::feed(const std::vector<std::string>& lines, const std::function<bool(const std::string& line)>& send) {
+    const std::string untouched = content();
+    std::string before = untouched;
+    for (const std::string& line : lines) {
+        const bool mayChange = send(line);
+        std::string after = content();
+        require(mayChange || after == before, "a refusal or a reading call changes: " + line);
+        before = std::move(after);
+    }
+    if (before == untouched)
+        return;
+    if (++m_changes % 64 == 0)
+        requireSound();
+    reset();
 }
 
 std::string FuzzStore::content() const {

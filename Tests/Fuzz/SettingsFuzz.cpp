@@ -4,12 +4,19 @@
 #include "Support/RecordingLog.h"
 #include "Support/TemporaryFolder.h"
 
+#include <map>
 #include <optional>
 
 using namespace quillorn;
 namespace fs = std::filesystem;
 
 namespace {
+
+/// A value of each type.
+const std::map<SettingType, Json> samples{
+    {SettingType::boolean, true}, {SettingType::integer, 7},   {SettingType::textList, Json::Array{"a", "b"}},
+    {SettingType::text, "YWJj"},  {SettingType::data, "YWJj"}, {SettingType::date, "2026-01-15T12:00:00Z"},
+};
 
 std::optional<Json::Object> parsedObject(std::string_view text) {
     try {
@@ -39,8 +46,7 @@ void readAll(SettingsStore& store, const Json::Object& stored) {
 
 /// The text on the command line is no value of the type, or one that can be shown and typed in again.
 void readText(std::string_view text) {
-    for (const SettingType type : {SettingType::text, SettingType::integer, SettingType::boolean, SettingType::date,
-                                   SettingType::data, SettingType::textList})
+    for (const auto& [type, sample] : samples)
         if (const auto value = parseSetting(text, type)) {
             require(isOfType(*value, type), "parseSetting gives another type");
             require(parseSetting(type == SettingType::text ? text : settingText(*value), type) == value, "no way back");
@@ -64,35 +70,14 @@ std::vector<std::string> quillorn::seeds() {
     Json::Object all;
     Json::Object ofOtherTypes;
     for (const Setting& setting : settingsCatalogue) {
-        const std::string key(setting.key);
-        switch (setting.type) {
-        case SettingType::boolean:
-            all[key] = true;
-            break;
-        case SettingType::integer:
-            all[key] = 7;
-            break;
-        case SettingType::textList:
-            all[key] = Json::Array{"a", "b"};
-            break;
-        case SettingType::date:
-            all[key] = "2026-01-15T12:00:00Z";
-            break;
-        default:
-            all[key] = "YWJj";
-        }
-        ofOtherTypes[key] = Json::Object{{"n", nullptr}, {"d", 0.5}};
+        all[std::string(setting.key)] = samples.at(setting.type);
+        ofOtherTypes[std::string(setting.key)] = Json::Object{{"n", nullptr}, {"d", 0.5}};
     }
-    return {Json(all).text(Json::Style::pretty),
-            Json(ofOtherTypes).text(),
+    // clang-format off
+    return {Json(all).text(Json::Style::pretty), Json(ofOtherTypes).text(),
             R"({"apiPort": 99999999999999999999, "apiPort": -1e400, "x": "\ud83d\ude00\u0000"})",
-            "",
-            "{",
-            "[]",
-            "2026-01-15T12:00:00Z",
-            R"(["a"])",
-            "YWI=",
-            "yes"};
+            "", "{", "[]", "2026-01-15T12:00:00Z", R"(["a"])", "YWI=", "yes"};
+    // clang-format on
 }
 
 /// A settings file with these bytes is read as it stands, or set aside with every byte of it; nothing gets lost by the

@@ -25,15 +25,10 @@ constexpr const char* dates[] = {"2026-01-15T12:00:00Z",      "2026-01-15T12:00:
                                  "0000-01-01T00:00:00Z",      "0001-01-01T00:00:00Z",     "9999-12-31T23:59:59Z",
                                  "9999-12-31T23:59:59-23:59", "2026-02-30T12:00:00Z",     "2026-01-15T24:00:00Z",
                                  "2026-12-31T23:59:60Z",      "292277-01-01T00:00:00Z",   "-0001-01-01T00:00:00Z"};
-constexpr const char* links[] = {"https://example.com/a?b#c",
-                                 "javascript:x",
-                                 "file:///etc",
-                                 "mailto:a@b",
-                                 "http://[::1",
-                                 "x:",
-                                 "//a",
-                                 "http://a b",
-                                 "HTTP://%zz"};
+// clang-format off
+constexpr const char* links[] = {"https://example.com/a?b#c", "javascript:x", "file:///etc", "mailto:a@b",
+                                 "http://[::1", "x:", "//a", "http://a b", "HTTP://%zz"};
+// clang-format on
 
 /// Whether "parentTaskId" or "/api/tasks/" names records of that kind ("task", "otherClient", "entry").
 bool isFor(std::string_view name, std::string kind) {

@@ -1,5 +1,5 @@
 #include "HTTP/HttpErrors.h"
-#include "HTTP/HttpResponse.h"
+#include "Support/Answers.h"
 
 #include <gmock/gmock.h>
 #include <limits>
@@ -8,17 +8,6 @@ namespace quillorn {
 namespace {
 
 using Headers = HttpResponse::Headers;
-
-struct StringWriter final : HttpResponseBodyWriter {
-    void write(std::string_view bytes) override { text += bytes; }
-    std::string text;
-};
-
-std::string written(const HttpResponse& response) {
-    StringWriter writer;
-    response.content().write(writer);
-    return writer.text;
-}
 
 TEST(HttpResponse, casesHaveTheirStatusReasonAndHeaders) {
     std::tuple<HttpResponse, int, std::string, Headers> cases[] = {
@@ -66,7 +55,7 @@ TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
     };
     for (const auto& [body, bytes, contentType] : cases) {
         const auto response = HttpResponse::ok(body);
-        EXPECT_EQ(written(response), bytes);
+        EXPECT_EQ(bodyOf(response), bytes);
         EXPECT_EQ(response.content().length, static_cast<std::int64_t>(bytes.size()));
         Headers expected{{"Server", "Tidewire Unspecified"}};
         if (!contentType.empty())
@@ -77,12 +66,12 @@ TEST(HttpResponse, okTakesContentTypeAndLengthFromItsBody) {
 
 TEST(HttpResponse, badRequestMayHaveABodyAndRawItsOwnHeaders) {
     const auto bad = HttpResponse::badRequest(HttpResponseBody::json(Json::Object{}));
-    EXPECT_EQ(written(bad), "{}");
+    EXPECT_EQ(bodyOf(bad), "{}");
     EXPECT_EQ(bad.content().length, 2);
     EXPECT_EQ(bad.responseHeaders("1"), (Headers{{"Server", "Tidewire 1"}})); // no type
     const Headers own{{"Server", "mine"}, {"server", "too"}};
     const auto raw = HttpResponse::raw(200, "Fine", own, [](auto& writer) { writer.write("body"); });
-    EXPECT_EQ(written(raw), "body");
+    EXPECT_EQ(bodyOf(raw), "body");
     EXPECT_EQ(raw.content().length, -1);
     EXPECT_EQ(raw.responseHeaders("1"), own);
 }

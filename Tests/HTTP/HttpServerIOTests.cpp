@@ -5,6 +5,7 @@
 #include "HTTP/Socket.h"
 #include "Platform/FileDescriptor.h"
 #include "Support/RecordingLog.h"
+#include "Support/ScopedLimit.h"
 #include "Support/TestClient.h"
 
 #include <atomic>
@@ -16,7 +17,6 @@
 #include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
@@ -146,16 +146,12 @@ TEST_F(HttpServerIOTest, destroyingTheServerWaitsForItsHandlers) {
 /// Takes away all free descriptors of the process but one, and gives them back at the end.
 struct OneDescriptor {
     OneDescriptor() {
-        ::getrlimit(RLIMIT_NOFILE, &before);
-        const rlimit few{64, before.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &few);
         for (int number = 0; (number = ::open("/dev/null", O_RDONLY)) != -1;)
             taken.emplace_back(number);
         taken.pop_back();
     }
-    ~OneDescriptor() { ::setrlimit(RLIMIT_NOFILE, &before); }
 
-    rlimit before{};
+    const ScopedLimit few{RLIMIT_NOFILE, 64};
     std::vector<FileDescriptor> taken;
 };
 

@@ -1,9 +1,10 @@
 #include "HTTP/WorkerPool.h"
 
+#include "Support/ScopedLimit.h"
+
 #include <atomic>
 #include <future>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <thread>
 
 namespace quillorn {
@@ -71,17 +72,13 @@ TEST(WorkerPool, aThreadThatCanNotBeHadIsAnErrorAndLosesTheJob) {
     WorkerPool pool;
     std::promise<void> end;
     const auto held = std::make_shared<std::shared_future<void>>(end.get_future().share());
-    rlimit before{};
-    ::getrlimit(RLIMIT_AS, &before);
-    const rlimit full{1, before.rlim_max}; // no room for more stacks than the system keeps in reserve
     std::size_t accepted = 0;
-    ::setrlimit(RLIMIT_AS, &full);
     const auto submitAll = [&] {
+        const ScopedLimit full(RLIMIT_AS, 1); // no room for more stacks than the system keeps in reserve
         for (; accepted < 1000; ++accepted)
             pool.submit([held] { held->wait(); });
     };
     EXPECT_THROW(submitAll(), std::system_error);
-    ::setrlimit(RLIMIT_AS, &before);
     EXPECT_EQ(pool.threadCount(), accepted);
     end.set_value();
     pool.finish();

@@ -12,11 +12,9 @@ namespace quillorn {
 namespace {
 
 using testing::AllOf;
-
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-
 using testing::StartsWith;
 namespace fs = std::filesystem;
 

@@ -24,22 +24,18 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         const char* part;
     };
     const Case cases[] = {
-        {{"--version"}, 0, "quillorn 1."},
-        {{"--help"}, 0, "serve"},
-        {{"serve", "--help"}, 0, "--require-auth"},
+        // clang-format off
+        {{"--version"}, 0, "quillorn 1."}, {{"--help"}, 0, "serve"}, {{"serve", "--help"}, 0, "--require-auth"},
         {{"settings", "set", "--help"}, 0, "VALUE"},
-        {{}, 2, "A command is missing"},
-        {{"settings"}, 2, "A command is missing"},
-        {{"settings", "dance"}, 2, "dance"},
-        {{"dance"}, 2, "dance"},
-        {{"serve", "--port", "70000"}, 2, "--port"},
-        {{"serve", "--port", "ten"}, 2, "--port"},
-        {{"settings", "get"}, 2, "KEY"},
+        {{}, 2, "A command is missing"}, {{"settings"}, 2, "A command is missing"}, {{"dance"}, 2, "dance"},
+        {{"settings", "dance"}, 2, "dance"}, {{"settings", "get"}, 2, "KEY"},
+        {{"serve", "--port", "70000"}, 2, "--port"}, {{"serve", "--port", "ten"}, 2, "--port"},
         {{"settings", "get", "nope"}, 1, "there is no setting \"nope\""},
         {{"settings", "set", "apiPort", "ten"}, 1, "apiPort must be a whole number, not \"ten\""},
         {{"settings", "set", "apiAutoStart", "maybe"}, 1, "apiAutoStart must be true or false"},
         {{"settings", "set", "backupLastDate", "yesterday"}, 1, "backupLastDate must be a date"},
         {{"settings", "reset", "nope"}, 1, "there is no setting \"nope\""},
+        // clang-format on
     };
     for (const Case& each : cases) {
         const Outcome outcome = run(each.arguments);

@@ -1,4 +1,4 @@
-#include "Integration/ServerProcess.h"
+#include "Integration/ProgramTest.h"
 #include "Platform/Process.h"
 #include "Support/TestClient.h"
 
@@ -24,7 +24,7 @@ constexpr bool isSanitized = false;
 
 constexpr std::size_t megabyte = 1'000'000;
 
-struct Hostile : testing::Test {
+struct Hostile : ServerTest {
     /// In bytes. Grows with what the sanitizers note down, so it says nothing under them, and elsewhere than on Linux.
     std::size_t residentMemory() const {
         std::ifstream status(fmt::format("/proc/{}/status", server.id()));
@@ -37,9 +37,6 @@ struct Hostile : testing::Test {
         EXPECT_TRUE(server.isServing());
         EXPECT_LE(residentMemory(), memoryBefore + sent + 12 * megabyte);
     }
-
-    TemporaryFolder home;
-    ServerProcess server{home.path()};
 };
 
 TEST_F(Hostile, clientsThatNeverEndTheirRequestTakeTheMemoryOfWhatTheySent) {

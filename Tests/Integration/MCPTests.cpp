@@ -1,4 +1,4 @@
-#include "Integration/ServerProcess.h"
+#include "Integration/ProgramTest.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -23,7 +23,7 @@ TEST(MCP, anAgentWorksThroughItsDayWithACommonClient) {
 }
 
 /// The two surfaces of one server.
-struct BothSurfaces : testing::Test {
+struct BothSurfaces : ServerTest {
     Json send(const std::string& message) const { return server.json("POST", "/mcp", message); }
     /// The text that a tool returns; faults begin with "error: ".
     std::string call(const std::string& tool, const std::string& arguments) const {
@@ -41,9 +41,6 @@ struct BothSurfaces : testing::Test {
         return std::stoi(server.request(method, path, body).substr(9));
     }
     static std::string idOf(const Json& record) { return *record.find("id")->asString(); }
-
-    TemporaryFolder home;
-    ServerProcess server{home.path()};
 };
 
 TEST_F(BothSurfaces, showOneRecordAndDifferWhereTheyShould) {

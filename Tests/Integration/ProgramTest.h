@@ -23,4 +23,10 @@ struct ProgramTest : testing::Test {
 
     TemporaryFolder home;
 };
+
+/// The same beside a server.
+struct ServerTest : ProgramTest {
+    ServerProcess server{home.path()};
+};
+
 } // namespace quillorn

@@ -1,20 +1,19 @@
-#include "Integration/ServerProcess.h"
+#include "Integration/ProgramTest.h"
 #include "Support/TestClient.h"
 #include "Support/TestStore.h"
+#include "Support/Threads.h"
 
-#include <atomic>
 #include <csignal>
-#include <gtest/gtest.h>
 #include <random>
 #include <set>
 #include <sys/resource.h>
-#include <thread>
 #include <unistd.h>
 
 namespace quillorn {
 namespace {
 
 namespace fs = std::filesystem;
+using Survival = ProgramTest;
 
 /// The id of the new task; empty when the server did not say that it keeps it.
 std::string createTask(const ServerProcess& server, const std::string& title = "Kept") {
@@ -34,50 +33,11 @@ std::set<std::string> taskIds(const ServerProcess& server) {
     return ids;
 }
 
-/// Calls `work` on four threads, each with a number of its own, and waits for them.
-template <class Work>
-void onFourThreads(const Work& work) {
-    std::vector<std::thread> threads;
-    for (unsigned number = 0; number < 4; ++number)
-        threads.emplace_back([&work, number] { work(number); });
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
 std::string integrityCheck(const TemporaryFolder& home) {
     return ForeignConnection(home / "data/Quillorn/Quillorn.store").text("PRAGMA integrity_check");
 }
 
-TEST(Survival, nothingAcknowledgedIsLostByAKill) {
-    TemporaryFolder home;
-    std::set<std::string> acknowledged;
-    std::mt19937 random(7);
-    for (int round = 0; round < 6; ++round) {
-        ServerProcess server(home.path());
-        std::mutex mutex;
-        std::atomic<bool> killed = false;
-        // The moment of the kill is a number of answers, so that it falls into the work whatever the machine's speed.
-        const std::size_t answers = acknowledged.size() + 5 + random() % 60;
-        onFourThreads([&](unsigned) {
-            while (!killed) {
-                const std::string id = createTask(server);
-                const std::lock_guard lock(mutex);
-                if (!id.empty())
-                    acknowledged.insert(id);
-                if (acknowledged.size() >= answers && !killed.exchange(true))
-                    server.signal(SIGKILL);
-            }
-        });
-        EXPECT_EQ(server.wait(), -SIGKILL);
-        const std::set<std::string> present = taskIds(ServerProcess(home.path()));
-        for (const std::string& id : acknowledged)
-            EXPECT_TRUE(present.contains(id)) << "lost in round " << round;
-    }
-    EXPECT_EQ(integrityCheck(home), "ok");
-}
-
-TEST(Survival, twoProcessesShareAStore) {
-    TemporaryFolder home;
+TEST_F(Survival, twoProcessesShareAStore) {
     const ServerProcess one(home.path()), two(home.path());
     // Each sees at once what the other has answered.
     for (int turn = 0; turn < 10; ++turn) {
@@ -85,7 +45,7 @@ TEST(Survival, twoProcessesShareAStore) {
         EXPECT_TRUE(taskIds(turn % 2 == 0 ? two : one).contains(id));
     }
     // And none loses anything to the other.
-    onFourThreads([&](unsigned number) {
+    onThreads(4, [&](int number) {
         for (int turn = 0; turn < 100; ++turn)
             EXPECT_NE(createTask(number % 2 == 0 ? one : two), "");
     });
@@ -117,8 +77,7 @@ std::string malformed(std::mt19937& random) {
     return text;
 }
 
-TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
-    TemporaryFolder home;
+TEST_F(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
     ServerProcess server(home.path());
     for (int task = 0; task < 50; ++task)
         createTask(server, std::string(2000, 'x'));
@@ -128,8 +87,8 @@ TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
         idle.push_back(std::make_unique<TestClient>(server.port()));
     EXPECT_TRUE(server.isServing());
 
-    onFourThreads([&](unsigned seed) {
-        std::mt19937 random(seed);
+    onThreads(4, [&](int seed) {
+        std::mt19937 random(static_cast<unsigned>(seed));
         for (int request = 0; request < 2500; ++request) {
             TestClient client(server.port());
             client.send(malformed(random));
@@ -153,8 +112,7 @@ TEST(Survival, malformedRequestsAndDyingClientsLeaveItServing) {
     EXPECT_EQ(server.wait(), 0);
 }
 
-TEST(Survival, aFullDiskIsAnErrorAndNotTheEnd) {
-    TemporaryFolder home;
+TEST_F(Survival, aFullDiskIsAnErrorAndNotTheEnd) {
     EXPECT_NE(createTask(ServerProcess(home.path())), ""); // makes the store while there is room
     ServerProcess server(home.path(), {.prepare = [] {
                              std::signal(SIGXFSZ, SIG_IGN);
@@ -186,8 +144,7 @@ void becomeNobody() {
         _exit(126);
 }
 
-TEST(Survival, aReadOnlyFolderIsAnErrorAndNotTheEnd) {
-    TemporaryFolder home;
+TEST_F(Survival, aReadOnlyFolderIsAnErrorAndNotTheEnd) {
     // Where everybody can run it.
     const fs::path program = home / "quillorn", data = home / "data";
     fs::copy_file(QUILLORN_PROGRAM, program);

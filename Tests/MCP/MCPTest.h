@@ -3,6 +3,7 @@
 #include "MCP/MCPServer.h"
 #include "Platform/Calendar.h"
 #include "Platform/Text.h"
+#include "Support/Answers.h"
 #include "Support/FakeClock.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
@@ -19,11 +20,6 @@ inline const std::string unknownId = "00000000-0000-4000-8000-00000000ABCD";
 template <class... Arguments>
 std::string object(fmt::format_string<Arguments...> members, Arguments&&... arguments) {
     return "{" + fmt::format(members, std::forward<Arguments>(arguments)...) + "}";
-}
-
-inline Json member(const Json& object, std::string_view key) {
-    const Json* found = object.find(key);
-    return found == nullptr ? Json() : *found;
 }
 
 /// What a tool answered.
@@ -44,16 +40,6 @@ struct ToolResult {
         return values;
     }
 };
-
-inline std::string bodyOf(const HttpResponse& response) {
-    struct Collector : HttpResponseBodyWriter {
-        void write(std::string_view bytes) override { text += bytes; }
-        std::string text;
-    } collector;
-    if (const auto content = response.content(); content.write)
-        content.write(collector);
-    return collector.text;
-}
 
 /// A server over a store of its own, on a Thursday noon in Berlin.
 struct MCPTest : testing::Test {

@@ -2,6 +2,7 @@
 #include "Models/NoteSearch.h"
 #include "Models/ProjectSearch.h"
 #include "Models/ProjectTotals.h"
+#include "Models/TaskSearch.h"
 #include "Models/TaskTotals.h"
 #include "Models/TimeEntrySearch.h"
 #include "Platform/Text.h"
@@ -20,51 +21,66 @@ using namespace std::chrono_literals;
 const std::array<const char*, 6> texts{"Straße 10", "STRASSE und Weg", "weg 9", "Café", "weg 9", ""};
 const std::array<const char*, 5> needles{"strasse", "WEG", "cafe", "É", ""};
 
-/// A store of everything, linked at random: entries and notes on tasks, on projects, on both, on neither.
-void populate(TestStore& store, Dice& dice, std::size_t projectCount) {
+/// A store of everything, linked at random: entries and notes on tasks, on projects, on both, on neither; tasks in
+/// chains, in which two circles are.
+void populate(TestStore& store, Dice& dice, std::size_t projectCount, std::size_t taskCount) {
     ModelContext context(*store.container);
     std::vector<Client*> clients{nullptr};
     std::vector<Project*> projects{nullptr};
     std::vector<ProjectTask*> tasks{nullptr};
+    std::vector<Tag*> tags;
     const auto words = [&] { return std::string(texts[dice.below(texts.size())]); };
+    const auto someTime = [&] { return std::chrono::microseconds(dice.below(100'000'000)); };
     for (int i = 0; i < 6; ++i) {
         clients.push_back(&make<Client>(context, {.name = words()}));
         clients.back()->setArchived(dice.chance(30));
+        tags.push_back(&make<Tag>(context));
     }
     for (std::size_t i = 0; i < projectCount; ++i) {
         projects.push_back(&make<Project>(context, {.name = words()}));
         projects.back()->setArchived(dice.chance(30));
         projects.back()->setClient(dice.oneOf(clients));
     }
-    for (std::size_t i = 0; i < 4 * projectCount; ++i) {
-        tasks.push_back(&make<ProjectTask>(context, {.title = words(), .project = dice.oneOf(projects)}));
+    for (std::size_t i = 0; i < taskCount; ++i) {
+        auto& task = make<ProjectTask>(
+            context, {.title = words(),
+                      .dueDate = dice.chance(60) ? std::optional(testNow + dice.below(20) * 1h) : std::nullopt,
+                      .priority = static_cast<TaskPriority>(dice.below(4)),
+                      .status = static_cast<TaskStatus>(dice.below(4)),
+                      .project = dice.oneOf(projects)});
         if (dice.chance(30))
-            tasks.back()->setCompleted(true, testNow);
+            task.setCompleted(true, testNow);
+        // Mostly under the task before, so that the chains grow deep.
+        if (dice.chance(90))
+            task.setParentTask(dice.chance(80) ? tasks.back() : dice.oneOf(tasks));
+        task.setTags({dice.oneOf(tags), dice.oneOf(tags)});
+        tasks.push_back(&task);
         auto& note = context.insert<Note>(
-            Note::Arguments{
-                .title = words(), .content = words(), .project = dice.oneOf(projects), .task = tasks.back()},
+            Note::Arguments{.title = words(), .content = words(), .project = dice.oneOf(projects), .task = &task},
             testNow + dice.below(10) * 1h);
         note.setPinned(dice.chance(30));
         if (dice.chance(50))
             note.setTask(nullptr);
     }
-    for (std::size_t i = 0; i < 12 * projectCount; ++i) {
+    for (std::size_t i = 0; i < 3 * taskCount; ++i) {
         auto* task = dice.oneOf(tasks);
         auto* project = dice.oneOf(projects);
         if (task != nullptr && dice.chance(30))
             project = task->project();
-        const std::chrono::microseconds age =
-            dice.chance(50) ? std::chrono::microseconds(dice.below(100'000'000)) : std::chrono::hours(dice.below(10));
+        const std::chrono::microseconds age = dice.chance(50) ? someTime() : std::chrono::hours(dice.below(10));
         auto& entry = make<TimeEntry>(
             context, {.task = task, .project = dice.chance(60) ? project : nullptr, .startTime = testNow - age});
         if (dice.chance(80))
-            entry.setEndTime(entry.startTime() + std::chrono::microseconds(dice.below(100'000'000)));
+            entry.setEndTime(entry.startTime() + someTime());
     }
+    make<Tag>(context); // of no task
     context.save();
-    // No surface makes equal ids, but nothing in the store forbids them.
-    ForeignConnection(store.file())
-        .execute("UPDATE TimeEntry SET id = (SELECT id FROM TimeEntry o WHERE o.key = TimeEntry.key % 7 + 1) "
-                 "WHERE key % 3 = 0");
+    // No surface makes equal ids or circles, but nothing in the store forbids them.
+    ForeignConnection(store.file()).execute(R"(
+            UPDATE TimeEntry SET id = (SELECT id FROM TimeEntry o WHERE o.key = TimeEntry.key % 7 + 1)
+                WHERE key % 3 = 0;
+            UPDATE ProjectTask SET parentTask = CASE key WHEN 3 THEN 5 WHEN 4 THEN 3 WHEN 5 THEN 4 ELSE 9 END
+                WHERE key IN (3, 4, 5, 9))");
 }
 
 TEST(ProjectTotals, agreeWithTheProjectsAndClientsThemselves) {
@@ -75,7 +91,7 @@ TEST(ProjectTotals, agreeWithTheProjectsAndClientsThemselves) {
         SCOPED_TRACE(count);
         TestStore store;
         Dice dice(static_cast<unsigned>(count));
-        populate(store, dice, count);
+        populate(store, dice, count, 4 * count);
         ModelContext context(*store.container), listing(*store.container);
         const auto projects = context.fetch<Project>(), listed = listing.fetch<Project>();
         const auto clients = context.fetch<Client>(), listedClients = listing.fetch<Client>();
@@ -111,6 +127,42 @@ TEST(ProjectTotals, agreeWithTheProjectsAndClientsThemselves) {
     EXPECT_LE(costs[0], 9U);
 }
 
+TEST(TaskTotals, agreeWithTheTasksThemselves) {
+    const Date now = testNow + 1min;
+    std::vector<std::uint64_t> costs;
+    for (const std::size_t count : {20U, 499U, 500U, 501U, 1200U}) {
+        SCOPED_TRACE(count);
+        TestStore store;
+        Dice dice(static_cast<unsigned>(count));
+        populate(store, dice, 12, count);
+        ModelContext context(*store.container), listing(*store.container);
+        const auto tasks = context.fetch<ProjectTask>();
+        const auto listed = listing.fetch<ProjectTask>();
+        const auto tags = listing.fetch<Tag>();
+        const auto before = store.container->executedStatements();
+        const TaskTotalsTable totals(listing, listed, now);
+        const TagCounts counts(listing, tags);
+        costs.push_back(store.container->executedStatements() - before);
+        std::size_t deepest = 0;
+        for (std::size_t i = 0; i < tasks.size(); ++i) {
+            const ProjectTask& task = *tasks[i];
+            const TaskTotals total = totals.of(*listed[i]);
+            ASSERT_NEAR(total.totalTimeSpent, task.totalTimeSpent(now), 1e-6) << task.key();
+            ASSERT_EQ(total.subtaskCount, static_cast<std::int64_t>(task.subtaskCount())) << task.key();
+            ASSERT_EQ(total.completedSubtaskCount, static_cast<std::int64_t>(task.completedSubtaskCount()));
+            ASSERT_EQ(total.depth, static_cast<std::int64_t>(task.depth())) << task.key();
+            deepest = std::max(deepest, task.depth());
+        }
+        EXPECT_GT(deepest, 5U);
+        for (const Tag* tag : tags)
+            EXPECT_EQ(counts.of(*tag), static_cast<std::int64_t>(tag->tasks().size()));
+        const TaskTotalsTable some(listing, {listed[7], listed[11]}, now);
+        EXPECT_EQ(some.of(*listed[11]).depth, totals.of(*listed[11]).depth) << "ancestors need not be listed";
+    }
+    EXPECT_THAT(costs, testing::Each(costs[0]));
+    EXPECT_LE(costs[0], 4U);
+}
+
 TEST(ProjectTotals, sumsMayLeaveTheIntegers) {
     MemoryStore store;
     ModelContext context(*store.container);
@@ -130,7 +182,7 @@ template <class Type, class Search, class Find, class Matches, class Before>
 void compareWithLoop(ModelContext& context, Search&& search, Find&& find, Matches&& matches, Before&& before) {
     Dice dice(11);
     std::size_t found = 0;
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 300; ++round) {
         const auto wanted = search(dice);
         auto expected = context.fetch<Type>();
         std::erase_if(expected, [&](const Type* object) { return !matches(wanted, *object); });
@@ -147,11 +199,12 @@ class SearchTest : public ::testing::Test {
   protected:
     SearchTest() {
         Dice dice(7);
-        populate(store, dice, 20);
+        populate(store, dice, 20, 300);
         context.emplace(*store.container);
         projects = context->fetch<Project>();
         tasks = context->fetch<ProjectTask>();
         clients = context->fetch<Client>();
+        tags = context->fetch<Tag>();
     }
 
     static std::optional<std::string> anyNeedle(Dice& dice) {
@@ -188,6 +241,7 @@ class SearchTest : public ::testing::Test {
     std::vector<Project*> projects;
     std::vector<ProjectTask*> tasks;
     std::vector<Client*> clients;
+    std::vector<Tag*> tags;
 };
 
 TEST_F(SearchTest, clients) {
@@ -209,6 +263,31 @@ TEST_F(SearchTest, projects) {
                    isOf(search.clientId, project.client());
         },
         [&](const Project* a, const Project* b) { return byName(a, b); });
+}
+
+TEST_F(SearchTest, tasks) {
+    const auto anyNumber = [](Dice& dice) {
+        return dice.chance(40) ? std::optional(static_cast<std::int64_t>(dice.below(6)) - 1) : std::nullopt;
+    };
+    compareWithLoop<ProjectTask>(
+        *context,
+        [&](Dice& dice) {
+            return TaskSearch{dice.chance(50), anyNeedle(dice), anyId(dice, projects), anyNumber(dice),
+                              anyNumber(dice), anyFlag(dice),   anyId(dice, tags)};
+        },
+        [&](const TaskSearch& search) { return findTasks(*context, search, text); },
+        [&](const TaskSearch& search, const ProjectTask& task) {
+            const auto& own = task.tags();
+            return (search.includeArchived || !task.isHidden()) && contains(task.title(), search.title) &&
+                   isOf(search.projectId, task.project()) &&
+                   (!search.status || static_cast<std::int64_t>(task.status()) == search.status) &&
+                   (!search.priority || static_cast<std::int64_t>(task.priority()) == search.priority) &&
+                   (!search.completed || task.isCompleted() == search.completed) &&
+                   (!search.tagId ||
+                    std::any_of(own.begin(), own.end(), [&](const Tag* tag) { return isOf(search.tagId, tag); }));
+        },
+        // An absent date is less than any other.
+        [](const ProjectTask* a, const ProjectTask* b) { return a->dueDate() < b->dueDate(); });
 }
 
 TEST_F(SearchTest, timeEntries) {

@@ -152,16 +152,13 @@ TEST(Calendar, summerTimeGoesOnAfterTheListInTheZoneFiles) {
 TEST(Calendar, writesDatesInTheWordsOfTheLocale) {
     const Date date = at("2026-01-31T20:05:09Z");
     const Row<3> cases[] = {
-        // no pattern: the medium style
-        {"en_US", "h:mm a", "3:05 PM"},
-        {"en_US", "MMM d, yyyy", "Jan 31, 2026"},
-        {"en_US", "EEEE", "Saturday"},
+        // clang-format off
+        {"en_US", "h:mm a", "3:05 PM"}, {"en_US", "MMM d, yyyy", "Jan 31, 2026"}, {"en_US", "EEEE", "Saturday"},
+        {"en_US", "'It''s' é", "It's é"}, {"en_US_POSIX", "yyyyMMdd-HHmm", "20260131-1505"},
         {"de_DE", "EEEE, d. MMMM", "Samstag, 31. Januar"},
-        {"en_US_POSIX", "yyyyMMdd-HHmm", "20260131-1505"},
-        {"en_US", "'It''s' é", "It's é"},
-        {"en_US", nullptr, "Jan 31, 2026"},
-        {"C.UTF-8", nullptr, "Jan 31, 2026"},
-        {"de_DE", nullptr, "31.01.2026"},
+        // no pattern: the medium style
+        {"en_US", nullptr, "Jan 31, 2026"}, {"C.UTF-8", nullptr, "Jan 31, 2026"}, {"de_DE", nullptr, "31.01.2026"},
+        // clang-format on
     };
     for (const auto& [locale, pattern, text] : cases) {
         const Calendar calendar("America/New_York", locale);
@@ -208,14 +205,12 @@ TEST(Calendar, canBeSharedBetweenThreads) {
 TEST(CurrentTimeZone, followsTZAndFallsBackToOneThatExists) {
     using Text = std::optional<std::string>;
     const std::pair<Text, Text> cases[] = {
-        // no zone: whatever the system's is
-        {"Europe/Berlin", "Europe/Berlin"},
-        {":Europe/Berlin", "Europe/Berlin"},
+        // clang-format off
+        {"Europe/Berlin", "Europe/Berlin"}, {":Europe/Berlin", "Europe/Berlin"}, {"", "UTC"},
         {"/usr/share/zoneinfo/Asia/Tokyo", "Asia/Tokyo"},
-        {"", "UTC"},
-        {"CET-1CEST,M3.5.0,M10.5.0/3", {}},
-        {"Mars/Olympus", {}},
-        {{}, {}},
+        // no zone: whatever the system's is
+        {"CET-1CEST,M3.5.0,M10.5.0/3", {}}, {"Mars/Olympus", {}}, {{}, {}},
+        // clang-format on
     };
     for (const auto& [value, expected] : cases) {
         const ScopedEnvironment variable("TZ", value);
@@ -226,12 +221,12 @@ TEST(CurrentTimeZone, followsTZAndFallsBackToOneThatExists) {
 }
 
 TEST(CurrentLocale, takesTheFirstVariableThatIsSet) {
-    const Row<4> cases[] = {{"de_DE.UTF-8", "fr_FR", "it_IT", "de_DE"},
-                            {"", "fr_FR.UTF-8", "it_IT", "fr_FR"},
-                            {"", "", "it_IT", "it_IT"},
-                            {"", "", "", "en_US"},
-                            {"C", "fr_FR", "it_IT", "en_US"},
-                            {"", "", "C.UTF-8", "en_US"}};
+    // clang-format off
+    const Row<4> cases[] = {
+        {"de_DE.UTF-8", "fr_FR", "it_IT", "de_DE"}, {"", "fr_FR.UTF-8", "it_IT", "fr_FR"},
+        {"", "", "it_IT", "it_IT"}, {"", "", "", "en_US"}, {"C", "fr_FR", "it_IT", "en_US"},
+        {"", "", "C.UTF-8", "en_US"}};
+    // clang-format on
     for (const auto& [all, time, language, locale] : cases) {
         const ScopedEnvironment a("LC_ALL", all), b("LC_TIME", time), c("LANG", language);
         EXPECT_EQ(currentLocale(), locale);

@@ -1,12 +1,11 @@
 #include "Support/MemorySettings.h"
 #include "Support/RecordingLog.h"
+#include "Support/ScopedLimit.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/Threads.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <limits>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -74,7 +73,8 @@ TYPED_TEST(SettingsStoreContract, canBeSharedBetweenThreads) {
 }
 
 TEST(MemorySettings, failsOnDemand) {
-    MemorySettings settings(Json::Object{{"a", 1}});
+    MemorySettings settings;
+    settings.set("a", 1);
     settings.failsToWrite = true;
     EXPECT_THROW(settings.set("a", 2), std::runtime_error);
     EXPECT_THROW(settings.remove("a"), std::runtime_error);
@@ -208,15 +208,10 @@ TEST_F(FileSettingsTest, aFolderThatCannotBeMadeIsAFailureInWords) {
 TEST_F(FileSettingsTest, aFailedWriteKeepsFileAndValues) {
     settings.set("key", std::string(5000, 'x'));
     const std::string before = readFile(file);
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit original{};
-    getrlimit(RLIMIT_FSIZE, &original);
-    const rlimit small{1000, original.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    const std::string words = failure();
-    setrlimit(RLIMIT_FSIZE, &original);
-    signal(SIGXFSZ, SIG_DFL);
-    EXPECT_EQ(words, "Can't write the settings file " + file.string() + ": File too large");
+    {
+        const FullDisk full;
+        EXPECT_EQ(failure(), "Can't write the settings file " + file.string() + ": File too large");
+    }
     EXPECT_EQ(readFile(file), before);
     EXPECT_EQ(settings.value("more"), std::nullopt);
     expectFiles({"settings.json", "settings.json.lock"});

@@ -2,11 +2,11 @@
 #include "Platform/Process.h"
 #include "Platform/SystemLog.h"
 #include "Support/ScopedEnvironment.h"
+#include "Support/ScopedLimit.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,15 +42,11 @@ TEST(LinuxPaths, findsResourcesInTheBuildTreeBeforeTheInstallation) {
 }
 
 TEST(Process, raisesTheSoftDescriptorLimitToTheHardOne) {
-    rlimit original{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &original), 0);
-    const rlimit lowered{64, original.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &lowered), 0);
-    EXPECT_EQ(raiseDescriptorLimit(), original.rlim_max);
+    const ScopedLimit lowered(RLIMIT_NOFILE, 64);
+    EXPECT_EQ(raiseDescriptorLimit(), lowered.before().rlim_max);
     rlimit now{};
     getrlimit(RLIMIT_NOFILE, &now);
-    EXPECT_EQ(now.rlim_cur, original.rlim_max);
-    setrlimit(RLIMIT_NOFILE, &original);
+    EXPECT_EQ(now.rlim_cur, lowered.before().rlim_max);
 }
 
 /// What a log writes to standard error. JOURNAL_STREAM names that or something else.

@@ -141,16 +141,13 @@ TEST(Characters, anyBytesAreCountedAndCutInAccord) {
 
 TEST(Trimming, knowsBlanksAndLineEnds) {
     const std::array<const char*, 3> cases[] = {
-        {"", "", ""},
-        {" \t ", "", ""},
-        {"  a b\t", "a b", "a b"},
-        {" \na\r\n ", "\na\r\n", "a"},
+        // clang-format off
+        {"", "", ""}, {" \t ", "", ""}, {"  a b\t", "a b", "a b"}, {" \na\r\n ", "\na\r\n", "a"},
         {"\u00A0\u1680\u2000\u200A\u202F\u205F\u3000a\u3000", "a", "a"},
-        {"\u2028a\u2029\u0085", "\u2028a\u2029\u0085", "a"},
-        {"\v\fa", "\v\fa", "a"},
+        {"\u2028a\u2029\u0085", "\u2028a\u2029\u0085", "a"}, {"\v\fa", "\v\fa", "a"},
         {"\u200Ba\uFEFF", "\u200Ba\uFEFF", "\u200Ba\uFEFF"}, // no White_Space
-        {"é", "é", "é"},
-        {"\xA0", "\xA0", "\xA0"},
+        {"é", "é", "é"}, {"\xA0", "\xA0", "\xA0"},
+        // clang-format on
     };
     for (const auto& [text, withoutBlanks, withoutBoth] : cases) {
         EXPECT_EQ(trimBlanks(text), withoutBlanks) << text;

@@ -43,12 +43,8 @@ TEST(Update, losesNothingBetweenThreadsContainersAndProcesses) {
     change(*store.container, addTask);
     StoreWorker worker(store.file());
     worker.tell("increment 200");
-    std::vector<std::thread> threads;
-    for (ModelContainer* container : {memory.container.get(), store.container.get(), second.get()})
-        for (int thread = 0; thread < 2; ++thread)
-            threads.emplace_back([=] { increment(*container, 200); });
-    for (std::thread& thread : threads)
-        thread.join();
+    ModelContainer* const containers[] = {memory.container.get(), store.container.get(), second.get()};
+    onThreads(6, [&](int number) { increment(*containers[number % 3], 200); });
     EXPECT_EQ(worker.answer(), "ok");
     const auto sortOrderIn = [](ModelContainer& container) {
         ModelContext context(container);

@@ -1,3 +1,4 @@
+#include "Support/CrowdedStore.h"
 #include "Support/StoreTest.h"
 
 #include <gmock/gmock.h>
@@ -68,34 +69,11 @@ TEST_F(Contexts, readEveryFieldAsItWasWritten) {
     EXPECT_EQ(readTask.taskDescription(), std::nullopt);
 }
 
-/// Tasks in five of six projects of two clients, each with an entry, a comment and a tag; every second is a subtask.
-void populate(ModelContext& context, std::size_t taskCount) {
-    std::vector<Project*> projects;
-    std::vector<Tag*> tags;
-    for (int i = 0; i < 2; ++i) {
-        auto& client = make<Client>(context);
-        for (int j = 0; j < 3; ++j)
-            projects.emplace_back(&make<Project>(context))->setClient(&client);
-    }
-    for (int i = 0; i < 3; ++i)
-        tags.push_back(&make<Tag>(context));
-    ProjectTask* previous = nullptr;
-    for (std::size_t i = 0; i < taskCount; ++i) {
-        auto& task = make<ProjectTask>(context, {.project = projects[i % 5]});
-        task.setTags({tags[i % 3]});
-        if (i % 2 == 1)
-            task.setParentTask(previous);
-        make<TimeEntry>(context, {.task = &task});
-        make<Note>(context, {.project = task.project(), .task = &task});
-        previous = &task;
-    }
-}
-
 TEST(StatementCount, isTheSameForAnyNumberOfRows) {
     std::vector<std::uint64_t> costs;
     for (const std::size_t rows : {10U, 500U, 501U, 1000U}) {
         MemoryStore store;
-        change(*store.container, [&](ModelContext& context) { populate(context, rows); });
+        change(*store.container, [&](ModelContext& context) { crowd(context, static_cast<int>(rows)); });
         ModelContext context(*store.container);
         const auto before = store.container->executedStatements();
         std::size_t count = 0;
@@ -112,7 +90,7 @@ TEST(StatementCount, isTheSameForAnyNumberOfRows) {
         for (const auto* client : context.fetch<Client>())
             for (const auto* project : client->projects())
                 count += project->taskCount() + project->notes().size() + project->directTimeEntries().size();
-        EXPECT_EQ(count, rows * 9 + rows / 2 * 2);
+        EXPECT_EQ(count, rows * 18 + rows / 2 + rows % 2 - 4);
         costs.push_back(store.container->executedStatements() - before);
     }
     EXPECT_LE(costs[0], 20U);

@@ -4,8 +4,8 @@
 #include "Store/StoreError.h"
 #include "Support/Dice.h"
 #include "Support/FakeClock.h"
-#include "Support/FullDisk.h"
 #include "Support/ManualQueue.h"
+#include "Support/ScopedLimit.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 

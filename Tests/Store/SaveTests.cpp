@@ -1,6 +1,6 @@
 #include "Store/ChangeSet.h"
 #include "Store/StoreError.h"
-#include "Support/FullDisk.h"
+#include "Support/ScopedLimit.h"
 #include "Support/StoreTest.h"
 
 #include <gmock/gmock.h>

@@ -9,54 +9,32 @@ using std::chrono::milliseconds;
 
 ManualQueue::~ManualQueue() {
     // Destroyed outside the lock and while the queue still stands: what work holds may call us.
-    std::deque<Work> posted;
     Timers timers;
     const std::lock_guard lock(m_mutex);
-    posted.swap(m_posted);
     timers.swap(m_timers);
-}
-
-void ManualQueue::runPosted() {
-    while (true) {
-        Work work;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_posted.empty())
-                return;
-            work = std::move(m_posted.front());
-            m_posted.pop_front();
-        }
-        run(work);
-    }
 }
 
 void ManualQueue::advance(milliseconds time) {
     const milliseconds end = m_elapsed + time;
-    runPosted();
-    while (runNextTimer(end))
-        runPosted();
+    while (runNext(end)) {
+    }
     const std::lock_guard lock(m_mutex);
     moveTo(end);
 }
 
-ManualQueue::Timers::iterator ManualQueue::next() {
-    return std::min_element(m_timers.begin(), m_timers.end(),
-                            [](const auto& a, const auto& b) { return a.second.due < b.second.due; });
-}
-
-bool ManualQueue::runNextTimer(milliseconds end) {
+bool ManualQueue::runNext(milliseconds end) {
     std::shared_ptr<const Work> work;
     {
         const std::lock_guard lock(m_mutex);
-        const auto timer = next();
-        if (timer == m_timers.end() || timer->second.due > end)
+        const auto next = std::ranges::min_element(m_timers, {}, [](const auto& timer) { return timer.second.due; });
+        if (next == m_timers.end() || next->second.due > end)
             return false;
-        moveTo(timer->second.due);
-        work = timer->second.work;
-        if (timer->second.period == milliseconds{0})
-            m_timers.erase(timer);
+        moveTo(next->second.due);
+        work = next->second.work;
+        if (next->second.period == milliseconds{0})
+            m_timers.erase(next);
         else
-            timer->second.due += timer->second.period;
+            next->second.due += next->second.period;
     }
     run(*work);
     return true;
@@ -91,8 +69,7 @@ std::vector<std::string> ManualQueue::failures() const {
 }
 
 void ManualQueue::post(Work work) {
-    const std::lock_guard lock(m_mutex);
-    m_posted.push_back(std::move(work));
+    after(milliseconds{0}, std::move(work));
 }
 
 MainQueue::TimerId ManualQueue::add(milliseconds delay, milliseconds period, Work work) {

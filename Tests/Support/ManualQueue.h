@@ -3,7 +3,6 @@
 #include "Platform/MainQueue.h"
 #include "Support/FakeClock.h"
 
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -20,8 +19,8 @@ class ManualQueue final : public MainQueue {
     ~ManualQueue() override;
 
     /// Runs what was posted, and what that posts, until nothing is left.
-    void runPosted();
-    /// Runs what was posted, then every timer that falls due within `time`, each at its own instant.
+    void runPosted() { advance(std::chrono::milliseconds{0}); }
+    /// Runs what was posted and every timer that falls due within `time`, each at its own instant.
     void advance(std::chrono::milliseconds time);
 
     std::size_t timerCount() const;
@@ -42,16 +41,14 @@ class ManualQueue final : public MainQueue {
     using Timers = std::map<std::uint64_t, Timer>;
 
     TimerId add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Work work);
-    Timers::iterator next();
-    bool runNextTimer(std::chrono::milliseconds end);
+    bool runNext(std::chrono::milliseconds end);
     void moveTo(std::chrono::milliseconds moment);
     void run(const Work& work);
 
     FakeClock& m_clock;
     mutable std::mutex m_mutex;
     std::chrono::milliseconds m_elapsed{0};
-    std::deque<Work> m_posted;
-    Timers m_timers;
+    Timers m_timers; // and what was posted, as timers that are due
     std::uint64_t m_lastTimer = 0;
     std::vector<std::string> m_failures;
 };

@@ -4,26 +4,48 @@
 
 #include <atomic>
 #include <mutex>
+#include <stdexcept>
 
 namespace quillorn {
 
 /// Settings that live as long as the object.
 class MemorySettings final : public SettingsStore {
   public:
-    MemorySettings() = default;
-    explicit MemorySettings(Json::Object stored) : m_values(std::move(stored)) {}
-
-    std::optional<Json> value(std::string_view key) const override;
-    std::optional<Json> storedValue(std::string_view key) const override;
-    void set(std::string_view key, Json value) override;
-    void remove(std::string_view key) override;
-    void registerDefaults(const Json::Object& defaults) override;
+    std::optional<Json> value(std::string_view key) const override {
+        const auto stored = storedValue(key);
+        return stored ? stored : lookUp(m_defaults, key);
+    }
+    std::optional<Json> storedValue(std::string_view key) const override { return lookUp(m_values, key); }
+    void set(std::string_view key, Json value) override {
+        (void)value.text(); // refuses what JSON can't say, as a file does
+        throwIfFailing();
+        const std::lock_guard lock(m_mutex);
+        m_values.insert_or_assign(std::string(key), std::move(value));
+    }
+    void remove(std::string_view key) override {
+        throwIfFailing();
+        const std::lock_guard lock(m_mutex);
+        m_values.erase(std::string(key));
+    }
+    void registerDefaults(const Json::Object& defaults) override {
+        const std::lock_guard lock(m_mutex);
+        for (const auto& [key, value] : defaults)
+            m_defaults.insert_or_assign(key, value);
+    }
 
     /// While it is set, changes throw as those to a full disk do.
     std::atomic<bool> failsToWrite = false;
 
   private:
-    void throwIfFailing() const;
+    std::optional<Json> lookUp(const Json::Object& values, std::string_view key) const {
+        const std::lock_guard lock(m_mutex);
+        const auto found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void throwIfFailing() const {
+        if (failsToWrite)
+            throw std::runtime_error("Can't write the settings file: No space left on device");
+    }
 
     mutable std::mutex m_mutex;
     Json::Object m_values;

@@ -15,16 +15,18 @@
 namespace quillorn {
 
 /// What a container needs around it.
-struct StoreSurroundings {
+template <class Random>
+struct SurroundingsWith {
     std::unique_ptr<ModelContainer> open(std::optional<std::filesystem::path> file) {
         return openContainer({.name = "Quillorn", .url = std::move(file), .cloudContainerIdentifier = {}},
                              {.random = random, .notifications = notifications}, log);
     }
 
-    SystemRandom random;
+    Random random;
     NotificationCenter notifications;
     RecordingLog log;
 };
+using StoreSurroundings = SurroundingsWith<SystemRandom>;
 
 /// A store in a real file, in a folder of its own.
 struct TestStore : StoreSurroundings {

@@ -75,6 +75,21 @@ Function real(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
+template <class Result, class... Arguments>
+Result onDescriptor(const char* name, Needs needs, int descriptor, Arguments... arguments) {
+    if (isWatched(descriptor) && fails(needs))
+        return -1;
+    return real<Result (*)(int, Arguments...)>(name)(descriptor, arguments...);
+}
+
+/// `path` is the one of the arguments that is changed.
+template <class... Arguments>
+int onPath(const char* name, Needs needs, const char* path, Arguments... arguments) {
+    if (isBelowRoot(path) && fails(needs))
+        return -1;
+    return real<int (*)(Arguments...)>(name)(arguments...);
+}
+
 int openChecked(const char* name, const char* path, int flags, mode_t mode) {
     const bool isOurs = isBelowRoot(path);
     if (isOurs && fails((flags & O_CREAT) != 0 ? Needs::room : Needs::nothing))
@@ -119,62 +134,42 @@ int close(int descriptor) {
 }
 
 ssize_t read(int descriptor, void* bytes, size_t count) {
-    if (isWatched(descriptor) && fails(Needs::nothing))
-        return -1;
-    return real<ssize_t (*)(int, void*, size_t)>("read")(descriptor, bytes, count);
+    return onDescriptor<ssize_t>("read", Needs::nothing, descriptor, bytes, count);
 }
 
 ssize_t pread64(int descriptor, void* bytes, size_t count, off64_t at) {
-    if (isWatched(descriptor) && fails(Needs::nothing))
-        return -1;
-    return real<ssize_t (*)(int, void*, size_t, off64_t)>("pread64")(descriptor, bytes, count, at);
+    return onDescriptor<ssize_t>("pread64", Needs::nothing, descriptor, bytes, count, at);
 }
 
 ssize_t write(int descriptor, const void* bytes, size_t count) {
-    if (isWatched(descriptor) && fails(Needs::room))
-        return -1;
-    return real<ssize_t (*)(int, const void*, size_t)>("write")(descriptor, bytes, count);
+    return onDescriptor<ssize_t>("write", Needs::room, descriptor, bytes, count);
 }
 
 ssize_t pwrite64(int descriptor, const void* bytes, size_t count, off64_t at) {
-    if (isWatched(descriptor) && fails(Needs::room))
-        return -1;
-    return real<ssize_t (*)(int, const void*, size_t, off64_t)>("pwrite64")(descriptor, bytes, count, at);
+    return onDescriptor<ssize_t>("pwrite64", Needs::room, descriptor, bytes, count, at);
 }
 
 int ftruncate64(int descriptor, off64_t length) {
-    if (isWatched(descriptor) && fails(Needs::room))
-        return -1;
-    return real<int (*)(int, off64_t)>("ftruncate64")(descriptor, length);
+    return onDescriptor<int>("ftruncate64", Needs::room, descriptor, length);
 }
 
 int fsync(int descriptor) {
-    if (isWatched(descriptor) && fails(Needs::room))
-        return -1;
-    return real<int (*)(int)>("fsync")(descriptor);
+    return onDescriptor<int>("fsync", Needs::room, descriptor);
 }
 
 int fdatasync(int descriptor) {
-    if (isWatched(descriptor) && fails(Needs::room))
-        return -1;
-    return real<int (*)(int)>("fdatasync")(descriptor);
+    return onDescriptor<int>("fdatasync", Needs::room, descriptor);
 }
 
 int rename(const char* from, const char* to) {
-    if (isBelowRoot(to) && fails(Needs::room))
-        return -1;
-    return real<int (*)(const char*, const char*)>("rename")(from, to);
+    return onPath("rename", Needs::room, to, from, to);
 }
 
 int mkdir(const char* path, mode_t mode) {
-    if (isBelowRoot(path) && fails(Needs::room))
-        return -1;
-    return real<int (*)(const char*, mode_t)>("mkdir")(path, mode);
+    return onPath("mkdir", Needs::room, path, path, mode);
 }
 
 int unlink(const char* path) {
-    if (isBelowRoot(path) && fails(Needs::nothing))
-        return -1;
-    return real<int (*)(const char*)>("unlink")(path);
+    return onPath("unlink", Needs::nothing, path, path);
 }
 }

@@ -185,14 +185,15 @@ TEST_F(RecordTest, whatIsDeletedTakesItsOwnAlongAndFreesTheRest) {
         add("time-entries", object(R"("projectId": "{}")", each));
         add("notes", object(R"("title": "N", "projectId": "{}")", each));
     }
+    const std::string link = object(R"("projectId": "{}")", single);
     using Sizes = std::vector<std::size_t>;
     const std::pair<std::string, Sizes> cases[] = {
         // What is left of projects, tasks, time entries, notes and tags.
-        {"clients/" + client, {1, 3, 3, 1, 1}},
-        {"tasks/" + parent, {1, 2, 2, 1, 1}},
-        {"tags/" + tag, {1, 2, 2, 1, 0}},
-        {"time-entries/" + *get("/api/projects/" + single + "/time-entries").all("id")[0].asString(), {1, 2, 1, 1, 0}},
-        {"notes/" + *get("/api/projects/" + single + "/notes").all("id")[0].asString(), {1, 2, 1, 0, 0}},
+        {"clients/" + client, {1, 3, 4, 2, 1}},
+        {"tasks/" + parent, {1, 2, 3, 2, 1}},
+        {"tags/" + tag, {1, 2, 3, 2, 0}},
+        {"time-entries/" + add("time-entries", link), {1, 2, 2, 2, 0}},
+        {"notes/" + add("notes", link), {1, 2, 2, 1, 0}},
         {"projects/" + single, {0, 1, 0, 0, 0}},
     };
     for (const auto& [record, left] : cases) {

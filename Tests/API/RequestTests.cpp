@@ -70,22 +70,13 @@ TEST_F(RequestTest, aFieldOfTheWrongTypeIsInvalidJSON) {
 }
 
 TEST_F(RequestTest, aBodyThatIsNoRecordIsInvalidJSON) {
-    const std::string bodies[] = {"",
-                                  "{",
-                                  "{}",
-                                  "[]",
-                                  "null",
-                                  "\"title\"",
-                                  "title=New",
-                                  R"({"title": "New"} x)",
-                                  R"({"title": "New",})",
-                                  R"({"Title": "New"})",
-                                  R"({"title": "\ud800"})",
-                                  "{\"title\": \"\xFF\"}",
-                                  "{\"title\": \"\xED\xA0\x80\"}",
-                                  R"({"title": "New", "x": )" + std::string(1'000'000, '['),
-                                  R"({"title": "New", "x": )" + std::string(600, '[') + std::string(600, ']') + "}",
-                                  std::string(20'000'000, '{')};
+    const std::string deep(600, '['), begun = R"({"title": "New", "x": )";
+    std::vector<std::string> bodies{begun + std::string(1'000'000, '['), begun + deep + std::string(600, ']') + "}",
+                                    std::string(20'000'000, '{')};
+    for (const char* body :
+         {"", "{", "{}", "[]", "null", "\"title\"", "title=New", R"({"title": "New"} x)", R"({"title": "New",})",
+          R"({"Title": "New"})", R"({"title": "\ud800"})", "{\"title\": \"\xFF\"}", "{\"title\": \"\xED\xA0\x80\"}"})
+        bodies.emplace_back(body);
     for (const std::string& body : bodies)
         EXPECT_EQ(post("/api/tasks", body).fault(), invalidJSON) << body.substr(0, 80);
     for (const char* resource : {"clients", "projects", "tags"})
@@ -114,14 +105,13 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
         return fmt::format("{}", fmt::join(std::vector<std::string>(static_cast<std::size_t>(count), part), ""));
     };
     const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467"; // one character
-    const std::string titleEmpty = "title cannot be empty";
-    const std::string priority = "priority must be 0-3";
-    const std::string status = "status must be 0-3";
+    const std::string titleEmpty = "title cannot be empty", name = "name cannot be empty";
+    const std::string priority = "priority must be 0-3", status = "status must be 0-3";
     const std::string longTitle = "sourceTitle must be at most 200 characters";
     const std::string longURL = "sourceURL must be at most 2048 characters";
     const std::string notAbsolute = "sourceURL must be an absolute URL";
     const auto url = [](const std::string& value) { return R"("sourceURL": ")" + value + "\""; };
-    const auto scheme = [](const std::string& name) { return "sourceURL scheme '" + name + "' is not allowed"; };
+    const auto scheme = [](const std::string& word) { return "sourceURL scheme '" + word + "' is not allowed"; };
     std::vector<Case> tasks{
         {R"("title": "")", {titleEmpty}},
         {R"("title": " \t\u00a0\u3000")", {titleEmpty}},
@@ -150,7 +140,6 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
           "https://example.com/a b", "https://example.com/%zz", "https://example.com/<a>", "https://example.com:port/",
           "https://exa\\nmple.com/", " javascript:alert(1)"})
         tasks.push_back({url(relative), {notAbsolute}});
-    const std::string name = "name cannot be empty";
     const std::string hash = "color must be a hex string starting with #";
     const std::string hex = "color must be a valid hex color (e.g. #FF3B30)";
     const std::vector<Case> named{
@@ -172,14 +161,12 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
         {R"("startTime": "2026-01-15T11:00:00+02:00", "endTime": "2026-01-15T10:00:00Z")"},
         {R"("endTime": "2000-01-01T00:00:00Z")"},
     };
-    const std::pair<std::string, std::vector<Case>> resources[] = {
-        {"tasks", tasks},
-        {"clients", named},
-        {"projects", named},
-        {"tags", tags},
-        {"time-entries", timeEntries},
-        {"notes", {{R"("title": " ", "content": "")"}}},
-    };
+    const std::map<std::string, std::vector<Case>> resources{{"tasks", tasks},
+                                                             {"clients", named},
+                                                             {"projects", named},
+                                                             {"tags", tags},
+                                                             {"time-entries", timeEntries},
+                                                             {"notes", {{R"("title": " ", "content": "")"}}}};
     for (const auto& [resource, cases] : resources) {
         const std::string path = "/api/" + resource;
         const std::string kept = path + "/" + add(resource, R"({"title": "Kept", "name": "Kept"})");
@@ -216,13 +203,8 @@ TEST_F(RequestTest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
         std::string method, suffix, body{};
     };
     const std::tuple<std::string, std::string, std::vector<Route>> resources[] = {
-        {"tasks",
-         "Task",
-         {{"POST", "/complete"},
-          {"POST", "/incomplete"},
-          {"GET", "/time-entries"},
-          {"POST", "/tags", R"({"tagIds": []})"},
-          {"DELETE", "/tags/" + unknownId}}},
+        {"tasks", "Task", {{"POST", "/complete"}, {"POST", "/incomplete"}, {"GET", "/time-entries"}}},
+        {"tasks", "Task", {{"POST", "/tags", R"({"tagIds": []})"}, {"DELETE", "/tags/" + unknownId}}},
         {"clients", "Client", {{"GET", "/projects"}}},
         {"projects", "Project", {{"GET", "/tasks"}, {"GET", "/notes"}, {"GET", "/time-entries"}}},
         {"tags", "Tag", {{"GET", "/tasks"}}},

@@ -167,21 +167,24 @@ TEST_F(BackupTest, aCopyWithFaultsIsNotKept) {
 TEST_F(BackupTest, thinsOutTheFolder) {
     fs::create_directory(backups());
     const auto named = [](const char* minute) { return "Quillorn-" + std::string(minute) + ".store.lzfse"; };
-    const std::string kept[] = {named("20260115-0100"), named("20260110-1400"), named("20270101-0000"),
-                                // none of ours
-                                named("notadate"), named("20260230-1200"), named("20250101-2400"),
-                                named("20250101-1260"), named("2025010-11200"), named("20250101-1200 "),
-                                "other.store.lzfse", "Quillorn-20250101-1200.store", "Quillorn-.store.lzfse"};
-    const std::string pruned[] = {named("20260110-1359"), named("20250101-1200")};
+    std::vector<std::string> kept{named("20260115-0100"), named("20260110-1400"), named("20270101-0000")};
+    // None of ours:
+    for (const char* minute :
+         {"notadate", "20250230-1200", "20250101-2400", "20250101-1260", "2025010-11200", "20250103-1200 "})
+        kept.push_back(named(minute));
+    for (const char* name : {"other.store.lzfse", "Quillorn-20250102-1200.store.lzfsx", "Quillorn-20250101-1200.store",
+                             "Quillorn-.store.lzfse"})
+        kept.emplace_back(name);
     for (const auto& name : kept)
         writeFile(backups() / name, "");
-    for (const auto& name : pruned)
-        writeFile(backups() / name, "");
+    for (const char* minute : {"20260110-1359", "20250101-1200"})
+        writeFile(backups() / named(minute), "");
+    kept.push_back(named("20250104-1200"));
+    fs::create_directory(backups() / kept.back());
     backUp();
     EXPECT_THAT(outcome(), testing::EndsWith(", pruned 2 old"));
-    std::vector<std::string> expected(std::begin(kept), std::end(kept));
-    expected.push_back(named("20260115-1300"));
-    EXPECT_THAT(backupNames(), testing::UnorderedElementsAreArray(expected));
+    kept.push_back(named("20260115-1300"));
+    EXPECT_THAT(backupNames(), testing::UnorderedElementsAreArray(kept));
     EXPECT_EQ(pruneBackups(folder / "missing", clock.now(), calendar), 0U);
     // A name is the first of two instants that have it, and the later of none.
     EXPECT_EQ(dateOfBackup(named("20261025-0230"), calendar), date("2026-10-25T00:30:00Z"));
@@ -193,7 +196,8 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     const fs::path mine = folder / "mine";
     EXPECT_EQ(service->backupFolderURL(), backups());
     EXPECT_THROW(service->setBackupFolder(mine), BackupError) << "it is not there";
-    EXPECT_THROW(service->setBackupFolder("relative"), BackupError);
+    EXPECT_THROW(service->setBackupFolder("."), BackupError) << "it is relative";
+    EXPECT_THROW(service->setBackupFolder(file()), BackupError) << "it is a file";
     EXPECT_FALSE(service->isBackupFolderAccessLost());
     fs::create_directory(mine);
     service->setBackupFolder(mine);
@@ -201,7 +205,7 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     EXPECT_FALSE(service->isBackupFolderAccessLost());
     backUp();
     EXPECT_EQ(std::distance(fs::directory_iterator(mine), {}), 1);
-    for (const auto& [chosen, isLost] : {std::pair(mine / "new", false), {folder / "no/such", true}, {"mine", true}}) {
+    for (const auto& [chosen, isLost] : {std::pair(mine / "new", false), {folder / "no/such", true}, {".", true}}) {
         settings.set("backupFolderPath", chosen.string());
         EXPECT_EQ(service->isBackupFolderAccessLost(), isLost) << chosen;
         EXPECT_EQ(service->backupFolderURL(), isLost ? backups() : chosen);

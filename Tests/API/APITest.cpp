@@ -80,7 +80,8 @@ std::string APITest::add(const std::string& resource, const std::string& body) c
 }
 
 std::string APITest::addProject(const std::string& name, bool archived, bool clientArchived) const {
-    const std::string client = addClient(name), project = addProjectOf(client, name);
+    const std::string client = addClient(name);
+    const std::string project = addProjectOf(client, name);
     if (archived)
         archive("/api/projects/" + project);
     if (clientArchived)

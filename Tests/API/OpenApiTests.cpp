@@ -55,8 +55,10 @@ TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
 
 void checkSchemaOf(const RecordType& record) {
     const Json& schema = document().schema(std::string(record.name));
-    Json::Object properties, described;
-    Json::Array required, names;
+    Json::Object properties;
+    Json::Object described;
+    Json::Array required;
+    Json::Array names;
     for (const WireField& field : record.fields) {
         properties.emplace(field.name, schemaOf(*field.shape));
         if (field.required)

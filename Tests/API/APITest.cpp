@@ -1,12 +1,7 @@
 #include "API/APITest.h"
 
 #include "API/OpenApiDocument.h"
-#include "Models/Client.h"
-#include "Models/Project.h"
-#include "Models/Tag.h"
 #include "Support/TestClient.h"
-
-#include <fmt/core.h>
 
 namespace quillorn {
 
@@ -22,6 +17,19 @@ std::vector<Json> Answer::all(const std::string& key) const {
     for (const Json& element : *parsed.asArray())
         values.push_back(*element.find(key));
     return values;
+}
+
+std::string Answer::fault() const {
+    const auto word = [&](const char* key) {
+        const Json value = (*this)[key];
+        return value.asString() != nullptr ? *value.asString() : "(none)";
+    };
+    return fmt::format("{} {} {}", status, word("error"), word("message"));
+}
+
+std::vector<Json> Answer::details() const {
+    const Json list = (*this)["details"];
+    return list.asArray() != nullptr ? *list.asArray() : Json::Array();
 }
 
 APITest::APITest() {
@@ -59,27 +67,10 @@ Answer APITest::call(const std::string& method, const std::string& target, const
     Answer result{std::stoi(answer.substr(9)), answer.substr(0, end), answer.substr(end + 4)};
     EXPECT_THAT(OpenApiDocument::shared().faultsOfAnswer(method, target.substr(0, target.find('?')), result.status,
                                                          result.body),
-                ::testing::IsEmpty())
+                IsEmpty())
         << method << " " << target << "\n"
         << answer.substr(0, 2000);
     return result;
-}
-
-std::string APITest::addTag(const std::string& name) {
-    return inStore([&](ModelContext& context) { return context.insert<Tag>(Tag::Arguments{name}, clock.now()).id(); })
-        .string();
-}
-
-std::string APITest::addProject(const std::string& name, bool archived, bool clientArchived) {
-    return inStore([&](ModelContext& context) {
-               auto& project = context.insert<Project>(Project::Arguments{name}, clock.now());
-               project.setArchived(archived);
-               auto& client = context.insert<Client>(Client::Arguments{name}, clock.now());
-               client.setArchived(clientArchived);
-               project.setClient(&client);
-               return project.id();
-           })
-        .string();
 }
 
 std::string APITest::add(const std::string& resource, const std::string& body) const {
@@ -88,21 +79,34 @@ std::string APITest::add(const std::string& resource, const std::string& body) c
     return *answer["id"].asString();
 }
 
-std::vector<std::string> detailsOf(const Answer& answer) {
-    std::vector<std::string> details;
-    const Json list = answer["details"];
-    if (list.asArray() != nullptr)
-        for (const Json& detail : *list.asArray())
-            details.push_back(*detail.asString());
-    return details;
+std::string APITest::addProject(const std::string& name, bool archived, bool clientArchived) const {
+    const std::string client = addClient(name);
+    const std::string project = addProjectOf(client, name);
+    if (archived)
+        archive("/api/projects/" + project);
+    if (clientArchived)
+        archive("/api/clients/" + client);
+    return project;
 }
 
-std::string code(const Answer& answer) {
-    const auto word = [&](const char* key) {
-        const Json value = answer[key];
-        return value.asString() != nullptr ? *value.asString() : "(none)";
-    };
-    return fmt::format("{} {} {}", answer.status, word("error"), word("message"));
+void APITest::makeSubtask(const std::string& task, const std::string& parent) const {
+    change(*store.container, [&](ModelContext& context) {
+        const auto find = [&](const std::string& id) { return context.find<ProjectTask>(*UUID::parse(id)); };
+        find(task)->setParentTask(find(parent));
+    });
+}
+
+std::string APITest::everything() const {
+    std::string bodies;
+    for (const std::string resource : {"clients", "projects", "tasks", "tags", "time-entries", "notes"})
+        bodies += get("/api/" + resource + "?archived=1").body;
+    return bodies;
+}
+
+void APITest::expectLists(const std::string& path, const char* key, const Lists& cases) const {
+    for (const auto& [queries, values] : cases)
+        for (const std::string& query : queries)
+            EXPECT_THAT(get(path + query).all(key), ElementsAreArray(values.begin(), values.end())) << path << query;
 }
 
 } // namespace quillorn

@@ -5,12 +5,19 @@
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <map>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 
 namespace quillorn {
 
 namespace {
+
+std::string upper(std::string method) {
+    std::ranges::transform(method, method.begin(), [](unsigned char c) { return std::toupper(c); });
+    return method;
+}
 
 std::vector<std::string> segmentsOf(const std::string& path) {
     std::vector<std::string> segments;
@@ -25,29 +32,19 @@ bool matches(const std::string& pattern, const std::string& path) {
     return std::ranges::equal(segmentsOf(pattern), segmentsOf(path), same);
 }
 
-bool isOfType(const Json& value, const std::string& type) {
-    if (type == "object")
-        return value.asObject() != nullptr;
-    if (type == "array")
-        return value.asArray() != nullptr;
-    if (type == "string")
-        return value.asString() != nullptr;
-    if (type == "boolean")
-        return value.asBool() != nullptr;
-    if (type == "integer")
-        return value.asInteger() != nullptr;
-    if (type == "number")
-        return value.asInteger() != nullptr || value.asDouble() != nullptr;
-    throw std::logic_error("a type that this check doesn't know: " + type);
-}
+using Check = bool (*)(const Json&);
 
-bool hasFormat(const std::string& text, const std::string& format) {
-    if (format == "uuid")
-        return UUID::parse(text).has_value();
-    if (format == "date-time")
-        return parseISO8601(text).has_value();
-    throw std::logic_error("a format that this check doesn't know: " + format);
-}
+/// Of the keywords "type" and "format".
+const std::map<std::string, Check> checks{
+    {"object", [](const Json& value) { return value.asObject() != nullptr; }},
+    {"array", [](const Json& value) { return value.asArray() != nullptr; }},
+    {"string", [](const Json& value) { return value.asString() != nullptr; }},
+    {"boolean", [](const Json& value) { return value.asBool() != nullptr; }},
+    {"integer", [](const Json& value) { return value.asInteger() != nullptr; }},
+    {"number", [](const Json& value) { return value.asInteger() != nullptr || value.asDouble() != nullptr; }},
+    {"uuid", [](const Json& value) { return UUID::parse(*value.asString()).has_value(); }},
+    {"date-time", [](const Json& value) { return parseISO8601(*value.asString()).has_value(); }},
+};
 
 bool isWithin(const Json& value, const Json& schema) {
     const auto limit = [&](const char* name) { return schema.find(name) ? schema.find(name)->asInteger() : nullptr; };
@@ -82,44 +79,40 @@ const Json& OpenApiDocument::schema(const std::string& name) const {
 
 std::vector<std::string> OpenApiDocument::operations() const {
     std::vector<std::string> operations;
-    for (const auto& [pattern, item] : *m_root.find("paths")->asObject()) {
-        std::string path = pattern;
-        for (auto at = path.find('{'); at != std::string::npos; at = path.find('{', at))
-            path.replace(at, 1, ":");
-        std::erase(path, '}');
-        for (std::string method : {"get", "put", "post", "delete", "options", "head", "patch", "trace"}) {
-            if (item.find(method) == nullptr)
-                continue;
-            std::ranges::transform(method, method.begin(), [](char c) { return static_cast<char>(c - 'a' + 'A'); });
-            operations.push_back(method + " " + path);
-        }
-    }
+    for (const auto& [pattern, item] : *m_root.find("paths")->asObject())
+        for (const auto& [method, operation] : *item.asObject())
+            if (method != "parameters")
+                operations.push_back(upper(method) + " " +
+                                     std::regex_replace(pattern, std::regex(R"(\{(\w+)\})"), ":$1"));
     std::ranges::sort(operations);
     return operations;
 }
 
 const Json* OpenApiDocument::operation(const std::string& method, const std::string& path) const {
-    std::string key = method;
-    std::ranges::transform(key, key.begin(), [](char c) { return static_cast<char>(c - 'A' + 'a'); });
     for (const auto& [pattern, item] : *m_root.find("paths")->asObject())
         if (matches(pattern, path))
-            return item.find(key);
+            for (const auto& [name, operation] : *item.asObject())
+                if (upper(name) == method)
+                    return &operation;
     return nullptr;
 }
 
 std::vector<std::string> OpenApiDocument::faultsOfAnswer(const std::string& method, const std::string& path, int status,
                                                          const std::string& body) const {
     const Json* described = operation(method, path);
+    const auto unless = [](bool holds, const std::string& words) {
+        return holds ? std::vector<std::string>{} : std::vector{words};
+    };
     if (described == nullptr && (status == 401 || status == 403))
         return faultsOf(Json::parse(body), schema("GuardErrorResponse"));
     if (described == nullptr)
-        return status == 404 && body.empty() ? std::vector<std::string>{} : std::vector<std::string>{"not described"};
+        return unless(status == 404 && body.empty(), "not described");
     const Json* response = described->find("responses")->find(std::to_string(status));
     if (response == nullptr)
         return {"status " + std::to_string(status) + " is not described"};
     const Json* content = resolve(*response).find("content");
     if (content == nullptr)
-        return body.empty() ? std::vector<std::string>{} : std::vector<std::string>{"a body that is not described"};
+        return unless(body.empty(), "a body that is not described");
     const Json* json = content->find("application/json");
     if (json == nullptr || path == "/openapi.json")
         return {};
@@ -132,14 +125,14 @@ std::vector<std::string> OpenApiDocument::faultsOf(const Json& value, const Json
     const Json* type = schema.find("type");
     if (type == nullptr)
         return {}; // any value
-    if (!isOfType(value, *type->asString()))
+    if (!checks.at(*type->asString())(value))
         return {place + " is no " + *type->asString()};
     std::vector<std::string> faults;
-    const auto add = [&](const std::vector<std::string>& more) {
-        faults.insert(faults.end(), more.begin(), more.end());
+    const auto add = [&](const Json& part, const Json& form, const std::string& where) {
+        for (std::string& fault : faultsOf(part, form, where))
+            faults.push_back(std::move(fault));
     };
-    if (const Json* format = schema.find("format");
-        format != nullptr && !hasFormat(*value.asString(), *format->asString()))
+    if (const Json* format = schema.find("format"); format != nullptr && !checks.at(*format->asString())(value))
         faults.push_back(place + " has another format");
     if (const Json* values = schema.find("enum"); values != nullptr && !std::ranges::count(*values->asArray(), value))
         faults.push_back(place + " has an unknown value");
@@ -149,13 +142,13 @@ std::vector<std::string> OpenApiDocument::faultsOf(const Json& value, const Json
         faults.push_back(place + " is out of range");
     if (const Json::Array* elements = value.asArray())
         for (const Json& element : *elements)
-            add(faultsOf(element, *schema.find("items"), place + "[]"));
+            add(element, *schema.find("items"), place + "[]");
     const Json* properties = schema.find("properties");
     if (value.asObject() == nullptr || properties == nullptr)
         return faults;
     for (const auto& [name, member] : *value.asObject()) {
         if (const Json* property = properties->find(name))
-            add(faultsOf(member, *property, place + "." + name));
+            add(member, *property, place + "." + name);
         else
             faults.push_back(place + "." + name + " is not described");
     }

@@ -20,8 +20,6 @@
 namespace quillorn {
 namespace {
 
-using ::testing::IsEmpty;
-
 const OpenApiDocument& document() {
     return OpenApiDocument::shared();
 }
@@ -49,70 +47,60 @@ Json withoutWords(const Json& schema) {
 TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
     std::vector<std::string> served;
     ListCache lists(*store.container);
-    for (const Route& route : apiRoutes(*store.container, clock, text, paths, lists))
-        served.push_back(route.method + " " + route.path);
-    for (const Route& route : mcpRoutes({}))
-        served.push_back(route.method + " " + route.path);
+    for (const auto& routes : {apiRoutes(*store.container, clock, text, paths, lists), mcpRoutes({})})
+        for (const Route& route : routes)
+            served.push_back(route.method + " " + route.path);
     std::ranges::sort(served);
     EXPECT_EQ(served, document().operations());
 }
 
-TEST(OpenApiTest, schemasHaveTheFieldsOfTheirRecords) {
-    const RecordType* records[] = {&ClientDTO::recordType(),
-                                   &ProjectDTO::recordType(),
-                                   &TaskDTO::recordType(),
-                                   &TagDTO::recordType(),
-                                   &TimeEntryDTO::recordType(),
-                                   &NoteDTO::recordType(),
-                                   &CreateClientRequest::recordType(),
-                                   &UpdateClientRequest::recordType(),
-                                   &CreateProjectRequest::recordType(),
-                                   &UpdateProjectRequest::recordType(),
-                                   &CreateTaskRequest::recordType(),
-                                   &UpdateTaskRequest::recordType(),
-                                   &TaskTagsRequest::recordType(),
-                                   &CreateTagRequest::recordType(),
-                                   &UpdateTagRequest::recordType(),
-                                   &CreateTimeEntryRequest::recordType(),
-                                   &UpdateTimeEntryRequest::recordType(),
-                                   &CreateNoteRequest::recordType(),
-                                   &UpdateNoteRequest::recordType(),
-                                   &APIErrorResponse::recordType()};
-    for (const RecordType* record : records) {
-        SCOPED_TRACE(record->name);
-        const Json& schema = document().schema(std::string(record->name));
-        Json::Object properties;
-        std::vector<Json> required;
-        for (const WireField& field : record->fields) {
-            properties.emplace(field.name, schemaOf(*field.shape));
-            if (field.required)
-                required.emplace_back(field.name);
-        }
-        Json::Object described;
-        for (const auto& [name, property] : *schema.find("properties")->asObject())
-            described.emplace(name, withoutWords(property));
-        EXPECT_EQ(described, properties);
-        Json::Array names = schema.find("required") != nullptr ? *schema.find("required")->asArray() : Json::Array();
-        std::ranges::sort(names, {}, [](const Json& name) { return *name.asString(); });
-        EXPECT_EQ(names, required);
+void checkSchemaOf(const RecordType& record) {
+    const Json& schema = document().schema(std::string(record.name));
+    Json::Object properties;
+    Json::Object described;
+    Json::Array required;
+    Json::Array names;
+    for (const WireField& field : record.fields) {
+        properties.emplace(field.name, schemaOf(*field.shape));
+        if (field.required)
+            required.emplace_back(field.name);
     }
+    for (const auto& [name, property] : *schema.find("properties")->asObject())
+        described.emplace(name, withoutWords(property));
+    EXPECT_EQ(described, properties) << record.name;
+    if (const Json* list = schema.find("required"))
+        names = *list->asArray();
+    EXPECT_THAT(names, testing::UnorderedElementsAreArray(required)) << record.name;
 }
 
-/// Checks every example that stands beside a schema.
+template <class... Records>
+void checkSchemas() {
+    (checkSchemaOf(Records::recordType()), ...);
+}
+
+TEST(OpenApiTest, schemasHaveTheFieldsOfTheirRecords) {
+    checkSchemas<ClientDTO, ProjectDTO, TaskDTO, TagDTO, TimeEntryDTO, NoteDTO, APIErrorResponse>();
+    checkSchemas<CreateClientRequest, CreateProjectRequest, CreateTaskRequest, CreateTagRequest, CreateTimeEntryRequest,
+                 CreateNoteRequest, TaskTagsRequest>();
+    checkSchemas<UpdateClientRequest, UpdateProjectRequest, UpdateTaskRequest, UpdateTagRequest, UpdateTimeEntryRequest,
+                 UpdateNoteRequest>();
+}
+
+/// Checks every example that stands beside a schema or in one.
 void checkExamples(const Json& node, const std::string& place) {
-    if (const Json* schema = node.find("schema")) {
-        if (const Json* example = node.find("example")) {
-            EXPECT_THAT(document().faultsOf(*example, *schema), IsEmpty()) << place;
-        }
-        if (const Json* examples = node.find("examples")) {
-            for (const auto& [name, example] : *examples->asObject())
-                EXPECT_THAT(document().faultsOf(*example.find("value"), *schema), IsEmpty()) << place << " " << name;
-        }
-    }
-    if (const Json::Array* examples = node.find("examples") ? node.find("examples")->asArray() : nullptr) {
-        for (const Json& example : *examples)
-            EXPECT_THAT(document().faultsOf(example, node), IsEmpty()) << place;
-    }
+    const auto check = [&](const Json& example, const Json& schema) {
+        EXPECT_THAT(document().faultsOf(example, schema), IsEmpty()) << place;
+    };
+    const Json* schema = node.find("schema");
+    const Json* examples = node.find("examples");
+    if (const Json* example = node.find("example"); schema != nullptr && example != nullptr)
+        check(*example, *schema);
+    if (examples != nullptr && schema != nullptr)
+        for (const auto& [name, example] : *examples->asObject())
+            check(*example.find("value"), *schema);
+    else if (examples != nullptr && examples->asArray() != nullptr)
+        for (const Json& example : *examples->asArray())
+            check(example, node);
     if (node.asObject() != nullptr)
         for (const auto& [key, child] : *node.asObject())
             checkExamples(child, place + "/" + key);

@@ -6,18 +6,11 @@
 #include "API/ProjectRequests.h"
 #include "API/TagRequests.h"
 #include "API/TimeEntryRequests.h"
-#include "Models/Project.h"
-
-#include <map>
 
 namespace quillorn {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
-
-const std::string invalidJSON = "400 bad_request Invalid JSON in request body";
+using RequestTest = RunningAPITest;
 
 /// JSON that no field of this form takes.
 std::vector<std::string> wrongValuesFor(const WireShape& shape) {
@@ -42,33 +35,22 @@ std::vector<std::string> wrongValuesFor(const WireShape& shape) {
     return values;
 }
 
-TEST_F(APITest, aFieldOfTheWrongTypeIsInvalidJSON) {
-    start();
-    const std::string task = addTask(R"({"title": "Kept"})");
+TEST_F(RequestTest, aFieldOfTheWrongTypeIsInvalidJSON) {
+    const std::string kept = R"({"title": "Kept", "name": "Kept"})", task = addTask(kept);
     std::vector<std::tuple<const RecordType*, std::string, std::string>> requests{
-        {&CreateTaskRequest::recordType(), "POST", "/api/tasks"},
-        {&UpdateTaskRequest::recordType(), "PUT", "/api/tasks/" + task},
-        {&TaskTagsRequest::recordType(), "POST", "/api/tasks/" + task + "/tags"},
-    };
-    const std::tuple<std::string, const RecordType*, const RecordType*> others[] = {
+        {&TaskTagsRequest::recordType(), "POST", "/api/tasks/" + task + "/tags"}};
+    const std::tuple<std::string, const RecordType*, const RecordType*> resources[] = {
+        {"tasks", &CreateTaskRequest::recordType(), &UpdateTaskRequest::recordType()},
         {"clients", &CreateClientRequest::recordType(), &UpdateClientRequest::recordType()},
         {"projects", &CreateProjectRequest::recordType(), &UpdateProjectRequest::recordType()},
         {"tags", &CreateTagRequest::recordType(), &UpdateTagRequest::recordType()},
         {"time-entries", &CreateTimeEntryRequest::recordType(), &UpdateTimeEntryRequest::recordType()},
         {"notes", &CreateNoteRequest::recordType(), &UpdateNoteRequest::recordType()},
     };
-    for (const auto& [resource, create, update] : others) {
-        const std::string path = "/api/" + resource;
-        const std::string id = add(resource, R"({"name": "Kept"})");
-        requests.emplace_back(create, "POST", path);
-        requests.emplace_back(update, "PUT", fmt::format("{}/{}", path, id));
+    for (const auto& [resource, create, update] : resources) {
+        requests.emplace_back(create, "POST", "/api/" + resource);
+        requests.emplace_back(update, "PUT", "/api/" + resource + "/" + add(resource, kept));
     }
-    const auto everything = [&] {
-        std::string bodies = allTasks();
-        for (const auto& [resource, create, update] : others)
-            bodies += get("/api/" + resource).body;
-        return bodies;
-    };
     const std::string before = everything();
     for (const auto& [record, method, path] : requests)
         for (const WireField& field : record->fields) {
@@ -76,77 +58,61 @@ TEST_F(APITest, aFieldOfTheWrongTypeIsInvalidJSON) {
             if (field.required)
                 values.emplace_back("null");
             for (const std::string& value : values) {
-                const std::string needed = field.name == "title" ? R"("name": "New")" : R"("title": "New")";
-                const std::string both =
-                    field.name == "name" || field.name == "title" ? needed : needed + R"(, "name": "New")";
-                const auto body = object(R"("{}": {}, {})", field.name, value, both);
-                EXPECT_EQ(code(call(method, path, body)), invalidJSON) << path << " " << body;
+                // What is needed beside the field that is tried.
+                Json::Object others{{"title", "New"}, {"name", "New"}};
+                others.erase(std::string(field.name));
+                const std::string members = Json(others).text();
+                const auto body = object(R"("{}": {}, {})", field.name, value, members.substr(1, members.size() - 2));
+                EXPECT_EQ(call(method, path, body).fault(), invalidJSON) << path << " " << body;
             }
         }
     EXPECT_EQ(everything(), before);
 }
 
-TEST_F(APITest, aBodyThatIsNoRecordIsInvalidJSON) {
-    start();
-    const std::string bodies[] = {"",
-                                  "{",
-                                  "{}",
-                                  "[]",
-                                  "null",
-                                  "\"title\"",
-                                  "title=New",
-                                  R"({"title": "New"} x)",
-                                  R"({"title": "New",})",
-                                  R"({"Title": "New"})",
-                                  "{\"title\": \"\xFF\"}",
-                                  "{\"title\": \"\xED\xA0\x80\"}",
-                                  R"({"title": "\ud800"})",
-                                  R"({"title": "New", "x": )" + std::string(1'000'000, '['),
-                                  R"({"title": "New", "x": )" + std::string(600, '[') + std::string(600, ']') + "}",
-                                  std::string(20'000'000, '{')};
+TEST_F(RequestTest, aBodyThatIsNoRecordIsInvalidJSON) {
+    const std::string deep(600, '['), begun = R"({"title": "New", "x": )";
+    std::vector<std::string> bodies{begun + std::string(1'000'000, '['), begun + deep + std::string(600, ']') + "}",
+                                    std::string(20'000'000, '{')};
+    for (const char* body :
+         {"", "{", "{}", "[]", "null", "\"title\"", "title=New", R"({"title": "New"} x)", R"({"title": "New",})",
+          R"({"Title": "New"})", R"({"title": "\ud800"})", "{\"title\": \"\xFF\"}", "{\"title\": \"\xED\xA0\x80\"}"})
+        bodies.emplace_back(body);
     for (const std::string& body : bodies)
-        EXPECT_EQ(code(post("/api/tasks", body)), invalidJSON) << body.substr(0, 80);
+        EXPECT_EQ(post("/api/tasks", body).fault(), invalidJSON) << body.substr(0, 80);
+    for (const char* resource : {"clients", "projects", "tags"})
+        EXPECT_EQ(post(fmt::format("/api/{}", resource), "{}").fault(), invalidJSON);
     EXPECT_EQ(get("/api/tasks").body, "[]");
 }
 
-TEST_F(APITest, decodingIsLenientWhereNothingIsLost) {
-    start();
-    const auto id = addTask(R"({"title": "First", "title": "Last", "unknown": [{}], "priority": 3.0, "status": 1e0,
+TEST_F(RequestTest, decodingIsLenientWhereNothingIsLost) {
+    const Answer task =
+        post("/api/tasks", R"({"title": "First", "title": "Last", "unknown": [{}], "priority": 3.0, "status": 1e0,
         "description": null, "tagIds": null, "dueDate": "2026-01-20T19:00:00+02:00"})");
-    const Answer task = get("/api/tasks/" + id);
-    EXPECT_EQ(task["title"], "Last");
-    EXPECT_EQ(task["priority"], 3);
-    EXPECT_EQ(task["status"], 1);
-    EXPECT_EQ(task["dueDate"], "2026-01-20T17:00:00Z");
+    expectMembers(task, R"("title": "Last", "priority": 3, "status": 1, "dueDate": "2026-01-20T17:00:00Z")");
     const std::string title = std::string(3'000'000, 'x') + "\\u0000\\u00e9";
     EXPECT_EQ(*post("/api/tasks", R"({"title": ")" + title + "\"}")["title"].asString(),
               std::string(3'000'000, 'x') + std::string("\0\xC3\xA9", 3));
 }
 
-struct ValidationCase {
-    /// Members beside a valid title, or instead of it.
+struct Case {
+    /// Members beside a valid title or name, or instead of it.
     std::string body;
     std::vector<std::string> faults{};
 };
 
-TEST_F(APITest, everyRuleThatIsBrokenIsListedInOrder) {
-    start();
+TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
     const auto times = [](int count, const std::string& part) {
-        std::string repeated;
-        for (int i = 0; i < count; ++i)
-            repeated += part;
-        return repeated;
+        return fmt::format("{}", fmt::join(std::vector<std::string>(static_cast<std::size_t>(count), part), ""));
     };
     const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467"; // one character
-    const std::string titleEmpty = "title cannot be empty";
-    const std::string priority = "priority must be 0-3";
-    const std::string status = "status must be 0-3";
+    const std::string titleEmpty = "title cannot be empty", name = "name cannot be empty";
+    const std::string priority = "priority must be 0-3", status = "status must be 0-3";
     const std::string longTitle = "sourceTitle must be at most 200 characters";
     const std::string longURL = "sourceURL must be at most 2048 characters";
     const std::string notAbsolute = "sourceURL must be an absolute URL";
     const auto url = [](const std::string& value) { return R"("sourceURL": ")" + value + "\""; };
-    const auto scheme = [](const std::string& name) { return "sourceURL scheme '" + name + "' is not allowed"; };
-    const ValidationCase cases[] = {
+    const auto scheme = [](const std::string& word) { return "sourceURL scheme '" + word + "' is not allowed"; };
+    std::vector<Case> tasks{
         {R"("title": "")", {titleEmpty}},
         {R"("title": " \t\u00a0\u3000")", {titleEmpty}},
         {R"("priority": -1)", {priority}},
@@ -159,96 +125,67 @@ TEST_F(APITest, everyRuleThatIsBrokenIsListedInOrder) {
         {R"("sourceTitle": ")" + times(201, family) + "\"", {longTitle}},
         {R"("title": " ", "sourceURL": "x", "sourceTitle": ")" + times(201, "x") + "\"",
          {longTitle, notAbsolute, titleEmpty}},
-        {url("")},
         {url("https://x/" + times(2038, "y"))},
         {url("https://x/" + times(2039, "y")), {longURL}},
         {url("javascript:" + times(2048, "y")), {longURL}},
-        {url("https://example.com/a?b=[c]&d=%20#e")},
-        {url("https://example.com/\u00fc")},
-        {url("mailto:somebody@example.com")},
-        {url("x-app+1.0:thing")},
-        {url("example.com/path"), {notAbsolute}},
-        {url("//example.com/path"), {notAbsolute}},
-        {url("/a:b"), {notAbsolute}},
-        {url(":x"), {notAbsolute}},
-        {url("1http://example.com"), {notAbsolute}},
-        {url("ht tp://example.com"), {notAbsolute}},
-        {url("https://example.com/a b"), {notAbsolute}},
-        {url("https://example.com/%zz"), {notAbsolute}},
-        {url("https://example.com/<a>"), {notAbsolute}},
-        {url("https://example.com:port/"), {notAbsolute}},
-        {url("https://exa\\nmple.com/"), {notAbsolute}},
-        {url(" javascript:alert(1)"), {notAbsolute}},
         {url("JavaScript:alert(1)"), {scheme("javascript")}},
         {url("FILE:///etc/passwd"), {scheme("file")}},
         {url("data:,x"), {scheme("data")}},
     };
-    const std::string task = addTask(R"({"title": "Kept"})");
-    for (const ValidationCase& each : cases) {
-        const std::string title = each.body.find("\"title\"") == std::string::npos ? R"("title": "New", )" : "";
-        const Answer created = post("/api/tasks", "{" + title + each.body + "}");
-        const Answer updated = put("/api/tasks/" + task, "{" + each.body + "}");
-        EXPECT_EQ(created.status, each.faults.empty() ? 201 : 400) << each.body;
-        EXPECT_EQ(updated.status, each.faults.empty() ? 200 : 400) << each.body;
-        for (const Answer* answer : {&created, &updated}) {
-            EXPECT_THAT(detailsOf(*answer), ElementsAreArray(each.faults)) << each.body;
-            if (!each.faults.empty()) {
-                EXPECT_EQ(code(*answer), "400 bad_request Validation failed");
+    for (const char* good : {"", "https://example.com/a?b=[c]&d=%20#e", "https://example.com/\u00fc",
+                             "mailto:somebody@example.com", "x-app+1.0:thing"})
+        tasks.push_back({url(good)});
+    for (const char* relative :
+         {"example.com/path", "//example.com/path", "/a:b", ":x", "1http://example.com", "ht tp://example.com",
+          "https://example.com/a b", "https://example.com/%zz", "https://example.com/<a>", "https://example.com:port/",
+          "https://exa\\nmple.com/", " javascript:alert(1)"})
+        tasks.push_back({url(relative), {notAbsolute}});
+    const std::string hash = "color must be a hex string starting with #";
+    const std::string hex = "color must be a valid hex color (e.g. #FF3B30)";
+    const std::vector<Case> named{
+        {R"("name": "")", {name}},
+        {R"("name": "\u3000 ", "color": "red")", {name, hash}},
+        {R"("color": "")", {hash}},
+        {R"("color": "#")"},
+    };
+    const std::vector<Case> tags{
+        {R"("color": "#FF3B3")", {hex}},    {R"("color": "#ff3b30")"},
+        {R"("color": "#FF3B30FF")", {hex}}, {R"("color": "#FF3B30\n")", {hex}},
+        {R"("color": "#FF3B3G")", {hex}},   {R"("color": "FF3B30#")", {hex}},
+        {R"("color": "")", {hex}},          {R"("name": " ", "color": "#")", {name, hex}},
+    };
+    const std::vector<Case> timeEntries{
+        {R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T09:59:59Z")",
+         {"endTime must be after startTime"}},
+        {R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T10:00:00Z")"},
+        {R"("startTime": "2026-01-15T11:00:00+02:00", "endTime": "2026-01-15T10:00:00Z")"},
+        {R"("endTime": "2000-01-01T00:00:00Z")"},
+    };
+    const std::map<std::string, std::vector<Case>> resources{{"tasks", tasks},
+                                                             {"clients", named},
+                                                             {"projects", named},
+                                                             {"tags", tags},
+                                                             {"time-entries", timeEntries},
+                                                             {"notes", {{R"("title": " ", "content": "")"}}}};
+    for (const auto& [resource, cases] : resources) {
+        const std::string path = "/api/" + resource;
+        const std::string kept = path + "/" + add(resource, R"({"title": "Kept", "name": "Kept"})");
+        for (const auto& [body, faults] : cases) {
+            const Answer created = post(path, object(R"("title": "New", "name": "New", {})", body));
+            const Answer updated = put(kept, object("{}", body));
+            EXPECT_EQ(created.status, faults.empty() ? 201 : 400) << path << body;
+            EXPECT_EQ(updated.status, faults.empty() ? 200 : 400) << path << body;
+            for (const Answer* answer : {&created, &updated}) {
+                EXPECT_THAT(answer->details(), ElementsAreArray(faults)) << path << body;
+                if (!faults.empty()) {
+                    EXPECT_EQ(answer->fault(), "400 bad_request Validation failed");
+                }
             }
         }
     }
 }
 
-TEST_F(APITest, theRulesOfTheOtherResources) {
-    start();
-    struct Case {
-        std::string resource, body;
-        std::vector<std::string> faults{};
-    };
-    const std::string name = "name cannot be empty";
-    const std::string hash = "color must be a hex string starting with #";
-    const std::string hex = "color must be a valid hex color (e.g. #FF3B30)";
-    const std::string order = "endTime must be after startTime";
-    std::vector<Case> cases{
-        {"tags", R"("color": "#FF3B3")", {hex}},
-        {"tags", R"("color": "#ff3b30")"},
-        {"tags", R"("color": "#FF3B30FF")", {hex}},
-        {"tags", R"("color": "#FF3B30\n")", {hex}},
-        {"tags", R"("color": "#FF3B3G")", {hex}},
-        {"tags", R"("color": "FF3B30#")", {hex}},
-        {"tags", R"("color": "")", {hex}},
-        {"tags", R"("name": " ", "color": "#")", {name, hex}},
-        {"time-entries", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T09:59:59Z")", {order}},
-        {"time-entries", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T10:00:00Z")"},
-        {"time-entries", R"("startTime": "2026-01-15T11:00:00+02:00", "endTime": "2026-01-15T10:00:00Z")"},
-        {"time-entries", R"("endTime": "2000-01-01T00:00:00Z")"},
-        {"notes", R"("title": " ", "content": "")"},
-    };
-    for (const char* resource : {"clients", "projects"}) {
-        cases.push_back({resource, R"("name": "")", {name}});
-        cases.push_back({resource, R"("name": "\u3000 ", "color": "red")", {name, hash}});
-        cases.push_back({resource, R"("color": "")", {hash}});
-        cases.push_back({resource, R"("color": "#")"});
-    }
-    std::map<std::string, std::string> kept;
-    for (const Case& each : cases) {
-        if (!kept.contains(each.resource))
-            kept[each.resource] = add(each.resource, R"({"name": "Kept"})");
-        const std::string path = "/api/" + each.resource;
-        const bool named = each.body.find("\"name\"") != std::string::npos;
-        const Answer created = post(path, object("{}{}", named ? "" : R"("name": "New", )", each.body));
-        const Answer updated = put(path + "/" + kept[each.resource], object("{}", each.body));
-        EXPECT_EQ(created.status, each.faults.empty() ? 201 : 400) << each.resource << each.body;
-        EXPECT_EQ(updated.status, each.faults.empty() ? 200 : 400) << each.resource << each.body;
-        EXPECT_THAT(detailsOf(created), ElementsAreArray(each.faults)) << each.resource << each.body;
-        EXPECT_THAT(detailsOf(updated), ElementsAreArray(each.faults)) << each.resource << each.body;
-    }
-    for (const char* path : {"/api/clients", "/api/projects", "/api/tags"})
-        EXPECT_EQ(code(post(path, "{}")), invalidJSON);
-}
-
-TEST_F(APITest, errorsAreWrittenLikeEverythingElse) {
-    start();
+TEST_F(RequestTest, errorsAreWrittenLikeEverythingElse) {
     EXPECT_EQ(post("/api/tasks", R"({"title": "", "priority": 5})").body, R"({
   "code": 400,
   "details": [
@@ -258,45 +195,33 @@ TEST_F(APITest, errorsAreWrittenLikeEverythingElse) {
   "error": "bad_request",
   "message": "Validation failed"
 })");
-    EXPECT_EQ(get("/api/tasks/" + unknownId).body, R"({
-  "code": 404,
-  "error": "not_found",
-  "message": "Task with id 00000000-0000-4000-8000-00000000ABCD not found"
-})");
+    EXPECT_EQ(get("/api/tasks/" + unknownId)["code"], 404);
 }
 
-TEST_F(APITest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
-    start();
-    struct Resource {
-        std::string path, word;
-        /// Method, what follows the id, and the body.
-        std::vector<std::tuple<std::string, std::string, std::string>> routes;
+TEST_F(RequestTest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
+    struct Route {
+        std::string method, suffix, body{};
     };
-    const Resource resources[] = {
-        {"tasks",
-         "Task",
-         {{"POST", "/complete", ""},
-          {"POST", "/incomplete", ""},
-          {"GET", "/time-entries", ""},
-          {"POST", "/tags", R"({"tagIds": []})"},
-          {"DELETE", "/tags/" + unknownId, ""}}},
-        {"clients", "Client", {{"GET", "/projects", ""}}},
-        {"projects", "Project", {{"GET", "/tasks", ""}, {"GET", "/notes", ""}, {"GET", "/time-entries", ""}}},
-        {"tags", "Tag", {{"GET", "/tasks", ""}}},
-        {"time-entries", "TimeEntry", {{"POST", "/stop", ""}}},
-        {"notes", "Note", {{"POST", "/pin", ""}}},
+    const std::tuple<std::string, std::string, std::vector<Route>> resources[] = {
+        {"tasks", "Task", {{"POST", "/complete"}, {"POST", "/incomplete"}, {"GET", "/time-entries"}}},
+        {"tasks", "Task", {{"POST", "/tags", R"({"tagIds": []})"}, {"DELETE", "/tags/" + unknownId}}},
+        {"clients", "Client", {{"GET", "/projects"}}},
+        {"projects", "Project", {{"GET", "/tasks"}, {"GET", "/notes"}, {"GET", "/time-entries"}}},
+        {"tags", "Tag", {{"GET", "/tasks"}}},
+        {"time-entries", "TimeEntry", {{"POST", "/stop"}}},
+        {"notes", "Note", {{"POST", "/pin"}}},
     };
-    for (const Resource& resource : resources) {
-        auto routes = resource.routes;
-        routes.insert(routes.end(), {{"GET", "", ""}, {"PUT", "", "{}"}, {"DELETE", "", ""}});
+    for (auto [resource, word, routes] : resources) {
+        routes.insert(routes.end(), {{"GET", ""}, {"PUT", "", "{}"}, {"DELETE", ""}});
         for (const auto& [method, suffix, content] : routes) {
-            const std::string path = "/api/" + resource.path + "/";
-            EXPECT_EQ(code(call(method, path + "x%20y" + suffix, content)), "400 bad_request Invalid UUID format: x y");
-            EXPECT_EQ(code(call(method, path + "00000000-0000-4000-8000-00000000abcd" + suffix, content)),
-                      "404 not_found " + resource.word + " with id " + unknownId + " not found");
+            const std::string path = "/api/" + resource + "/";
+            EXPECT_EQ(call(method, path + "x%20y" + suffix, content).fault(),
+                      "400 bad_request Invalid UUID format: x y");
+            EXPECT_EQ(call(method, path + "00000000-0000-4000-8000-00000000abcd" + suffix, content).fault(),
+                      "404 not_found " + word + " with id " + unknownId + " not found");
         }
     }
-    EXPECT_EQ(code(call("DELETE", "/api/tasks/" + unknownId + "/tags/7")), "400 bad_request Invalid UUID format: 7");
+    EXPECT_EQ(call("DELETE", "/api/tasks/" + unknownId + "/tags/7").fault(), "400 bad_request Invalid UUID format: 7");
     const Answer upper = post("/api/tasks", R"({"title": "A"})");
     std::string lower = *upper["id"].asString();
     for (char& c : lower)
@@ -304,16 +229,12 @@ TEST_F(APITest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
     EXPECT_EQ(get("/api/tasks/" + lower).body, upper.body);
 }
 
-TEST_F(APITest, aStoreThatFailsIsAnInternalError) {
-    start();
+TEST_F(RequestTest, aStoreThatFailsIsAnInternalError) {
     const std::string task = addTask(R"({"title": "A", "tagIds": [")" + addTag("red") + "\"]}");
-    inStore([&](ModelContext& context) {
-        context.statement("ALTER TABLE Tag RENAME TO Elsewhere")->run();
-        return context.insert<Project>(Project::Arguments{"so that there is something to save"}, clock.now()).id();
-    });
+    ForeignConnection(store.file()).execute("ALTER TABLE Tag RENAME TO Elsewhere");
     for (const Answer& answer : {get("/api/tasks/" + task), get("/api/tasks"),
                                  put("/api/tasks/" + task, R"({"title": "B", "tagIds": [")" + unknownId + "\"]}")}) {
-        EXPECT_THAT(code(answer), ::testing::HasSubstr("500 internal_error no such table"));
+        EXPECT_THAT(answer.fault(), HasSubstr("500 internal_error no such table"));
     }
 }
 

@@ -4,60 +4,46 @@
 namespace quillorn {
 namespace {
 
-struct MeasuredRoute {
+/// "{task}" and so on stand for ids.
+const char* const reads = R"(
+    clients clients?archived=1&name=a clients/{client} clients/{client}/projects?archived=1
+    projects projects?name=a&clientId={client} projects/{project} projects/{project}/tasks?completed=no
+    projects/{project}/notes projects/{project}/time-entries
+    tasks tasks?title=a&completed=no&status=0&priority=1 tasks?tagId={tag} tasks/{task} tasks/{task}/time-entries
+    tags tags/{tag} tags/{tag}/tasks
+    time-entries time-entries?taskId={task}&projectId={project}&running=no time-entries/{entry}
+    notes notes?title=a&search=a&projectId={project}&pinned=no notes/{note})";
+
+struct Change {
     std::string method, path, body{};
 };
 
-/// "{task}" and so on stand for ids. What deletes comes last, the leaves first.
-const MeasuredRoute measured[] = {
-    {"GET", "/api/clients"},
-    {"GET", "/api/clients?archived=1&name=a"},
-    {"GET", "/api/clients/{client}"},
-    {"GET", "/api/clients/{client}/projects?archived=1"},
-    {"POST", "/api/clients", R"({"name": "New"})"},
-    {"PUT", "/api/clients/{client}", R"({"name": "Changed", "isArchived": false})"},
-    {"GET", "/api/projects"},
-    {"GET", "/api/projects?name=a&clientId={client}"},
-    {"GET", "/api/projects/{project}"},
-    {"GET", "/api/projects/{project}/tasks?completed=no"},
-    {"GET", "/api/projects/{project}/notes"},
-    {"GET", "/api/projects/{project}/time-entries"},
-    {"POST", "/api/projects", R"({"name": "New", "clientId": "{client}"})"},
-    {"PUT", "/api/projects/{otherProject}", R"({"name": "Changed", "clientId": "{client}"})"},
-    {"POST", "/api/time-entries/{entry}/stop"},
-    {"GET", "/api/tasks"},
-    {"GET", "/api/tasks?title=a&completed=no&status=0&priority=1"},
-    {"GET", "/api/tasks?tagId={tag}"},
-    {"GET", "/api/tasks/{task}"},
-    {"GET", "/api/tasks/{task}/time-entries"},
-    {"POST", "/api/tasks", R"({"title": "New", "tagIds": ["{tag}"]})"},
-    {"PUT", "/api/tasks/{task}", R"({"title": "Changed", "status": 1, "tagIds": ["{tag}"]})"},
-    {"POST", "/api/tasks/{task}/complete"},
-    {"POST", "/api/tasks/{task}/incomplete"},
-    {"POST", "/api/tasks/{task}/tags", R"({"tagIds": ["{tag}"]})"},
-    {"GET", "/api/tags"},
-    {"GET", "/api/tags/{tag}"},
-    {"GET", "/api/tags/{tag}/tasks"},
-    {"POST", "/api/tags", R"({"name": "New"})"},
-    {"PUT", "/api/tags/{tag}", R"({"name": "Changed"})"},
-    {"GET", "/api/time-entries"},
-    {"GET", "/api/time-entries?taskId={task}&projectId={project}&running=no"},
-    {"GET", "/api/time-entries/{entry}"},
-    {"POST", "/api/time-entries", R"({"taskId": "{task}", "projectId": "{project}"})"},
-    {"PUT", "/api/time-entries/{entry}", R"({"taskId": "{task}", "projectId": "{otherProject}"})"},
-    {"GET", "/api/notes"},
-    {"GET", "/api/notes?title=a&search=a&projectId={project}&pinned=no"},
-    {"GET", "/api/notes/{note}"},
-    {"POST", "/api/notes", R"({"projectId": "{project}"})"},
-    {"PUT", "/api/notes/{note}", R"({"title": "Changed", "projectId": "{otherProject}"})"},
-    {"POST", "/api/notes/{note}/pin"},
-    {"DELETE", "/api/notes/{note}"},
-    {"DELETE", "/api/time-entries/{entry}"},
-    {"DELETE", "/api/tasks/{task}/tags/{tag}"},
-    {"DELETE", "/api/tags/{tag}"},
-    {"DELETE", "/api/tasks/{task}"},
-    {"DELETE", "/api/projects/{project}"},
-    {"DELETE", "/api/clients/{client}"},
+/// What deletes comes last, the leaves first.
+const Change changes[] = {
+    {"POST", "clients", R"({"name": "New"})"},
+    {"PUT", "clients/{client}", R"({"name": "Changed", "isArchived": false})"},
+    {"POST", "projects", R"({"name": "New", "clientId": "{client}"})"},
+    {"PUT", "projects/{otherProject}", R"({"name": "Changed", "clientId": "{client}"})"},
+    {"POST", "time-entries/{entry}/stop"},
+    {"POST", "tasks", R"({"title": "New", "tagIds": ["{tag}"]})"},
+    {"PUT", "tasks/{task}", R"({"title": "Changed", "status": 1, "tagIds": ["{tag}"]})"},
+    {"POST", "tasks/{task}/complete"},
+    {"POST", "tasks/{task}/incomplete"},
+    {"POST", "tasks/{task}/tags", R"({"tagIds": ["{tag}"]})"},
+    {"POST", "tags", R"({"name": "New"})"},
+    {"PUT", "tags/{tag}", R"({"name": "Changed"})"},
+    {"POST", "time-entries", R"({"taskId": "{task}", "projectId": "{project}"})"},
+    {"PUT", "time-entries/{entry}", R"({"taskId": "{task}", "projectId": "{otherProject}"})"},
+    {"POST", "notes", R"({"projectId": "{project}"})"},
+    {"PUT", "notes/{note}", R"({"title": "Changed", "projectId": "{otherProject}"})"},
+    {"POST", "notes/{note}/pin"},
+    {"DELETE", "notes/{note}"},
+    {"DELETE", "time-entries/{entry}"},
+    {"DELETE", "tasks/{task}/tags/{tag}"},
+    {"DELETE", "tags/{tag}"},
+    {"DELETE", "tasks/{task}"},
+    {"DELETE", "projects/{project}"},
+    {"DELETE", "clients/{client}"},
 };
 
 class StatementTest : public APITest {
@@ -68,32 +54,29 @@ class StatementTest : public APITest {
         serve(*fresh.container);
         start();
         StoreIds ids;
-        {
-            ModelContext context(*fresh.container, ModelContext::Intent::update);
-            ids = crowd(context, count);
+        change(*fresh.container, [&](ModelContext& context) { ids = crowd(context, count); });
+        const std::pair<int, const char*> sizes[] = {
+            {count, "clients projects tasks tags tags/{tag}/tasks"},
+            {2 * count, "time-entries notes projects/{project}/notes"},
+            {(count + 1) / 2, "clients/{client}/projects projects/{project}/tasks"},
+            {3 * count / 2 + 1, "projects/{project}/time-entries"},
+            {count + 1, "tasks/{task}/time-entries"}};
+        for (const auto& [size, lists] : sizes) {
+            std::istringstream words(lists);
+            for (std::string path; words >> path;)
+                EXPECT_EQ(get("/api/" + withIds(path, ids)).all("id").size(), static_cast<std::size_t>(size)) << path;
         }
-        const std::pair<std::string, int> sizes[] = {
-            {"clients", count},
-            {"projects", count},
-            {"tasks", count},
-            {"tags", count},
-            {"time-entries", 2 * count},
-            {"notes", 2 * count},
-            {"clients/" + ids["client"] + "/projects", (count + 1) / 2},
-            {"projects/" + ids["project"] + "/tasks", (count + 1) / 2},
-            {"projects/" + ids["project"] + "/notes", 2 * count},
-            {"projects/" + ids["project"] + "/time-entries", 3 * count / 2 + 1},
-            {"tags/" + ids["tag"] + "/tasks", count},
-            {"tasks/" + ids["task"] + "/time-entries", count + 1},
-        };
-        for (const auto& [path, size] : sizes)
-            EXPECT_EQ(get("/api/" + path).all("id").size(), static_cast<std::size_t>(size)) << path;
         std::map<std::string, std::uint64_t> counts;
-        for (const auto& [method, path, body] : measured) {
+        const auto measure = [&](const std::string& method, const std::string& path, const std::string& body = "") {
             const auto before = fresh.container->executedStatements();
-            EXPECT_LT(call(method, withIds(path, ids), withIds(body, ids)).status, 300) << method << path;
+            EXPECT_LT(call(method, "/api/" + withIds(path, ids), withIds(body, ids)).status, 300) << method << path;
             counts[method + " " + path] = fresh.container->executedStatements() - before;
-        }
+        };
+        std::istringstream words(reads);
+        for (std::string path; words >> path;)
+            measure("GET", path);
+        for (const auto& [method, path, body] : changes)
+            measure(method, path, body);
         server.reset();
         return counts;
     }

@@ -14,6 +14,10 @@
 
 namespace quillorn {
 
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 inline const std::string unknownId = "00000000-0000-4000-8000-00000000ABCD";
 
 /// A JSON object of these members, which are a pattern of fmt.
@@ -38,6 +42,13 @@ struct ToolResult {
         for (const Json& element : *list.asArray())
             values.push_back(member(element, key));
         return values;
+    }
+    /// Compares members with those of a pattern of fmt; null stands for one that is absent.
+    template <class... Arguments>
+    void expect(fmt::format_string<Arguments...> members, Arguments&&... arguments) const {
+        const Json expected = Json::parse(object(members, std::forward<Arguments>(arguments)...));
+        for (const auto& [key, value] : *expected.asObject())
+            EXPECT_EQ((*this)[key], value) << key;
     }
 };
 
@@ -64,12 +75,20 @@ struct MCPTest : testing::Test {
         EXPECT_EQ(member(item, "type"), Json("text"));
         return {*member(result, "isError").asBool(), *member(item, "text").asString()};
     }
-    /// The same for a call that must succeed.
-    ToolResult done(const std::string& tool, const std::string& arguments = "{}") {
-        ToolResult result = call(tool, arguments);
-        EXPECT_FALSE(result.isError) << tool << " " << arguments << ": " << result.text;
+    /// The same for a call that must succeed; the arguments are a pattern of fmt, without their braces.
+    template <class... Arguments>
+    ToolResult done(const std::string& tool, fmt::format_string<Arguments...> members, Arguments&&... arguments) {
+        const std::string given = object(members, std::forward<Arguments>(arguments)...);
+        ToolResult result = call(tool, given);
+        EXPECT_FALSE(result.isError) << tool << " " << given << ": " << result.text;
         return result;
     }
+    ToolResult done(const std::string& tool) { return done(tool, ""); }
+    template <class... Arguments>
+    std::string add(const std::string& tool, fmt::format_string<Arguments...> members, Arguments&&... arguments) {
+        return done(tool, members, std::forward<Arguments>(arguments)...).id();
+    }
+    ToolResult ofTask(const std::string& tool, const std::string& id) { return done(tool, R"("taskId": "{}")", id); }
     /// The words of a call that must fail, and that must leave the store alone.
     std::string faultOf(const std::string& tool, const std::string& arguments = "{}") {
         const auto before = version();

@@ -6,7 +6,6 @@
 namespace quillorn {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -171,32 +170,17 @@ TEST_F(MCPTest, theCatalogueHasItsFortyTools) {
 }
 
 TEST_F(MCPTest, argumentsOfAnyFormNeverHalfChangeAnything) {
-    const auto task = done("create_task", R"({"title": "Task"})").id();
-    const auto note = done("add_task_comment", object(R"("taskId": "{}", "text": "Comment")", task)).id();
-    const auto tag = done("create_tag", R"({"name": "Tag"})").id();
-    std::string longText(200'000, 'x');
-    longText += "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB"; // one emoji of two, joined
-    const std::string values[] = {"null",
-                                  "true",
-                                  "1",
-                                  "1.5",
-                                  "-1",
-                                  "1e300",
-                                  "\"\"",
-                                  "\"  \"",
-                                  "\"x\"",
-                                  "\"\\u0000\"",
-                                  "[]",
-                                  "[1]",
-                                  "[[]]",
-                                  "{}",
-                                  R"({"a": {"b": [1]}})",
-                                  nested(400),
-                                  "\"" + task + "\"",
-                                  "\"" + note + "\"",
-                                  "\"" + tag + "\"",
-                                  "[\"" + tag + "\"]",
-                                  "\"2026-01-31T10:00:00Z\""};
+    const auto task = add("create_task", R"("title": "Task")");
+    const auto note = add("add_task_comment", R"("taskId": "{}", "text": "Comment")", task);
+    const auto tag = add("create_tag", R"("name": "Tag")");
+    const Json values = Json::parse(fmt::format(
+        R"([null, true, 1, 1.5, -1, 1e300, "", "  ", "x", "\u0000", [], [1], [[]], {{}}, {{"a": {{"b": [1]}}}}, {0},
+            "{1}", "{2}", "{3}", ["{3}"], "2026-01-31T10:00:00Z"])",
+        nested(400), task, note, tag));
+    // What is needed beside the parameter that is tried comes first, so that the latter stands.
+    const std::string needed = fmt::format(R"("taskId": "{}", "noteId": "{}", "tagId": "{}", "title": "T",
+        "name": "N", "text": "C", "parentTaskId": "{}")",
+                                           task, note, tag, unknownId);
     const Json list = member(member(request("tools/list"), "result"), "tools");
     for (const Json& tool : *list.asArray()) {
         const std::string name = *member(tool, "name").asString();
@@ -204,27 +188,23 @@ TEST_F(MCPTest, argumentsOfAnyFormNeverHalfChangeAnything) {
             continue; // they would take the records away
         const Json properties = member(member(tool, "inputSchema"), "properties");
         for (const auto& [parameter, schema] : *properties.asObject())
-            for (const std::string& value : values) {
-                // What is needed beside the one that is tried comes first, so that the latter stands.
-                std::string arguments = R"("taskId": ")" + task + R"(", "noteId": ")" + note + R"(", "tagId": ")" +
-                                        tag + R"(", "title": "T", "name": "N", "text": "C", "parentTaskId": ")" +
-                                        unknownId + "\"";
-                arguments = object(R"({}, "{}": {})", arguments, parameter, value);
+            for (const Json& value : *values.asArray()) {
+                const auto arguments = object(R"({}, "{}": {})", needed, parameter, value.text());
                 const auto before = version();
-                const ToolResult result = call(name, arguments);
-                if (result.isError) {
-                    EXPECT_EQ(version(), before) << name << arguments.substr(0, 500);
+                if (call(name, arguments).isError) {
+                    EXPECT_EQ(version(), before) << name << arguments;
                 }
             }
     }
     for (const char* arguments : {"[]", "3", "null", "\"x\""}) // all of them: none
         EXPECT_EQ(call("get_task", arguments).text, "taskId is required and must be a valid UUID");
     EXPECT_EQ(foreign.text("PRAGMA integrity_check"), "ok");
-    const std::string stored = "Say \"hi\"\n\t\\ \x7F €";
-    const Json::Object arguments{{"title", longText}, {"description", stored}};
-    const auto made = done("create_task", Json(arguments).text());
-    EXPECT_EQ(made["title"], Json(longText));
-    EXPECT_EQ(made["description"], Json(stored));
+    // One emoji of two, joined, behind a long text.
+    const std::string title = std::string(200'000, 'x') + "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB";
+    const Json::Object stored{{"title", title}, {"description", "Say \"hi\"\n\t\\ \x7F €"}};
+    const ToolResult made = call("create_task", Json(stored).text());
+    for (const auto& [key, value] : stored)
+        EXPECT_EQ(made[key], value);
 }
 
 } // namespace

@@ -18,8 +18,6 @@ std::vector<std::string> keysOf(const Json& value) {
     return keys;
 }
 
-using testing::ElementsAre;
-
 TEST_F(MCPTest, resourcesAreListed) {
     const Json list = member(member(request("resources/list"), "result"), "resources");
     EXPECT_THAT(texts(list, "uri"), ElementsAre("quillorn://overview", "quillorn://today", "quillorn://overdue",
@@ -51,20 +49,15 @@ TEST_F(MCPTest, unknownResourcesAreRefused) {
 }
 
 TEST_F(MCPTest, theDayOfTheUserDecidesWhatIsDue) {
-    const auto berlin = [&](const std::string& title, const std::string& due, bool completed = false) {
-        const auto task = done("create_task", object(R"("title": "{}", "dueDate": "{}")", title, due)).id();
-        if (completed)
-            done("complete_task", object(R"("taskId": "{}")", task));
-    };
-    berlin("long ago", "2020-01-01T00:00:00Z");
-    berlin("yesterday", "2026-01-14T22:59:59Z");
-    berlin("first second", "2026-01-14T23:00:00Z");
-    berlin("this morning", "2026-01-15T08:00:00Z");
-    berlin("last second", "2026-01-15T22:59:59Z");
-    berlin("tomorrow", "2026-01-15T23:00:00Z");
-    berlin("done", "2026-01-15T08:00:00Z", true);
-    done("create_task", R"({"title": "whenever"})");
-    done("start_timer", R"({"notes": "N"})");
+    const std::pair<const char*, const char*> tasks[] = {
+        {"long ago", "2020-01-01T00:00:00Z"},     {"yesterday", "2026-01-14T22:59:59Z"},
+        {"first second", "2026-01-14T23:00:00Z"}, {"this morning", "2026-01-15T08:00:00Z"},
+        {"last second", "2026-01-15T22:59:59Z"},  {"tomorrow", "2026-01-15T23:00:00Z"}};
+    for (const auto& [title, due] : tasks)
+        done("create_task", R"("title": "{}", "dueDate": "{}")", title, due);
+    ofTask("complete_task", add("create_task", R"("title": "done", "dueDate": "2026-01-15T08:00:00Z")"));
+    done("create_task", R"("title": "whenever")");
+    done("start_timer", R"("notes": "N")");
     const Json today = read("quillorn://today");
     EXPECT_EQ(member(today, "date"), Json("2026-01-15T12:00:00Z"));
     EXPECT_THAT(texts(member(today, "tasksDueToday"), "title"),
@@ -79,12 +72,12 @@ TEST_F(MCPTest, theDayOfTheUserDecidesWhatIsDue) {
 }
 
 TEST_F(MCPTest, timersAndNotesShowWhatTheyAreOn) {
-    const auto project = done("create_project", R"({"name": "Project"})").id();
-    const auto task = done("create_task", R"({"title": "Task"})").id();
-    done("start_timer", object(R"("taskId": "{}", "projectId": "{}")", task, project));
-    done("log_time", R"({"startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T10:30:00Z"})");
-    clock.advance(std::chrono::minutes(65));
-    done("toggle_pin_note", object(R"("noteId": "{}")", done("create_note", R"({"title": "Pinned"})").id()));
+    const auto project = add("create_project", R"("name": "Project")");
+    const auto task = add("create_task", R"("title": "Task")");
+    done("start_timer", R"("taskId": "{}", "projectId": "{}")", task, project);
+    done("log_time", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T10:30:00Z")");
+    clock.advance(65min);
+    done("toggle_pin_note", R"("noteId": "{}")", add("create_note", R"("title": "Pinned")"));
     done("create_note");
     const Json running = read("quillorn://running-timers");
     EXPECT_EQ(member(running, "count"), Json(1));
@@ -101,19 +94,18 @@ TEST_F(MCPTest, timersAndNotesShowWhatTheyAreOn) {
 }
 
 TEST_F(MCPTest, overviewAndProjectAddUp) {
-    const auto client = done("create_client", R"({"name": "Client"})").id();
-    const auto bare = done("create_project", R"({"name": "Bare"})").id();
-    const auto project = done("create_project", object(R"("name": "Project", "clientId": "{}")", client)).id();
-    const auto make = [&](const std::string& more) {
-        return done("create_task", object(R"("title": "T", "projectId": "{}"{})", project, more)).id();
-    };
-    const auto open = make(R"(, "dueDate": "2026-01-14T12:00:00Z")");
-    make(R"(, "status": 3, "dueDate": "2026-01-14T12:00:00Z")");
-    done("add_task_comment", object(R"("taskId": "{}", "text": "C")", open));
-    const std::string hour = R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T11:00:30Z")";
-    done("log_time", object(R"({}, "taskId": "{}")", hour, open));
-    done("log_time", object(R"({}, "projectId": "{}")", hour, project));
-    done("update_project", object(R"("projectId": "{}", "isArchived": true)", project));
+    const auto client = add("create_client", R"("name": "Client")");
+    const auto bare = add("create_project", R"("name": "Bare")");
+    const auto project = add("create_project", R"("name": "Project", "clientId": "{}")", client);
+    const std::string work =
+        fmt::format(R"("title": "T", "dueDate": "2026-01-14T12:00:00Z", "projectId": "{}")", project);
+    const auto open = add("create_task", "{}", work);
+    done("create_task", R"({}, "status": 3)", work);
+    done("add_task_comment", R"("taskId": "{}", "text": "C")", open);
+    for (const std::string& link :
+         {fmt::format(R"("taskId": "{}")", open), fmt::format(R"("projectId": "{}")", project)})
+        done("log_time", R"("startTime": "2026-01-15T10:00:00Z", "endTime": "2026-01-15T11:00:30Z", {})", link);
+    done("update_project", R"("projectId": "{}", "isArchived": true)", project);
 
     const Json overview = read("quillorn://overview");
     EXPECT_EQ(
@@ -163,10 +155,7 @@ TEST_F(MCPTest, everythingTakesAsManyStatementsForManyRowsAsForFew) {
         TestStore fresh;
         MCPServer crowded{{*fresh.container, clock, text, calendar, fresh.random}};
         StoreIds ids;
-        {
-            ModelContext context(*fresh.container, ModelContext::Intent::update);
-            ids = crowd(context, count);
-        }
+        change(*fresh.container, [&](ModelContext& context) { ids = crowd(context, count); });
         std::map<std::string, std::uint64_t> counts;
         const auto measure = [&](const std::string& name, const std::string& method, const std::string& params) {
             const auto before = fresh.container->executedStatements();

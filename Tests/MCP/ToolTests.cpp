@@ -4,25 +4,15 @@
 namespace quillorn {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-const Json absent;
-
-struct MCPToolTest : MCPTest {
-    std::string add(const std::string& tool, const std::string& arguments) { return done(tool, arguments).id(); }
-    std::string addTask(const std::string& title) { return add("create_task", object(R"("title": "{}")", title)); }
-    ToolResult ofTask(const std::string& tool, const std::string& id) {
-        return done(tool, object(R"("taskId": "{}")", id));
-    }
-};
+using MCPToolTest = MCPTest;
 
 TEST_F(MCPToolTest, faultsHaveTheirWords) {
-    const auto task = addTask("Task");
-    const auto child = add("add_subtask", object(R"("parentTaskId": "{}", "title": "Child")", task));
-    const auto grandchild = add("add_subtask", object(R"("parentTaskId": "{}", "title": "Grandchild")", child));
-    const auto note = add("create_note", R"({"title": "No comment"})");
+    const auto task = add("create_task", R"("title": "Task")");
+    const auto child = add("add_subtask", R"("parentTaskId": "{}", "title": "Child")", task);
+    const auto grandchild = add("add_subtask", R"("parentTaskId": "{}", "title": "Grandchild")", child);
+    const auto note = add("create_note", R"("title": "No comment")");
     const struct {
         std::string tools; // all of them say the same
         std::string arguments, words;
@@ -91,236 +81,201 @@ TEST_F(MCPToolTest, faultsHaveTheirWords) {
 }
 
 TEST_F(MCPToolTest, clientsAndProjectsLiveAndAreArchived) {
-    const auto zoe = done("create_client", R"({"name": "Zoe"})");
-    EXPECT_EQ(zoe["color"], Json("#007AFF"));
-    EXPECT_EQ(zoe["icon"], Json("building.2.fill"));
-    const auto adam = add("create_client", R"({"name": "adam", "description": "D", "color": "red", "icon": "star"})");
+    done("create_client", R"("name": "Zoe")").expect(R"("color": "#007AFF", "icon": "building.2.fill")");
+    const auto made = done("create_client", R"("name": "adam", "description": "D", "color": "red", "icon": "star")");
+    made.expect(R"("description": "D", "color": "red", "icon": "star")");
+    const auto adam = made.id();
     EXPECT_THAT(done("list_clients").all("name"), ElementsAre("adam", "Zoe"));
-    EXPECT_THAT(done("list_clients", R"({"name": "ZO"})").all("name"), ElementsAre("Zoe"));
+    EXPECT_THAT(done("list_clients", R"("name": "ZO")").all("name"), ElementsAre("Zoe"));
 
-    const auto first = add("create_project", object(R"("name": "First", "clientId": "{}")", adam));
-    const auto second = done("create_project", object(R"("name": "Second", "clientId": "{}")", adam));
-    EXPECT_EQ(second["clientId"], Json(adam));
+    const auto first = add("create_project", R"("name": "First", "clientId": "{}")", adam);
+    done("create_project", R"("name": "Second", "clientId": "{}")", adam).expect(R"("clientId": "{}")", adam);
     EXPECT_EQ(foreign.integer("SELECT max(sortOrder) - min(sortOrder) FROM Project"), 1); // each at the end
-    clock.advance(std::chrono::hours(1));
-    const auto changed =
-        done("update_project", object(R"("projectId": "{}", "name": "One", "isArchived": true)", first));
-    EXPECT_EQ(changed["name"], Json("One"));
-    EXPECT_EQ(changed["updatedAt"], Json("2026-01-15T13:00:00Z"));
-    EXPECT_EQ(changed["createdAt"], Json("2026-01-15T12:00:00Z"));
-    EXPECT_THAT(done("list_projects", object(R"("clientId": "{}")", adam)).all("name"), ElementsAre("Second"));
-    EXPECT_THAT(done("list_projects", R"({"includeArchived": true, "name": "on"})").all("name"),
+    clock.advance(1h);
+    done("update_project", R"("projectId": "{}", "name": "One", "isArchived": true)", first)
+        .expect(R"("name": "One", "updatedAt": "2026-01-15T13:00:00Z", "createdAt": "2026-01-15T12:00:00Z")");
+    EXPECT_THAT(done("list_projects", R"("clientId": "{}")", adam).all("name"), ElementsAre("Second"));
+    EXPECT_THAT(done("list_projects", R"("includeArchived": true, "name": "on")").all("name"),
                 ElementsAre("One", "Second"));
-    EXPECT_EQ(done("get_project", object(R"("projectId": "{}")", first))["isArchived"], Json(true));
+    done("get_project", R"("projectId": "{}")", first).expect(R"("isArchived": true)");
 
-    const auto gone = done("update_client", object(R"("clientId": "{}", "name": "", "isArchived": true)", adam));
-    EXPECT_EQ(gone["name"], Json(""));
-    EXPECT_EQ(gone["description"], Json("D"));
+    done("update_client", R"("clientId": "{}", "name": "", "isArchived": true)", adam)
+        .expect(R"("name": "", "description": "D")");
     EXPECT_THAT(done("list_projects").all("name"), IsEmpty());
     EXPECT_THAT(done("list_clients").all("name"), ElementsAre("Zoe"));
-    EXPECT_THAT(done("list_clients", R"({"includeArchived": true})").all("name"), ElementsAre("", "Zoe"));
-    EXPECT_EQ(done("get_client", object(R"("clientId": "{}")", adam))["projectCount"], Json(2));
+    EXPECT_THAT(done("list_clients", R"("includeArchived": true)").all("name"), ElementsAre("", "Zoe"));
+    done("get_client", R"("clientId": "{}")", adam).expect(R"("projectCount": 2)");
 }
 
 TEST_F(MCPToolTest, tasksAreMadeChangedAndFound) {
-    const auto project = add("create_project", R"({"name": "Project"})");
-    const auto other = add("create_project", R"({"name": "Other"})");
+    const auto project = add("create_project", R"("name": "Project")");
+    const auto other = add("create_project", R"("name": "Other")");
     const auto plain =
-        done("create_task", R"({"title": "Plain", "dueDate": "soon", "projectId": "no id", "priority": 9})");
-    EXPECT_EQ(plain["priority"], Json(1));
-    EXPECT_EQ(plain["status"], Json(0));
-    EXPECT_EQ(plain["dueDate"], absent);
-    EXPECT_EQ(plain["projectId"], absent);
-    const auto full = done("create_task", object(R"("title": "Full", "description": "D", "priority": 3, "status": 3,
+        done("create_task", R"("title": "Plain", "dueDate": "soon", "projectId": "no id", "priority": 9)");
+    plain.expect(R"("priority": 1, "status": 0, "dueDate": null, "projectId": null)");
+    const auto fullTask = done("create_task", R"("title": "Full", "description": "D", "priority": 3, "status": 3,
         "dueDate": "2026-01-14T10:00:00+02:00", "projectId": "{}")",
-                                                 project));
-    EXPECT_EQ(full["dueDate"], Json("2026-01-14T08:00:00Z"));
-    EXPECT_EQ(full["completedAt"], Json("2026-01-15T12:00:00Z"));
+                               project);
+    fullTask.expect(R"("dueDate": "2026-01-14T08:00:00Z", "completedAt": "2026-01-15T12:00:00Z")");
+    const auto full = fullTask.id();
 
     // A new subtask takes its parent's project, unless it is given another; one that moves below a parent keeps its
     // own.
     const auto under = [&](const std::string& tool, const std::string& more = "") {
-        return done(tool, object(R"("title": "Sub", "parentTaskId": "{}"{})", full.id(), more));
+        return done(tool, R"("title": "Sub", "parentTaskId": "{}"{})", full, more);
     };
-    EXPECT_EQ(under("add_subtask")["projectId"], Json(project));
-    EXPECT_EQ(under("create_task")["projectId"], Json(project));
-    const auto sub = under("create_task", fmt::format(R"(, "projectId": "{}")", other));
-    EXPECT_EQ(sub["projectId"], Json(other));
-    EXPECT_EQ(sub["depth"], Json(1));
-    clock.advance(std::chrono::hours(1));
-    const auto moved =
-        done("convert_to_subtask", object(R"("taskId": "{}", "parentTaskId": "{}")", plain.id(), sub.id()));
-    EXPECT_EQ(moved["projectId"], absent);
-    EXPECT_EQ(moved["depth"], Json(2));
-    EXPECT_EQ(moved["updatedAt"], Json("2026-01-15T13:00:00Z"));
-    EXPECT_EQ(ofTask("list_subtasks", full.id()).all("title").size(), 3U);
-    done("complete_task", object(R"("taskId": "{}")", sub.id()));
-    EXPECT_EQ(ofTask("list_subtasks", full.id()).all("title").size(), 2U);
-    EXPECT_EQ(done("list_subtasks", object(R"("taskId": "{}", "includeCompleted": true)", full.id())).all("id").size(),
-              3U);
+    for (const char* tool : {"add_subtask", "create_task"})
+        under(tool).expect(R"("projectId": "{}")", project);
+    const auto made = under("create_task", fmt::format(R"(, "projectId": "{}")", other));
+    made.expect(R"("projectId": "{}", "depth": 1)", other);
+    const auto sub = made.id();
+    clock.advance(1h);
+    done("convert_to_subtask", R"("taskId": "{}", "parentTaskId": "{}")", plain.id(), sub)
+        .expect(R"("projectId": null, "depth": 2, "updatedAt": "2026-01-15T13:00:00Z")");
+    EXPECT_EQ(ofTask("list_subtasks", full).all("title").size(), 3U);
+    ofTask("complete_task", sub);
+    EXPECT_EQ(ofTask("list_subtasks", full).all("title").size(), 2U);
+    EXPECT_EQ(done("list_subtasks", R"("taskId": "{}", "includeCompleted": true)", full).all("id").size(), 3U);
 
-    const auto reopened = done("update_task", object(R"("taskId": "{}", "title": "", "status": 2, "parentTaskId": "",
-        "priority": 7, "dueDate": "never")",
-                                                     sub.id()));
-    EXPECT_EQ(reopened["title"], Json(""));
-    EXPECT_EQ(reopened["status"], Json(2));
-    EXPECT_EQ(reopened["completedAt"], absent);
-    EXPECT_EQ(reopened["parentTaskId"], absent);
-    EXPECT_EQ(reopened["priority"], Json(1));
-    const auto back = done("update_task", object(R"("taskId": "{}", "parentTaskId": "{}", "projectId": "{}")", sub.id(),
-                                                 full.id(), project));
-    EXPECT_EQ(back["parentTaskId"], Json(full.id()));
-    EXPECT_EQ(back["projectId"], Json(project));
-    EXPECT_EQ(ofTask("incomplete_task", full.id())["status"], Json(0));
+    done("update_task", R"("taskId": "{}", "title": "", "status": 2, "parentTaskId": "", "priority": 7,
+        "dueDate": "never")",
+         sub)
+        .expect(R"("title": "", "status": 2, "completedAt": null, "parentTaskId": null, "priority": 1)");
+    done("update_task", R"("taskId": "{}", "parentTaskId": "{}", "projectId": "{}")", sub, full, project)
+        .expect(R"("parentTaskId": "{}", "projectId": "{}")", full, project);
+    ofTask("incomplete_task", full).expect(R"("status": 0)");
 
-    const struct {
-        std::string filter;
-        std::size_t count;
-    } searches[] = {{"", 5},
-                    {R"("title": "SUB")", 2},
-                    {fmt::format(R"("projectId": "{}")", project), 4},
-                    {R"("status": 2)", 1},
-                    {R"("status": "2")", 5}, // of another form: absent
-                    {R"("status": 9)", 0},
-                    {R"("priority": 3, "completed": false)", 1},
-                    {R"("completed": true)", 0},
-                    {fmt::format(R"("tagId": "{}")", unknownId), 0}};
-    for (const auto& [filter, count] : searches)
-        EXPECT_EQ(done("list_tasks", "{" + filter + "}").all("id").size(), count) << filter;
-    done("update_project", object(R"("projectId": "{}", "isArchived": true)", project));
+    const std::pair<std::size_t, std::string> searches[] = {{5, ""},
+                                                            {2, R"("title": "SUB")"},
+                                                            {4, fmt::format(R"("projectId": "{}")", project)},
+                                                            {1, R"("status": 2)"},
+                                                            {5, R"("status": "2")"}, // of another form: absent
+                                                            {0, R"("status": 9)"},
+                                                            {1, R"("priority": 3, "completed": false)"},
+                                                            {0, R"("completed": true)"},
+                                                            {0, fmt::format(R"("tagId": "{}")", unknownId)}};
+    for (const auto& [count, filter] : searches)
+        EXPECT_EQ(done("list_tasks", "{}", filter).all("id").size(), count) << filter;
+    done("update_project", R"("projectId": "{}", "isArchived": true)", project);
     EXPECT_THAT(done("list_tasks").all("title"), ElementsAre("Plain"));
-    EXPECT_EQ(done("list_tasks", R"({"includeArchived": true})").all("id").size(), 5U);
-    EXPECT_EQ(ofTask("get_task", full.id())["subtaskCount"], Json(3));
+    EXPECT_EQ(done("list_tasks", R"("includeArchived": true)").all("id").size(), 5U);
+    ofTask("get_task", full).expect(R"("subtaskCount": 3)");
 }
 
 TEST_F(MCPToolTest, commentsComeNewestFirstAndTouchTheirTask) {
-    const auto project = add("create_project", R"({"name": "Project"})");
-    const auto task = add("create_task", object(R"("title": "Task", "projectId": "{}")", project));
-    clock.advance(std::chrono::minutes(1));
-    done("add_task_comment", object(R"("taskId": "{}", "text": " First \n")", task));
-    EXPECT_EQ(ofTask("get_task", task)["updatedAt"], Json("2026-01-15T12:01:00Z"));
-    clock.advance(std::chrono::minutes(1));
-    const auto second = done("add_task_comment", object(R"("taskId": "{}", "text": "Second")", task));
-    EXPECT_EQ(second["title"], Json(""));
-    EXPECT_EQ(second["projectId"], Json(project));
+    const auto project = add("create_project", R"("name": "Project")");
+    const auto task = add("create_task", R"("title": "Task", "projectId": "{}")", project);
+    clock.advance(1min);
+    done("add_task_comment", R"("taskId": "{}", "text": " First \n")", task);
+    ofTask("get_task", task).expect(R"("updatedAt": "2026-01-15T12:01:00Z")");
+    clock.advance(1min);
+    const auto second = done("add_task_comment", R"("taskId": "{}", "text": "Second")", task);
+    second.expect(R"("title": "", "projectId": "{}")", project);
     EXPECT_THAT(ofTask("list_task_comments", task).all("content"), ElementsAre("Second", "First"));
-    clock.advance(std::chrono::minutes(1));
-    EXPECT_EQ(done("delete_task_comment", object(R"("commentId": "{}")", second.id())).text, R"({"deleted": true})");
+    clock.advance(1min);
+    EXPECT_EQ(done("delete_task_comment", R"("commentId": "{}")", second.id()).text, R"({"deleted": true})");
     EXPECT_THAT(ofTask("list_task_comments", task).all("content"), ElementsAre("First"));
-    EXPECT_EQ(ofTask("get_task", task)["updatedAt"], Json("2026-01-15T12:03:00Z"));
+    ofTask("get_task", task).expect(R"("updatedAt": "2026-01-15T12:03:00Z")");
 }
 
 TEST_F(MCPToolTest, timeIsTrackedAndLogged) {
-    const auto project = add("create_project", R"({"name": "Project"})");
-    const auto task = add("create_task", object(R"("title": "Task", "projectId": "{}", "status": 3)", project));
+    const auto project = add("create_project", R"("name": "Project")");
+    const auto task = add("create_task", R"("title": "Task", "projectId": "{}", "status": 3)", project);
     const auto bare = done("start_timer");
-    EXPECT_EQ(bare["isRunning"], Json(true));
-    EXPECT_EQ(bare["taskId"], absent);
-    EXPECT_EQ(bare["projectId"], absent);
-    const auto onTask = done("start_timer", object(R"("taskId": "{}", "notes": "N", "projectId": "none")", task));
-    EXPECT_EQ(ofTask("get_task", task)["status"], Json(1)); // completed before, and open again
-    EXPECT_EQ(ofTask("get_task", task)["isCompleted"], Json(false));
-    EXPECT_EQ(done("list_time_entries", R"({"running": true})").all("id").size(), 2U); // the first one runs on
+    bare.expect(R"("isRunning": true, "taskId": null, "projectId": null)");
+    done("start_timer", R"("taskId": "{}", "notes": "N", "projectId": "none")", task).expect(R"("notes": "N")");
+    ofTask("get_task", task).expect(R"("status": 1, "isCompleted": false)");         // completed before, and open again
+    EXPECT_EQ(done("list_time_entries", R"("running": true)").all("id").size(), 2U); // the first one runs on
 
-    const auto stop = [&] { return done("stop_timer", object(R"("timeEntryId": "{}")", bare.id()))["endTime"]; };
-    clock.advance(std::chrono::minutes(5));
-    EXPECT_EQ(stop(), Json("2026-01-15T12:05:00Z"));
-    clock.advance(std::chrono::minutes(5));
-    EXPECT_EQ(stop(), Json("2026-01-15T12:10:00Z"));
+    for (const char* end : {"2026-01-15T12:05:00Z", "2026-01-15T12:10:00Z"}) {
+        clock.advance(5min);
+        done("stop_timer", R"("timeEntryId": "{}")", bare.id()).expect(R"("endTime": "{}")", end);
+    }
 
-    const auto logged = done("log_time", object(R"("startTime": "2026-01-15T10:00:00Z", "notes": "L",
+    const auto logged = done("log_time", R"("startTime": "2026-01-15T10:00:00Z", "notes": "L",
         "endTime": "2026-01-15T09:00:00Z", "taskId": "{}", "projectId": "{}")",
-                                                unknownId, project));
-    EXPECT_EQ(logged["taskId"], absent);
-    EXPECT_EQ(logged["projectId"], Json(project));
-    EXPECT_EQ(logged["duration"], Json(-3600.0));
-    const auto changed = done("update_time_entry", object(R"("timeEntryId": "{}", "notes": "M", "startTime": "no date",
+                             unknownId, project);
+    logged.expect(R"("taskId": null, "projectId": "{}", "duration": -3600.0, "notes": "L")", project);
+    done("update_time_entry", R"("timeEntryId": "{}", "notes": "M", "startTime": "no date",
         "endTime": "2026-01-15T11:00:00Z", "taskId": "{}")",
-                                                          logged.id(), task));
-    EXPECT_EQ(changed["notes"], Json("M"));
-    EXPECT_EQ(changed["duration"], Json(3600.0));
-    EXPECT_EQ(changed["taskId"], absent);
+         logged.id(), task)
+        .expect(R"("notes": "M", "duration": 3600.0, "taskId": null)");
 
     const auto count = [&](const std::string& filter) {
-        return done("list_time_entries", "{" + filter + "}").all("id").size();
+        return done("list_time_entries", "{}", filter).all("id").size();
     };
     EXPECT_EQ(count(fmt::format(R"("taskId": "{}")", task)), 1U);
     EXPECT_EQ(count(fmt::format(R"("projectId": "{}")", project)), 2U); // its own and its task's
-    done("update_project", object(R"("projectId": "{}", "isArchived": true)", project));
+    done("update_project", R"("projectId": "{}", "isArchived": true)", project);
     EXPECT_EQ(count(""), 1U);
     EXPECT_EQ(count(R"("includeArchived": true)"), 3U);
-    done("delete_time_entry", object(R"("timeEntryId": "{}")", logged.id()));
+    done("delete_time_entry", R"("timeEntryId": "{}")", logged.id());
     EXPECT_EQ(count(R"("includeArchived": true)"), 2U);
 }
 
 TEST_F(MCPToolTest, notesAreWrittenPinnedAndSearched) {
-    const auto project = add("create_project", R"({"name": "Project"})");
-    const auto note = done("create_note");
-    EXPECT_EQ(note["title"], Json("Untitled Note"));
-    EXPECT_EQ(note["content"], Json(""));
-    const auto ofNote = object(R"("noteId": "{}")", note.id());
-    clock.advance(std::chrono::minutes(1));
-    const auto changed =
-        done("update_note", object(R"("noteId": "{}", "content": "Über", "projectId": "{}")", note.id(), project));
-    EXPECT_EQ(changed["updatedAt"], Json("2026-01-15T12:01:00Z"));
-    EXPECT_EQ(changed["projectId"], Json(project));
-    EXPECT_EQ(done("toggle_pin_note", ofNote)["isPinned"], Json(true));
-    done("create_note", R"({"title": "Überall", "content": "C"})");
-    EXPECT_THAT(done("search_notes", R"({"search": "über"})").all("title"),
+    const auto project = add("create_project", R"("name": "Project")");
+    const auto made = done("create_note");
+    made.expect(R"("title": "Untitled Note", "content": "")");
+    const auto note = made.id();
+    const auto ofNote = [&](const char* tool) { return done(tool, R"("noteId": "{}")", note); };
+    clock.advance(1min);
+    done("update_note", R"("noteId": "{}", "content": "Über", "projectId": "{}")", note, project)
+        .expect(R"("updatedAt": "2026-01-15T12:01:00Z", "projectId": "{}")", project);
+    ofNote("toggle_pin_note").expect(R"("isPinned": true)");
+    done("create_note", R"("title": "Überall", "content": "C")");
+    EXPECT_THAT(done("search_notes", R"("search": "über")").all("title"),
                 UnorderedElementsAre("Überall", "Untitled Note"));
-    EXPECT_THAT(done("search_notes", R"({"pinned": true})").all("title"), ElementsAre("Untitled Note"));
-    EXPECT_THAT(done("search_notes", object(R"("projectId": "{}")", project)).all("id"), ElementsAre(note.id()));
-    done("update_project", object(R"("projectId": "{}", "isArchived": true)", project));
+    EXPECT_THAT(done("search_notes", R"("pinned": true)").all("title"), ElementsAre("Untitled Note"));
+    EXPECT_THAT(done("search_notes", R"("projectId": "{}")", project).all("id"), ElementsAre(note));
+    done("update_project", R"("projectId": "{}", "isArchived": true)", project);
     EXPECT_THAT(done("search_notes").all("title"), ElementsAre("Überall"));
-    EXPECT_EQ(done("search_notes", R"({"includeArchived": true})").all("id").size(), 2U);
-    EXPECT_EQ(done("toggle_pin_note", ofNote)["isPinned"], Json(false));
-    EXPECT_EQ(done("get_note", ofNote)["content"], Json("Über"));
-    EXPECT_EQ(done("delete_note", ofNote).text, R"({"deleted": true})");
-    EXPECT_EQ(faultOf("get_note", ofNote), "Note not found: " + note.id());
+    EXPECT_EQ(done("search_notes", R"("includeArchived": true)").all("id").size(), 2U);
+    ofNote("toggle_pin_note").expect(R"("isPinned": false)");
+    ofNote("get_note").expect(R"("content": "Über")");
+    EXPECT_EQ(ofNote("delete_note").text, R"({"deleted": true})");
+    EXPECT_EQ(faultOf("get_note", object(R"("noteId": "{}")", note)), "Note not found: " + note);
 }
 
 TEST_F(MCPToolTest, tagsAreOnTasksOnce) {
-    const auto task = addTask("Task");
-    const auto red = add("create_tag", R"({"name": "red", "color": "any text"})");
-    const auto blue = add("create_tag", R"({"name": "Blue"})");
-    clock.advance(std::chrono::minutes(1));
+    const auto task = add("create_task", R"("title": "Task")");
+    const auto red = add("create_tag", R"("name": "red", "color": "any text")");
+    const auto blue = add("create_tag", R"("name": "Blue")");
+    const auto tagCount = [](const ToolResult& result) { return result["tags"].asArray()->size(); };
+    clock.advance(1min);
     const auto tagged =
-        done("add_tags_to_task", object(R"("taskId": "{0}", "tagIds": ["{1}", "{2}", "{1}"])", task, red, blue));
-    EXPECT_EQ(tagged["tags"].asArray()->size(), 2U);
-    EXPECT_EQ(tagged["updatedAt"], Json("2026-01-15T12:01:00Z"));
-    EXPECT_EQ(
-        done("add_tags_to_task", object(R"("taskId": "{}", "tagIds": ["{}"])", task, red))["tags"].asArray()->size(),
-        2U);
+        done("add_tags_to_task", R"("taskId": "{0}", "tagIds": ["{1}", "{2}", "{1}"])", task, red, blue);
+    EXPECT_EQ(tagCount(tagged), 2U);
+    tagged.expect(R"("updatedAt": "2026-01-15T12:01:00Z")");
+    EXPECT_EQ(tagCount(done("add_tags_to_task", R"("taskId": "{}", "tagIds": ["{}"])", task, red)), 2U);
     EXPECT_THAT(done("list_tags").all("name"), ElementsAre("Blue", "red"));
-    EXPECT_THAT(done("list_tags", R"({"name": "RE"})").all("taskCount"), ElementsAre(1));
-    EXPECT_EQ(done("update_tag", object(R"("tagId": "{}", "name": "Rot")", red))["color"], Json("any text"));
+    EXPECT_THAT(done("list_tags", R"("name": "RE")").all("taskCount"), ElementsAre(1));
+    done("update_tag", R"("tagId": "{}", "name": "Rot")", red).expect(R"("name": "Rot", "color": "any text")");
 
     const auto byTag = [&](const std::string& more = "") {
-        return done("list_tasks_by_tag", object(R"("tagId": "{}"{})", red, more)).all("title");
+        return done("list_tasks_by_tag", R"("tagId": "{}"{})", red, more).all("title");
     };
     EXPECT_THAT(byTag(), ElementsAre("Task"));
-    const auto project = add("create_project", R"({"name": "Project"})");
-    done("update_task", object(R"("taskId": "{}", "projectId": "{}")", task, project));
-    done("update_project", object(R"("projectId": "{}", "isArchived": true)", project));
+    const auto project = add("create_project", R"("name": "Project")");
+    done("update_task", R"("taskId": "{}", "projectId": "{}")", task, project);
+    done("update_project", R"("projectId": "{}", "isArchived": true)", project);
     EXPECT_THAT(byTag(), IsEmpty());
     EXPECT_THAT(byTag(R"(, "includeArchived": true)"), ElementsAre("Task"));
 
-    clock.advance(std::chrono::minutes(1));
-    const auto untagged = done("remove_tag_from_task", object(R"("taskId": "{}", "tagId": "{}")", task, unknownId));
-    EXPECT_EQ(untagged["tags"].asArray()->size(), 2U);
-    EXPECT_EQ(untagged["updatedAt"], Json("2026-01-15T12:02:00Z"));
-    EXPECT_EQ(
-        done("remove_tag_from_task", object(R"("taskId": "{}", "tagId": "{}")", task, blue))["tags"].asArray()->size(),
-        1U);
-    EXPECT_EQ(done("delete_tag", object(R"("tagId": "{}")", red)).text, R"({"deleted": true})");
-    EXPECT_THAT(*ofTask("get_task", task)["tags"].asArray(), IsEmpty());
+    clock.advance(1min);
+    const auto untagged = done("remove_tag_from_task", R"("taskId": "{}", "tagId": "{}")", task, unknownId);
+    EXPECT_EQ(tagCount(untagged), 2U);
+    untagged.expect(R"("updatedAt": "2026-01-15T12:02:00Z")");
+    EXPECT_EQ(tagCount(done("remove_tag_from_task", R"("taskId": "{}", "tagId": "{}")", task, blue)), 1U);
+    EXPECT_EQ(done("delete_tag", R"("tagId": "{}")", red).text, R"({"deleted": true})");
+    EXPECT_EQ(tagCount(ofTask("get_task", task)), 0U);
 }
 
 TEST_F(MCPToolTest, aSaveThatFailsIsAToolErrorAndChangesNothing) {
-    const auto task = addTask("Task");
+    const auto task = add("create_task", R"("title": "Task")");
     foreign.execute("CREATE TRIGGER refuse BEFORE UPDATE ON ProjectTask BEGIN SELECT raise(ABORT, 'not today'); END");
     EXPECT_THAT(faultOf("complete_task", object(R"("taskId": "{}")", task)), testing::HasSubstr("not today"));
-    EXPECT_EQ(ofTask("get_task", task)["isCompleted"], Json(false));
+    ofTask("get_task", task).expect(R"("isCompleted": false)");
 }
 
 } // namespace

@@ -30,7 +30,7 @@ struct Oracle {
             return now - other > days{above} && now - other <= days{upTo};
         };
         const auto isBeaten = [&](int above, int upTo, const auto& period) {
-            return std::any_of(all.begin(), all.end(), [&](Date other) {
+            return std::ranges::any_of(all, [&](Date other) {
                 return isIn(other, above, upTo) && other > date && period(other) == period(date);
             });
         };
@@ -42,8 +42,7 @@ struct Oracle {
     }
     std::vector<Date> prune(const std::vector<Date>& all, Date now) const {
         std::vector<Date> pruned;
-        std::copy_if(all.begin(), all.end(), std::back_inserter(pruned),
-                     [&](Date each) { return isPruned(each, all, now); });
+        std::ranges::copy_if(all, std::back_inserter(pruned), [&](Date each) { return isPruned(each, all, now); });
         return pruned;
     }
 
@@ -51,12 +50,7 @@ struct Oracle {
 };
 
 TEST(BackupRetention, keepsWhatTheRuleSaysInAllZones) {
-    struct Case {
-        const char *zone, *locale;
-        int firstWeekday;
-        const char* now;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, int, const char*> cases[] = {
         {"UTC", "en_US", 0, "2026-01-15T12:00:00Z"},
         {"Europe/Berlin", "de_DE", 1, "2026-04-10T22:30:00Z"},       // 23 hours on March 29
         {"America/New_York", "en_US", 0, "2026-11-20T05:00:00Z"},    // 25 hours on November 1
@@ -66,13 +60,13 @@ TEST(BackupRetention, keepsWhatTheRuleSaysInAllZones) {
         {"Asia/Kathmandu", "en_US", 0, "2024-03-31T18:15:00Z"},      // a leap day
         {"Australia/Lord_Howe", "en_AU", 1, "2026-01-03T12:00:00Z"}, // half an hour; the turn of the year
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.zone);
-        const ScopedEnvironment zone("TZ", each.zone);
+    for (const auto& [zone, locale, firstWeekday, instant] : cases) {
+        SCOPED_TRACE(zone);
+        const ScopedEnvironment localZone("TZ", zone);
         tzset();
-        const Calendar calendar(each.zone, each.locale);
-        const Date now = parseISO8601(each.now).value();
-        const Oracle oracle{each.firstWeekday};
+        const Calendar calendar(zone, locale);
+        const Date now = parseISO8601(instant).value();
+        const Oracle oracle{firstWeekday};
         // Up to 90 days back and, as after a clock that was set back, two days ahead; half of them close to others.
         const auto ages =
             rc::gen::oneOf(rc::gen::inRange(-2 * 86'400, 90 * 86'400),

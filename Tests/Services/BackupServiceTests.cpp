@@ -4,18 +4,8 @@
 #include "Services/StoreSnapshot.h"
 #include "Support/Threads.h"
 
-#include <gmock/gmock.h>
-
 namespace quillorn {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::StartsWith;
-namespace fs = std::filesystem;
 
 TEST_F(BackupTest, keepsACompressedCopyOfTheStore) {
     addTag("kept");
@@ -26,18 +16,17 @@ TEST_F(BackupTest, keepsACompressedCopyOfTheStore) {
     EXPECT_TRUE(service->isBackingUp());
     finish();
     EXPECT_THAT(seen, ElementsAre(true, false));
-    EXPECT_THAT(outcome(), MatchesRegex("Backed up [0-9]+ (bytes|KB)"));
+    EXPECT_THAT(outcome(), testing::MatchesRegex("Backed up [0-9]+ (bytes|KB)"));
     EXPECT_EQ(service->lastBackupDate(), clock.now());
     EXPECT_EQ(settings.storedValue("backupLastDate"), Json("2026-01-15T12:00:00Z"));
     EXPECT_EQ(makeService()->lastBackupDate(), clock.now());
 
     ASSERT_THAT(backupNames(), ElementsAre("Quillorn-20260115-1300.store.lzfse"));
-    const fs::path backup = backups() / backupNames()[0];
-    EXPECT_EQ(fs::status(backup).permissions(), fs::perms(0600));
+    const fs::path kept = backups() / backupNames()[0], copy = folder / "copy.store";
+    EXPECT_EQ(fs::status(kept).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(backups()).permissions(), fs::perms(0700));
     EXPECT_TRUE(fs::is_empty(temporary));
-    const fs::path copy = folder / "copy.store";
-    writeFile(copy, decompressLZFSE(readFile(backup), 10'000'000).view());
+    writeFile(copy, decompressLZFSE(readFile(kept), 10'000'000).view());
     EXPECT_TRUE(isHealthySnapshot(copy));
     EXPECT_EQ(ForeignConnection(copy).text("SELECT name FROM Tag"), "kept");
     EXPECT_FALSE(fs::exists(copy.string() + "-wal"));
@@ -59,38 +48,28 @@ TEST_F(BackupTest, isSkippedWhileNothingChanges) {
         setModified(file().string() + "-wal", last + std::chrono::seconds(ahead));
     };
     addTag("so that there is a log");
-    struct Case {
-        const char* last;
+    const struct {
+        bool isFirst, force;
         std::array<int, 3> modified;
-        bool force;
-        const char* outcome;
+        bool isSkipped;
+    } cases[] = {
+        {true, false, {-9, -9, -9}, false}, {false, false, {-9, -9, -9}, true}, {false, false, {0, 0, 0}, true},
+        {false, true, {-9, -9, -9}, false}, {false, false, {1, -9, -9}, false}, {false, false, {-9, 1, -9}, false},
+        {false, false, {-9, -9, 1}, false},
     };
-    const std::string lastText = formatISO8601(last);
-    const Case cases[] = {
-        {nullptr, {-9, -9, -9}, false, "Backed up"},
-        {lastText.c_str(), {-9, -9, -9}, false, "Skipped — no changes since last backup"},
-        {lastText.c_str(), {0, 0, 0}, false, "Skipped — no changes since last backup"},
-        {lastText.c_str(), {-9, -9, -9}, true, "Backed up"},
-        {lastText.c_str(), {1, -9, -9}, false, "Backed up"},
-        {lastText.c_str(), {-9, 1, -9}, false, "Backed up"},
-        {lastText.c_str(), {-9, -9, 1}, false, "Backed up"},
-    };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.outcome);
-        each.last != nullptr ? settings.set("backupLastDate", each.last) : settings.remove("backupLastDate");
-        touch(each.modified[0], each.modified[1], each.modified[2]);
+    for (const auto& [isFirst, force, modified, isSkipped] : cases) {
+        SCOPED_TRACE(testing::PrintToString(modified));
+        isFirst ? settings.remove("backupLastDate") : settings.set("backupLastDate", formatISO8601(last));
+        touch(modified[0], modified[1], modified[2]);
         service = makeService();
-        backUp(each.force);
-        EXPECT_THAT(outcome(), StartsWith(each.outcome));
-        EXPECT_EQ(service->lastBackupDate(), *outcome().c_str() == 'B' ? clock.now() : last);
+        backUp(force);
+        EXPECT_THAT(outcome(), StartsWith(isSkipped ? "Skipped — no changes since last backup" : "Backed up"));
+        EXPECT_EQ(service->lastBackupDate(), isSkipped ? last : clock.now());
     }
     // A store that is not there.
-    container.reset();
-    for (const char* suffix : {"", "-wal", "-shm"})
-        fs::remove(file().string() + suffix);
     settings.remove("backupLastDate");
-    container = StoreSurroundings::open(folder / "elsewhere");
-    service = makeService();
+    letGoOfTheFile();
+    fs::remove(file());
     backUp();
     EXPECT_EQ(outcome(), "Skipped — no store yet");
     EXPECT_FALSE(service->lastBackupDate());
@@ -140,13 +119,9 @@ TEST_F(BackupTest, saysWhatWentWrong) {
         {[&] { fs::create_directories(backups() / "Quillorn-20260115-1300.store.lzfse"); }, "Is a directory"},
     };
     addTag("x");
-    container.reset();
-    const std::string good = readFile(file());
-    for (const char* suffix : {"-wal", "-shm"})
-        fs::remove(file().string() + suffix);
-    container = StoreSurroundings::open(folder / "elsewhere"); // for what else the service wants of one
     settings.set("backupLastDate", "2026-01-01T00:00:00Z");
-    service = makeService();
+    letGoOfTheFile();
+    const std::string good = readFile(file());
     for (const auto& [prepare, words] : cases) {
         fs::remove_all(file());
         fs::remove_all(backups());
@@ -172,15 +147,12 @@ TEST_F(BackupTest, saysWhatWentWrong) {
 
 TEST_F(BackupTest, aCopyWithFaultsIsNotKept) {
     addTag("a");
-    backUp();
-    const std::string before = readFile(backups() / backupNames()[0]);
+    const std::string before = readFile(backup());
     ForeignConnection(file()).execute("CREATE TABLE odd (x         ); INSERT INTO odd VALUES (NULL)");
-    container.reset();
-    container = StoreSurroundings::open(folder / "elsewhere");
+    letGoOfTheFile();
     std::string bytes = readFile(file());
     bytes.replace(bytes.find("x         )"), 11, "x NOT NULL)");
     writeFile(file(), bytes);
-    service = makeService();
     const fs::path old = backups() / "Quillorn-20200101-0000.store.lzfse";
     writeFile(old, "");
     backUp();
@@ -195,21 +167,24 @@ TEST_F(BackupTest, aCopyWithFaultsIsNotKept) {
 TEST_F(BackupTest, thinsOutTheFolder) {
     fs::create_directory(backups());
     const auto named = [](const char* minute) { return "Quillorn-" + std::string(minute) + ".store.lzfse"; };
-    const std::string kept[] = {named("20260115-0100"), named("20260110-1400"), named("20270101-0000"),
-                                // none of ours
-                                named("notadate"), named("20260230-1200"), named("20250101-2400"),
-                                named("20250101-1260"), named("2025010-11200"), named("20250101-1200 "),
-                                "other.store.lzfse", "Quillorn-20250101-1200.store", "Quillorn-.store.lzfse"};
-    const std::string pruned[] = {named("20260110-1359"), named("20250101-1200")};
+    std::vector<std::string> kept{named("20260115-0100"), named("20260110-1400"), named("20270101-0000")};
+    // None of ours:
+    for (const char* minute :
+         {"notadate", "20250230-1200", "20250101-2400", "20250101-1260", "2025010-11200", "20250103-1200 "})
+        kept.push_back(named(minute));
+    for (const char* name : {"other.store.lzfse", "Quillorn-20250102-1200.store.lzfsx", "Quillorn-20250101-1200.store",
+                             "Quillorn-.store.lzfse"})
+        kept.emplace_back(name);
     for (const auto& name : kept)
         writeFile(backups() / name, "");
-    for (const auto& name : pruned)
-        writeFile(backups() / name, "");
+    for (const char* minute : {"20260110-1359", "20250101-1200"})
+        writeFile(backups() / named(minute), "");
+    kept.push_back(named("20250104-1200"));
+    fs::create_directory(backups() / kept.back());
     backUp();
     EXPECT_THAT(outcome(), testing::EndsWith(", pruned 2 old"));
-    std::vector<std::string> expected(std::begin(kept), std::end(kept));
-    expected.push_back(named("20260115-1300"));
-    EXPECT_THAT(backupNames(), testing::UnorderedElementsAreArray(expected));
+    kept.push_back(named("20260115-1300"));
+    EXPECT_THAT(backupNames(), testing::UnorderedElementsAreArray(kept));
     EXPECT_EQ(pruneBackups(folder / "missing", clock.now(), calendar), 0U);
     // A name is the first of two instants that have it, and the later of none.
     EXPECT_EQ(dateOfBackup(named("20261025-0230"), calendar), date("2026-10-25T00:30:00Z"));
@@ -221,7 +196,8 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     const fs::path mine = folder / "mine";
     EXPECT_EQ(service->backupFolderURL(), backups());
     EXPECT_THROW(service->setBackupFolder(mine), BackupError) << "it is not there";
-    EXPECT_THROW(service->setBackupFolder("relative"), BackupError);
+    EXPECT_THROW(service->setBackupFolder("."), BackupError) << "it is relative";
+    EXPECT_THROW(service->setBackupFolder(file()), BackupError) << "it is a file";
     EXPECT_FALSE(service->isBackupFolderAccessLost());
     fs::create_directory(mine);
     service->setBackupFolder(mine);
@@ -229,7 +205,7 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     EXPECT_FALSE(service->isBackupFolderAccessLost());
     backUp();
     EXPECT_EQ(std::distance(fs::directory_iterator(mine), {}), 1);
-    for (const auto& [chosen, isLost] : {std::pair(mine / "new", false), {folder / "no/such", true}, {"mine", true}}) {
+    for (const auto& [chosen, isLost] : {std::pair(mine / "new", false), {folder / "no/such", true}, {".", true}}) {
         settings.set("backupFolderPath", chosen.string());
         EXPECT_EQ(service->isBackupFolderAccessLost(), isLost) << chosen;
         EXPECT_EQ(service->backupFolderURL(), isLost ? backups() : chosen);

@@ -11,14 +11,22 @@
 #include "Support/StoreTest.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <thread>
 
 namespace quillorn {
 
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
 /// A store with a service, and a folder for temporary files whose name is a trap for SQL.
 struct BackupTest : testing::Test, TestStore {
-    BackupTest() { std::filesystem::create_directory(temporary); }
+    BackupTest() { fs::create_directory(temporary); }
 
     std::unique_ptr<BackupService> makeService(bool schedule = false) {
         return std::make_unique<BackupService>(BackupEnvironment{clock, calendar, settings, queue, log}, file(),
@@ -35,7 +43,7 @@ struct BackupTest : testing::Test, TestStore {
         service->runBackup(force);
         finish();
     }
-    void restore(const std::filesystem::path& backup) {
+    void restore(const fs::path& backup) {
         service->restoreFromFile(backup);
         finish();
     }
@@ -44,14 +52,27 @@ struct BackupTest : testing::Test, TestStore {
         EXPECT_FALSE(service->lastResult() && service->lastError());
         return service->lastError() ? "! " + *service->lastError() : service->lastResult().value_or("");
     }
-    std::filesystem::path backups() const { return folder / "Backups"; }
+    fs::path backups() const { return folder / "Backups"; }
     std::vector<std::string> backupNames() const {
         std::vector<std::string> names;
         std::error_code none;
-        for (const auto& entry : std::filesystem::directory_iterator(backups(), none))
+        for (const auto& entry : fs::directory_iterator(backups(), none))
             names.push_back(entry.path().filename());
         std::sort(names.begin(), names.end());
         return names;
+    }
+    /// The newest backup, made now.
+    fs::path backup() {
+        backUp();
+        return backups() / backupNames().back();
+    }
+    /// Leaves the store's file to the test; the service gets another container for what else it wants of one.
+    void letGoOfTheFile() {
+        container.reset();
+        for (const char* suffix : {"-wal", "-shm"})
+            fs::remove(file().string() + suffix);
+        container = StoreSurroundings::open(folder / "elsewhere");
+        service = makeService();
     }
     void addTag(const std::string& name) {
         change(*container, [&](ModelContext& context) { make<Tag>(context, {.name = name}); });
@@ -60,13 +81,13 @@ struct BackupTest : testing::Test, TestStore {
         ModelContext context(*container);
         return namesOf(context.fetch<Tag>());
     }
-    static void setModified(const std::filesystem::path& path, Date date) {
+    static void setModified(const fs::path& path, Date date) {
         const timespec time{std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count(), 0};
         const timespec times[] = {time, time};
         ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
     }
 
-    const std::filesystem::path temporary = folder / "it's temporary";
+    const fs::path temporary = folder / "it's temporary";
     const ScopedEnvironment temporaryFolder{"TMPDIR", temporary.string()};
     FakeClock clock;
     ManualQueue queue{clock};

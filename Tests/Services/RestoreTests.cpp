@@ -5,23 +5,10 @@
 #include "Support/Dice.h"
 #include "Support/FrozenStore.h"
 
-#include <gmock/gmock.h>
-
 namespace quillorn {
 namespace {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
-namespace fs = std::filesystem;
-
-struct RestoreTest : BackupTest {
-    fs::path backup() {
-        backUp();
-        return backups() / backupNames().back();
-    }
-};
+using RestoreTest = BackupTest;
 
 TEST_F(RestoreTest, bringsBackTheDataAndCanBeUndone) {
     MainContext main(*container, queue, log);
@@ -99,10 +86,9 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
     const std::string plain = broken;
     broken.replace(4096, 600, 600, '\x7F');
     const auto database = [&](const std::string& sql) {
-        const fs::path other = folder / "other";
-        fs::remove(other);
-        makeFrozenStore(other, currentSchema(), sql);
-        return std::string(compressLZFSE(readFile(other)).view());
+        const TemporaryFolder other;
+        makeFrozenStore(other / "store", currentSchema(), sql);
+        return std::string(compressLZFSE(readFile(other / "store")).view());
     };
     const std::pair<std::string, std::string> cases[] = {
         {plain, "The data is not compressed with LZFSE"},

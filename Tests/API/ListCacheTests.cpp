@@ -104,10 +104,9 @@ TEST_F(ListCacheTest, whoHasWrittenReadsItAndEachAnswerIsOfOneMoment) {
                 put("/api/tasks/" + tasks[static_cast<std::size_t>(number)], object("\"title\": \"{}\"", title));
                 EXPECT_NE(get("/api/tasks").body.find(title), std::string::npos);
             } else if (number == 2) { // two, of which one is timed, in one commit
-                inStore([&](ModelContext& context) {
+                change(*store.container, [&](ModelContext& context) {
                     for (const std::string& id : {tasks[2], tasks[3]})
                         context.find<ProjectTask>(UUID::parse(id).value())->setTitle(title);
-                    return 0;
                 });
             } else {
                 const auto titles = get("/api/tasks").all("title");
@@ -157,7 +156,7 @@ TEST_F(ListCacheTest, keepsWhatIsAskedForAgainAndFindsRoom) {
     EXPECT_FALSE(isKept("/small"));
 
     const auto [request, before] = visit("/late", now);
-    addTag("blue");
+    change(*store.container, [](ModelContext& context) { make<Tag>(context); });
     EXPECT_FALSE(cache.isCurrent(before));
     visit("/late", now);
     cache.keep(request, before, std::make_shared<ListImage>());

@@ -16,7 +16,7 @@ constexpr std::size_t maximumEntries = 16;
 } // namespace
 
 ListCache::Visit ListCache::visit(const HttpRequest& request, Date now) {
-    // Before the caller begins his snapshot: a commit in between makes his image useless, never wrong.
+    // Before the caller begins its snapshot: a commit in between makes its image useless, never wrong.
     const auto version = m_container.fileVersion();
     if (!version)
         return {};

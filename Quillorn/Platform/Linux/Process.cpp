@@ -14,10 +14,10 @@ std::uint64_t raiseDescriptorLimit() {
     return setrlimit(RLIMIT_NOFILE, &raised) == 0 ? raised.rlim_cur : limit.rlim_cur;
 }
 
+// By default there are up to eight arenas a core, and none but the first gives back what is free at its end. Threads
+// rarely meet in it, since each keeps small blocks of its own.
 void configureMemory() {
-    // By default there are up to eight arenas a core, and none but the first gives back what is free at its end.
-    // Threads rarely meet in it, since each keeps small blocks of its own. NOLINTNEXTLINE(concurrency-mt-unsafe): there
-    // are no other threads yet
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there are no other threads yet
     mallopt(M_ARENA_MAX, 1);
 }
 

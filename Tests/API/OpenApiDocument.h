@@ -22,12 +22,12 @@ class OpenApiDocument {
     /// Knows the keywords that the document uses. Members that the schema doesn't name are faults.
     std::vector<std::string> faultsOf(const Json& value, const Json& schema, const std::string& place = "") const;
     const Json& schema(const std::string& name) const;
+    /// `node`, or what it refers to.
+    const Json& resolve(const Json& node) const;
 
   private:
     OpenApiDocument();
     const Json* operation(const std::string& method, const std::string& path) const;
-    /// `node`, or what it refers to.
-    const Json& resolve(const Json& node) const;
 
     Json m_root;
 };

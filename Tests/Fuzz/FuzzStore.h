@@ -33,7 +33,7 @@ class FuzzStore : public SurroundingsWith<FixedRandom> {
 
   private:
     /// Of another seed: no new record gets the id of one of the beginning.
-    SurroundingsWith<FixedRandom> m_ofOriginal{.random = FixedRandom(2)};
+    SurroundingsWith<FixedRandom> m_ofOriginal{.random = FixedRandom(2), .notifications = {}, .log = {}};
     std::unique_ptr<ModelContainer> m_original;
     std::unique_ptr<ModelContainer> m_container;
     StoreIds m_ids;

@@ -17,7 +17,7 @@ TEST(MCP, anAgentWorksThroughItsDayWithACommonClient) {
     const TemporaryFolder home;
     const ServerProcess server(home.path());
     ProgramProcess agent(home.path(), {.program = QUILLORN_NODE,
-                                       .arguments = {script, fmt::format("http://localhost:{}/mcp", server.port())}});
+                                       .arguments = {script, fmt::format("http://127.0.0.1:{}/mcp", server.port())}});
     EXPECT_EQ(agent.wait(), 0) << agent.errors();
     EXPECT_EQ(agent.output(), "MCP session passed\n");
 }

@@ -1,14 +1,13 @@
 // The list of tasks as the program makes it, without HTTP and phase by phase: what a profiler is put on, and what the
 // floor is compared with on a machine that is not quiet.
 
-#include "API/JsonResponse.h"
-#include "API/TaskDTO.h"
 #include "Models/SchemaVersions.h"
 #include "Models/TaskSearch.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/Text.h"
+#include "Records/TaskDTO.h"
 #include "Stopwatch.h"
 #include "Store/ModelContext.h"
 

@@ -5,6 +5,7 @@ set(QUILLORN_LAYERS
     "HTTP"
     "Store"
     "Models"
+    "Records"
     "API"
     "MCP AI"
     "Services Reminders"
@@ -14,6 +15,8 @@ set(QUILLORN_LAYERS
 # The engines know nothing of each other or of the domain.
 set(QUILLORN_ONLY_HTTP Platform)
 set(QUILLORN_ONLY_Store Platform)
+# What is exchanged is the same on every surface, so it knows no transport.
+set(QUILLORN_ONLY_Records Platform Store Models)
 
 # quillorn_allowed_folders(FOLDER RESULT): the folders that FOLDER may include; NOTFOUND for one without a layer.
 function(quillorn_allowed_folders folder result)

@@ -1,7 +1,7 @@
 #include "API/APIError.h"
 
 #include "API/JsonResponse.h"
-#include "API/Lookup.h"
+#include "Records/Lookup.h"
 
 #include <utility>
 

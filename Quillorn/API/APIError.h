@@ -1,7 +1,7 @@
 #pragma once
 
-#include "API/WireRecord.h"
 #include "HTTP/HttpResponse.h"
+#include "Records/WireRecord.h"
 
 #include <exception>
 #include <functional>

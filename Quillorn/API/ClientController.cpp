@@ -1,9 +1,9 @@
 #include "API/ClientController.h"
 
-#include "API/ClientRequests.h"
-#include "API/Edits.h"
-#include "API/ProjectDTO.h"
 #include "Models/ClientSearch.h"
+#include "Records/ClientRequests.h"
+#include "Records/Edits.h"
+#include "Records/ProjectDTO.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "API/ClientDTO.h"
 #include "API/ResourceController.h"
 #include "Models/Client.h"
+#include "Records/ClientDTO.h"
 
 namespace quillorn {
 

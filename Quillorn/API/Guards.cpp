@@ -1,6 +1,6 @@
 #include "API/Guards.h"
 
-#include "API/URLParts.h"
+#include "Platform/URLParts.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
 #include "API/NoteController.h"
 
-#include "API/Edits.h"
-#include "API/NoteRequests.h"
 #include "Models/NoteSearch.h"
+#include "Records/Edits.h"
+#include "Records/NoteRequests.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "API/NoteDTO.h"
 #include "API/ResourceController.h"
 #include "Models/Note.h"
+#include "Records/NoteDTO.h"
 
 namespace quillorn {
 

@@ -1,15 +1,15 @@
 #include "API/ProjectController.h"
 
-#include "API/Edits.h"
-#include "API/NoteDTO.h"
-#include "API/ProjectRequests.h"
-#include "API/TaskDTO.h"
-#include "API/TimeEntryDTO.h"
 #include "Models/Note.h"
 #include "Models/ProjectSearch.h"
 #include "Models/ProjectTask.h"
 #include "Models/Sorting.h"
 #include "Models/TimeEntry.h"
+#include "Records/Edits.h"
+#include "Records/NoteDTO.h"
+#include "Records/ProjectRequests.h"
+#include "Records/TaskDTO.h"
+#include "Records/TimeEntryDTO.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "API/ProjectDTO.h"
 #include "API/ResourceController.h"
 #include "Models/Project.h"
+#include "Records/ProjectDTO.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "API/APIError.h"
-#include "API/WireRecord.h"
 #include "HTTP/HttpRequest.h"
+#include "Records/WireRecord.h"
 
 #include <cstdint>
 #include <optional>

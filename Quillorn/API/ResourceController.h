@@ -2,10 +2,10 @@
 
 #include "API/ListCache.h"
 #include "API/ListImage.h"
-#include "API/Lookup.h"
+#include "API/ListResponse.h"
 #include "API/RequestHelpers.h"
-#include "API/Rows.h"
 #include "Platform/Clock.h"
+#include "Records/Lookup.h"
 
 #include <memory>
 #include <utility>

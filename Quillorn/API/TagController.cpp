@@ -1,10 +1,10 @@
 #include "API/TagController.h"
 
-#include "API/Edits.h"
-#include "API/TagRequests.h"
-#include "API/TaskDTO.h"
 #include "Models/ProjectTask.h"
 #include "Models/TagSearch.h"
+#include "Records/Edits.h"
+#include "Records/TagRequests.h"
+#include "Records/TaskDTO.h"
 
 namespace quillorn {
 

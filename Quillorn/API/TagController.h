@@ -1,8 +1,8 @@
 #pragma once
 
 #include "API/ResourceController.h"
-#include "API/TagDTO.h"
 #include "Models/Tag.h"
+#include "Records/TagDTO.h"
 
 namespace quillorn {
 

@@ -1,12 +1,12 @@
 #include "API/TaskController.h"
 
-#include "API/Edits.h"
-#include "API/TaskRequests.h"
-#include "API/TimeEntryDTO.h"
 #include "Models/Sorting.h"
 #include "Models/TaskActions.h"
 #include "Models/TaskSearch.h"
 #include "Models/TimeEntry.h"
+#include "Records/Edits.h"
+#include "Records/TaskRequests.h"
+#include "Records/TimeEntryDTO.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "API/ResourceController.h"
-#include "API/TaskDTO.h"
 #include "Models/ProjectTask.h"
+#include "Records/TaskDTO.h"
 
 namespace quillorn {
 

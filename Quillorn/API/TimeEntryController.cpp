@@ -1,8 +1,8 @@
 #include "API/TimeEntryController.h"
 
-#include "API/Edits.h"
-#include "API/TimeEntryRequests.h"
 #include "Models/TimeEntrySearch.h"
+#include "Records/Edits.h"
+#include "Records/TimeEntryRequests.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "API/ResourceController.h"
-#include "API/TimeEntryDTO.h"
 #include "Models/TimeEntry.h"
+#include "Records/TimeEntryDTO.h"
 
 namespace quillorn {
 

@@ -1,8 +1,8 @@
-#include "API/ClientRequests.h"
-#include "API/Edits.h"
-#include "API/Lookup.h"
 #include "MCP/ToolLists.h"
 #include "Models/ClientSearch.h"
+#include "Records/ClientRequests.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
 
 namespace quillorn {
 

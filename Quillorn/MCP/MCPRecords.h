@@ -1,6 +1,6 @@
 #pragma once
 
-#include "API/WireRecord.h"
+#include "Records/WireRecord.h"
 
 #include <optional>
 #include <string>

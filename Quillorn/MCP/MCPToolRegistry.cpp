@@ -1,7 +1,7 @@
 #include "MCP/MCPToolRegistry.h"
 
-#include "API/Lookup.h"
 #include "MCP/ToolLists.h"
+#include "Records/Lookup.h"
 
 #include <utility>
 
@@ -19,8 +19,9 @@ std::string wordsOf(const RecordNotFound& error) {
 MCPToolRegistry::MCPToolRegistry(ToolEnvironment environment) : m_environment(environment) {
     for (const auto list : {clientTools, projectTools, taskTools, timeEntryTools, noteTools, tagTools})
         for (Tool& tool : list()) {
-            m_tools.emplace(tool.definition.name, std::move(tool.run));
-            m_definitions.tools.push_back(std::move(tool.definition));
+            m_tools.emplace(tool.name, std::move(tool.run));
+            m_definitions.tools.push_back(
+                {std::move(tool.name), std::move(tool.description), std::move(tool.parameters)});
         }
 }
 

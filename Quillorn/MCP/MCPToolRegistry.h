@@ -1,6 +1,7 @@
 #pragma once
 
-#include "MCP/Tool.h"
+#include "MCP/MCPRecords.h"
+#include "Records/Tool.h"
 
 #include <map>
 #include <string>

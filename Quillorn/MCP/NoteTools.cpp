@@ -1,8 +1,8 @@
-#include "API/Edits.h"
-#include "API/Lookup.h"
-#include "API/NoteRequests.h"
 #include "MCP/ToolLists.h"
 #include "Models/NoteSearch.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
+#include "Records/NoteRequests.h"
 
 namespace quillorn {
 

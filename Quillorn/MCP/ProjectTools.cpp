@@ -1,8 +1,8 @@
-#include "API/Edits.h"
-#include "API/Lookup.h"
-#include "API/ProjectRequests.h"
 #include "MCP/ToolLists.h"
 #include "Models/ProjectSearch.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
+#include "Records/ProjectRequests.h"
 
 namespace quillorn {
 

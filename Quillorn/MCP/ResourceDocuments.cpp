@@ -1,6 +1,5 @@
 #include "MCP/ResourceDocuments.h"
 
-#include "API/Rows.h"
 #include "MCP/ResourceRecords.h"
 #include "Models/Client.h"
 #include "Models/ClientSearch.h"
@@ -14,6 +13,7 @@
 #include "Models/TimeEntrySearch.h"
 #include "Models/TimeSpent.h"
 #include "Platform/Calendar.h"
+#include "Records/Rows.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "API/ClientDTO.h"
-#include "API/NoteDTO.h"
-#include "API/ProjectDTO.h"
-#include "API/TaskDTO.h"
+#include "Records/ClientDTO.h"
+#include "Records/NoteDTO.h"
+#include "Records/ProjectDTO.h"
+#include "Records/TaskDTO.h"
 
 #include <optional>
 #include <string>

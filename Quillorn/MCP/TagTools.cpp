@@ -1,10 +1,10 @@
-#include "API/Edits.h"
-#include "API/Lookup.h"
-#include "API/TagRequests.h"
 #include "MCP/ToolLists.h"
 #include "Models/TagSearch.h"
 #include "Models/TaskActions.h"
 #include "Models/TaskSearch.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
+#include "Records/TagRequests.h"
 
 #include <algorithm>
 

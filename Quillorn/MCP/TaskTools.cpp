@@ -1,11 +1,11 @@
-#include "API/Edits.h"
-#include "API/Lookup.h"
-#include "API/TaskRequests.h"
 #include "MCP/ToolLists.h"
 #include "Models/Note.h"
 #include "Models/Sorting.h"
 #include "Models/TaskActions.h"
 #include "Models/TaskSearch.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
+#include "Records/TaskRequests.h"
 
 namespace quillorn {
 

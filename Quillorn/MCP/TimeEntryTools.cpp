@@ -1,11 +1,11 @@
-#include "API/Edits.h"
-#include "API/Lookup.h"
-#include "API/TimeEntryRequests.h"
 #include "MCP/ToolLists.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/TaskActions.h"
 #include "Models/TimeEntrySearch.h"
+#include "Records/Edits.h"
+#include "Records/Lookup.h"
+#include "Records/TimeEntryRequests.h"
 
 namespace quillorn {
 

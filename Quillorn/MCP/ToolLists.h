@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MCP/Tool.h"
+#include "Records/Tool.h"
 
 #include <vector>
 

@@ -1,11 +1,11 @@
-#include "API/TaskRequests.h"
+#include "Records/TaskRequests.h"
 
 #include "API/APITest.h"
-#include "API/ClientRequests.h"
-#include "API/NoteRequests.h"
-#include "API/ProjectRequests.h"
-#include "API/TagRequests.h"
-#include "API/TimeEntryRequests.h"
+#include "Records/ClientRequests.h"
+#include "Records/NoteRequests.h"
+#include "Records/ProjectRequests.h"
+#include "Records/TagRequests.h"
+#include "Records/TimeEntryRequests.h"
 
 namespace quillorn {
 namespace {

@@ -1,0 +1,202 @@
+#include "Records/Edits.h"
+
+#include "Models/Client.h"
+#include "Models/Note.h"
+#include "Models/Project.h"
+#include "Models/ProjectOrder.h"
+#include "Models/ProjectTask.h"
+#include "Models/Tag.h"
+#include "Models/TimeEntry.h"
+#include "Records/ClientRequests.h"
+#include "Records/Lookup.h"
+#include "Records/NoteRequests.h"
+#include "Records/ProjectRequests.h"
+#include "Records/Rows.h"
+#include "Records/TagRequests.h"
+#include "Records/TaskRequests.h"
+#include "Records/TimeEntryRequests.h"
+
+#include <utility>
+
+namespace quillorn {
+
+namespace {
+
+template <class Enum>
+Enum enumOr(const std::optional<std::int64_t>& raw, Enum otherwise) {
+    return raw ? enumFromRaw<Enum>(*raw).value_or(otherwise) : otherwise;
+}
+
+std::optional<std::string> absentIfEmpty(const std::optional<std::string>& text) {
+    return text && !text->empty() ? text : std::nullopt;
+}
+
+/// Puts the project at the end of the client's projects, outside all groups.
+void moveToClient(Project& project, Client& client, ModelContext& context) {
+    // Before it belongs to them: its own place must not count.
+    project.setSortOrder(nextProjectOrder(&client, context));
+    project.setGroupID(std::nullopt);
+    project.setClient(&client);
+}
+
+/// Everything but the links.
+void applyFields(ProjectTask& task, const UpdateTaskRequest& request, Date now) {
+    if (request.title)
+        task.setTitle(*request.title);
+    if (request.description)
+        task.setTaskDescription(request.description);
+    if (request.dueDate)
+        task.setDueDate(request.dueDate);
+    task.setPriority(enumOr(request.priority, task.priority()));
+    if (request.status)
+        task.setStatus(enumOr(request.status, task.status()), now);
+    if (request.sortOrder)
+        task.setSortOrder(*request.sortOrder);
+    if (request.sourceTitle)
+        task.setSourceTitle(absentIfEmpty(request.sourceTitle));
+    if (request.sourceURL)
+        task.setSourceURL(absentIfEmpty(request.sourceURL));
+}
+
+} // namespace
+
+Client& createClient(ModelContext& context, const CreateClientRequest& request, Date now) {
+    Client::Arguments arguments{.name = request.name, .clientDescription = request.description};
+    if (request.color)
+        arguments.color = *request.color;
+    if (request.icon)
+        arguments.icon = *request.icon;
+    return context.insert<Client>(std::move(arguments), now);
+}
+
+void updateClient(ModelContext&, Client& client, const UpdateClientRequest& request, Date now) {
+    if (request.name)
+        client.setName(*request.name);
+    if (request.description)
+        client.setClientDescription(request.description);
+    if (request.color)
+        client.setColor(*request.color);
+    if (request.icon)
+        client.setIcon(*request.icon);
+    if (request.isArchived)
+        client.setArchived(*request.isArchived);
+    client.setUpdatedAt(now);
+}
+
+Project& createProject(ModelContext& context, const CreateProjectRequest& request, Date now) {
+    auto* client = findLinked<Client>(context, request.clientId);
+    const std::int64_t order = nextProjectOrder(client, context);
+    auto& project = context.insert<Project>(Project::Arguments{.name = request.name,
+                                                               .projectDescription = request.description,
+                                                               .color = request.color.value_or(defaultColor)},
+                                            now);
+    project.setSortOrder(order);
+    project.setClient(client);
+    return project;
+}
+
+void updateProject(ModelContext& context, Project& project, const UpdateProjectRequest& request, Date now) {
+    auto* client = findLinked<Client>(context, request.clientId);
+    if (request.name)
+        project.setName(*request.name);
+    if (request.description)
+        project.setProjectDescription(request.description);
+    if (request.color)
+        project.setColor(*request.color);
+    if (request.isArchived)
+        project.setArchived(*request.isArchived);
+    if (client != nullptr && client != project.client())
+        moveToClient(project, *client, context);
+    project.setUpdatedAt(now);
+}
+
+ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request, Date now) {
+    const auto status = enumOr(request.status, TaskStatus::todo);
+    auto* project = findLinked<Project>(context, request.projectId);
+    const auto tags = findTags(context, request.tagIds.value_or(std::vector<UUID>{}));
+    auto& task = context.insert<ProjectTask>(
+        ProjectTask::Arguments{
+            .title = request.title,
+            .taskDescription = request.description,
+            .dueDate = request.dueDate,
+            .priority = enumOr(request.priority, TaskPriority::medium),
+            .status = status,
+            .project = project,
+        },
+        now);
+    task.setSourceTitle(absentIfEmpty(request.sourceTitle));
+    task.setSourceURL(absentIfEmpty(request.sourceURL));
+    if (!tags.empty())
+        task.setTags(tags);
+    task.setStatus(status, now);
+    return task;
+}
+
+void updateTask(ModelContext& context, ProjectTask& task, const UpdateTaskRequest& request, Date now) {
+    // First of all, since a completed task is announced at once and a missing project must stop even that.
+    auto* project = findLinked<Project>(context, request.projectId);
+    applyFields(task, request, now);
+    if (project != nullptr)
+        task.setProject(project);
+    if (request.tagIds)
+        task.setTags(findTags(context, *request.tagIds));
+    task.setUpdatedAt(now);
+}
+
+Tag& createTag(ModelContext& context, const CreateTagRequest& request, Date now) {
+    return context.insert<Tag>(Tag::Arguments{request.name, request.color.value_or(defaultColor)}, now);
+}
+
+void updateTag(ModelContext&, Tag& tag, const UpdateTagRequest& request, Date now) {
+    if (request.name)
+        tag.setName(*request.name);
+    if (request.color)
+        tag.setColor(*request.color);
+    tag.setUpdatedAt(now);
+}
+
+TimeEntry& createTimeEntry(ModelContext& context, const TimeEntryRequest& request, Date now) {
+    auto* task = findLinked<ProjectTask>(context, request.taskId);
+    auto* project = findLinked<Project>(context, request.projectId);
+    auto& entry = context.insert<TimeEntry>(TimeEntry::Arguments{
+        .task = task, .project = project, .startTime = request.startTime.value_or(now), .notes = request.notes});
+    entry.setEndTime(request.endTime);
+    return entry;
+}
+
+void updateTimeEntry(ModelContext& context, TimeEntry& entry, const TimeEntryRequest& request, Date) {
+    auto* task = findLinked<ProjectTask>(context, request.taskId);
+    auto* project = findLinked<Project>(context, request.projectId);
+    if (request.startTime)
+        entry.setStartTime(*request.startTime);
+    if (request.endTime)
+        entry.setEndTime(request.endTime);
+    if (request.notes)
+        entry.setNotes(request.notes);
+    if (task != nullptr)
+        entry.setTask(task);
+    if (project != nullptr)
+        entry.setProject(project);
+}
+
+Note& createNote(ModelContext& context, const CreateNoteRequest& request, Date now) {
+    return context.insert<Note>(Note::Arguments{.title = request.title.value_or(""),
+                                                .content = request.content.value_or(""),
+                                                .project = findLinked<Project>(context, request.projectId)},
+                                now);
+}
+
+void updateNote(ModelContext& context, Note& note, const UpdateNoteRequest& request, Date now) {
+    auto* project = findLinked<Project>(context, request.projectId);
+    if (request.title)
+        note.setTitle(*request.title);
+    if (request.content)
+        note.setContent(*request.content);
+    if (request.isPinned)
+        note.setPinned(*request.isPinned);
+    if (project != nullptr)
+        note.setProject(project);
+    note.setUpdatedAt(now);
+}
+
+} // namespace quillorn

@@ -31,7 +31,8 @@ class [[nodiscard]] Observation {
 ///
 /// While they are told, observers may add and end observations, their own too, and may end the life of this object:
 /// who comes hears from the next time on, who has ended hears nothing any more.
-template <typename... Arguments> class Observers {
+template <typename... Arguments>
+class Observers {
   public:
     using Handler = std::function<void(Arguments...)>;
 

@@ -11,8 +11,8 @@
 
 namespace quillorn {
 
-/// One observer. It is kept alive by its token and by posts under way, so a handler may drop its own token.
-struct NotificationCenter::Token::Registration {
+/// One observer. It is kept alive by its observation and by posts under way, so a handler may end itself.
+struct NotificationCenter::Registration {
     std::string name;
     MainQueue* queue = nullptr;
     std::weak_ptr<State> center;
@@ -30,13 +30,13 @@ struct NotificationCenter::Token::Registration {
 };
 
 struct NotificationCenter::State {
-    using Registrations = std::vector<std::shared_ptr<Token::Registration>>;
+    using Registrations = std::vector<std::shared_ptr<Registration>>;
 
     std::mutex mutex;
     std::map<std::string, Registrations, std::less<>> observers;
 };
 
-void NotificationCenter::Token::Registration::call(const Notification& notification) {
+void NotificationCenter::Registration::call(const Notification& notification) {
     const std::thread::id thread = std::this_thread::get_id();
     {
         const std::lock_guard lock(mutex);
@@ -49,7 +49,7 @@ void NotificationCenter::Token::Registration::call(const Notification& notificat
     handler(notification);
 }
 
-void NotificationCenter::Token::Registration::leave(std::thread::id thread) {
+void NotificationCenter::Registration::leave(std::thread::id thread) {
     Handler unused; // what the handler holds goes outside the lock: its destructors may call us
     {
         const std::lock_guard lock(mutex);
@@ -60,7 +60,7 @@ void NotificationCenter::Token::Registration::leave(std::thread::id thread) {
     }
 }
 
-void NotificationCenter::Token::Registration::end() {
+void NotificationCenter::Registration::end() {
     if (const auto state = center.lock()) {
         const std::lock_guard lock(state->mutex);
         const auto found = state->observers.find(name);
@@ -80,26 +80,11 @@ void NotificationCenter::Token::Registration::end() {
     lock.unlock();
 }
 
-NotificationCenter::Token::Token(std::shared_ptr<Registration> registration)
-    : m_registration(std::move(registration)) {}
-NotificationCenter::Token::Token(Token&&) noexcept = default;
-
-NotificationCenter::Token& NotificationCenter::Token::operator=(Token&& other) noexcept {
-    Token old = std::move(*this);
-    m_registration = std::move(other.m_registration);
-    return *this;
-}
-
-NotificationCenter::Token::~Token() {
-    if (m_registration)
-        m_registration->end();
-}
-
 NotificationCenter::NotificationCenter() : m_state(std::make_shared<State>()) {}
 NotificationCenter::~NotificationCenter() = default;
 
-NotificationCenter::Token NotificationCenter::observe(std::string_view name, Handler handler, MainQueue* queue) {
-    auto registration = std::make_shared<Token::Registration>();
+Observation NotificationCenter::observe(std::string_view name, Handler handler, MainQueue* queue) {
+    auto registration = std::make_shared<Registration>();
     registration->name = name;
     registration->queue = queue;
     registration->center = m_state;
@@ -108,7 +93,8 @@ NotificationCenter::Token NotificationCenter::observe(std::string_view name, Han
         const std::lock_guard lock(m_state->mutex);
         m_state->observers[registration->name].push_back(registration);
     }
-    return Token(std::move(registration));
+    return Observation(std::shared_ptr<void>(
+        nullptr, [registration = std::move(registration)](void*) { registration->end(); }));
 }
 
 void NotificationCenter::post(const Notification& notification) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Observers.h"
+
 #include <any>
 #include <cstdint>
 #include <functional>
@@ -25,33 +27,21 @@ class NotificationCenter {
   public:
     using Handler = std::function<void(const Notification&)>;
 
-    /// Ends its observation when it goes: from then on the handler is neither called nor running, except when its own
-    /// call drops the token. So a thread must not hold what a handler waits for while it drops that handler's token.
-    class Token {
-      public:
-        Token() = default;
-        Token(Token&&) noexcept;
-        Token& operator=(Token&&) noexcept;
-        ~Token();
-
-      private:
-        friend class NotificationCenter;
-        struct Registration;
-        explicit Token(std::shared_ptr<Registration> registration);
-        std::shared_ptr<Registration> m_registration;
-    };
-
     NotificationCenter();
     ~NotificationCenter();
 
     /// Calls `handler` for each notification of that name: on the poster's thread before post() returns or, with a
     /// `queue`, later on that queue (without `object`, which belongs to the poster's thread).
     /// The queue must outlive the center's posts.
-    [[nodiscard]] Token observe(std::string_view name, Handler handler, MainQueue* queue = nullptr);
+    ///
+    /// Once the observation has ended the handler is neither called nor running, except when its own call has ended
+    /// it. So a thread must not hold what a handler waits for while it ends that handler's observation.
+    [[nodiscard]] Observation observe(std::string_view name, Handler handler, MainQueue* queue = nullptr);
     /// Handlers may post, observe and drop tokens. What one throws reaches the poster after all have been called.
     void post(const Notification& notification);
 
   private:
+    struct Registration;
     struct State;
     std::shared_ptr<State> m_state;
 };

@@ -79,7 +79,7 @@ class TimerService {
     /// Running entries that are not for this service to take up any more: it had its choice, or they were made by
     /// another surface of this process.
     std::unordered_set<RowKey> m_seen;
-    NotificationCenter::Token m_completionObserver;
+    Observation m_completionObserver;
 };
 
 } // namespace quillorn

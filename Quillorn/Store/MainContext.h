@@ -53,7 +53,7 @@ class MainContext {
     std::optional<std::int64_t> m_fileVersion;
     std::string m_lastFailure;
     std::vector<Listener> m_listeners;
-    NotificationCenter::Token m_saves;
+    Observation m_saves;
     MainQueue::TimerId m_timer;
     MainQueue::TimerId m_releaseTimer;
 };

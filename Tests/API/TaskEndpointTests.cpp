@@ -27,7 +27,7 @@ class TaskEndpointTest : public RunningAPITest {
     std::atomic<int> completions = 0;
 
   private:
-    NotificationCenter::Token m_token =
+    Observation m_token =
         store.notifications.observe(quillornTaskCompleted, [this](const Notification&) { ++completions; });
 };
 

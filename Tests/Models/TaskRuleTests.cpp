@@ -14,7 +14,7 @@ const Date earlier = testNow + 1h, later = testNow + 2h;
 
 struct TaskRules : StoreTest<TestStore> {
     std::vector<std::string> posts;
-    NotificationCenter::Token token = notifications.observe(quillornTaskCompleted, [this](const Notification& note) {
+    Observation token = notifications.observe(quillornTaskCompleted, [this](const Notification& note) {
         auto* task = std::any_cast<ProjectTask*>(note.object);
         EXPECT_EQ(std::any_cast<UUID>(note.userInfo.at("taskId")), task->id());
         for (const TimeEntry* entry : task->timeEntries())

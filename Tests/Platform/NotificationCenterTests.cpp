@@ -33,7 +33,7 @@ TEST_F(NotificationCenterTest, callsTheObserversOfTheNameInOrderWhateverOneThrow
 }
 
 TEST_F(NotificationCenterTest, observationLastsAsLongAsItsToken) {
-    NotificationCenter::Token kept;
+    Observation kept;
     {
         auto moved = center.observe("a", note("moved"));
         const auto dropped = center.observe("a", note("dropped"));
@@ -69,7 +69,7 @@ TEST_F(NotificationCenterTest, queuedObserversAreCalledLaterWithoutTheObject) {
 }
 
 TEST_F(NotificationCenterTest, handlersMayPostObserveAndDrop) {
-    NotificationCenter::Token self, victim, added;
+    Observation self, victim, added;
     auto holding = std::make_shared<int>(3);
     const std::weak_ptr<int> held = holding;
     self = center.observe("a", [&, holding = std::move(holding)](const Notification&) {

@@ -16,7 +16,7 @@ using testing::UnorderedElementsAreArray;
 
 struct Save : StoreTest<TestStore> {
     int posts = 0;
-    NotificationCenter::Token token = notifications.observe(storeDidSave, [this](const Notification&) { ++posts; });
+    Observation token = notifications.observe(storeDidSave, [this](const Notification&) { ++posts; });
 };
 using Delete = StoreTest<MemoryStore>;
 

@@ -5,6 +5,7 @@
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
+#include "Platform/Background.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
@@ -114,6 +115,7 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 }
 
 void QuillornApp::createServices(Schedules schedules) {
+    m_background = std::make_unique<Background>(m_environment.mainQueue);
     m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
     m_backupService = std::make_unique<BackupService>(
         BackupEnvironment{

@@ -14,6 +14,7 @@
 namespace quillorn {
 
 class APIServer;
+class Background;
 class BackupService;
 class Calendar;
 class Clock;
@@ -81,6 +82,8 @@ class QuillornApp {
     ModelContainer& container() { return *m_container; }
     /// The context of the main thread.
     ModelContext& mainContext() { return m_mainContext->context(); }
+    /// For work that may use the container.
+    Background& background() { return *m_background; }
     BackupService& backupService() { return *m_backupService; }
     APIServer& apiServer() { return *m_apiServer; }
     /// Made on first use.
@@ -105,6 +108,8 @@ class QuillornApp {
     std::filesystem::path m_storeFile;
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
+    /// Goes before the container, which its work may use, and after the services whose tasks wait for it.
+    std::unique_ptr<Background> m_background;
     std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<APIServer> m_apiServer;

@@ -93,8 +93,8 @@ Observation NotificationCenter::observe(std::string_view name, Handler handler, 
         const std::lock_guard lock(m_state->mutex);
         m_state->observers[registration->name].push_back(registration);
     }
-    return Observation(std::shared_ptr<void>(
-        nullptr, [registration = std::move(registration)](void*) { registration->end(); }));
+    return Observation(
+        std::shared_ptr<void>(nullptr, [registration = std::move(registration)](void*) { registration->end(); }));
 }
 
 void NotificationCenter::post(const Notification& notification) {

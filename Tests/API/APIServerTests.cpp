@@ -108,23 +108,6 @@ TEST_F(APIServerTest, aStartWhileAnotherIsOnItsWayDoesNothing) {
     EXPECT_EQ(get("/api/health").status, 200);
 }
 
-TEST_F(APIServerTest, stoppedOrDestroyedWhileStartingItStaysSo) {
-    for (int round = 0; round < 20; ++round) {
-        server->start(0, false, std::nullopt, false);
-        server->stop();
-        EXPECT_FALSE(server->hasServer());
-    }
-    server->start(0, false, std::nullopt, false);
-    server.reset();
-    bool reached = false; // behind all that the starts have posted, which finds nobody
-    loop.post([&] {
-        reached = true;
-        loop.stop();
-    });
-    runUntil([&] { return reached; });
-    EXPECT_FALSE(log.contains("started"));
-}
-
 TEST_F(APIServerTest, aSocketThatFailsEndsTheServerWithWords) {
     start();
     ASSERT_EQ(::shutdown(listener(), SHUT_RDWR), 0);

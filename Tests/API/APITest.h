@@ -49,7 +49,7 @@ std::string object(fmt::format_string<Arguments...> members, Arguments&&... argu
     return "{" + fmt::format(members, std::forward<Arguments>(arguments)...) + "}";
 }
 
-/// A server on a free port, over a store of its own. Every answer is held against openapi.json.
+/// A server on a free port, over a store of its own.
 class APITest : public ::testing::Test {
   protected:
     APITest();

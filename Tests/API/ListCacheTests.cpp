@@ -80,17 +80,6 @@ TEST_F(ListCacheTest, askedForAgainItIsMadeOnceAndKeptUpToTheNextCommit) {
     EXPECT_GT(statementsOf("/api/tasks"), 1U);
 }
 
-TEST_F(ListCacheTest, withMoreTimersThanAnybodyHasItIsMadeAnewEachTime) {
-    start();
-    for (std::size_t i = 0; i <= ListImage::maximumMoving; ++i)
-        add("time-entries", object("\"taskId\": \"{}\"", addTask(R"({"title": "T"})")));
-    for (int i = 0; i < 4; ++i)
-        for (const std::string target : {"/api/tasks", "/api/time-entries"}) {
-            clock.advance(1s);
-            EXPECT_EQ(get(target).body, anew(target));
-        }
-}
-
 TEST_F(ListCacheTest, whoHasWrittenReadsItAndEachAnswerIsOfOneMoment) {
     start();
     std::vector<std::string> tasks;

@@ -1,5 +1,3 @@
-#include "API/OpenApiDocument.h"
-
 #include "API/APIError.h"
 #include "API/APITest.h"
 #include "API/Routes.h"
@@ -16,12 +14,14 @@
 #include "Records/TimeEntryRequests.h"
 
 #include <algorithm>
+#include <regex>
 
 namespace quillorn {
 namespace {
 
-const OpenApiDocument& document() {
-    return OpenApiDocument::shared();
+const Json& document() {
+    static const Json json = Json::parse(readFile(QUILLORN_RESOURCES "/openapi.json"));
+    return json;
 }
 
 /// The form of a field, as a schema without its words.
@@ -50,12 +50,18 @@ TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
     for (const auto& routes : {apiRoutes(*store.container, clock, text, paths, lists), mcpRoutes({})})
         for (const Route& route : routes)
             served.push_back(route.method + " " + route.path);
-    std::ranges::sort(served);
-    EXPECT_EQ(served, document().operations());
+    std::vector<std::string> described;
+    for (const auto& [path, item] : *document().find("paths")->asObject())
+        for (const auto& [method, operation] : *item.asObject())
+            if (std::string name = method; method != "parameters") {
+                std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::toupper(c); });
+                described.push_back(name + " " + std::regex_replace(path, std::regex(R"(\{(\w+)\})"), ":$1"));
+            }
+    EXPECT_THAT(described, testing::UnorderedElementsAreArray(served));
 }
 
 void checkSchemaOf(const RecordType& record) {
-    const Json& schema = document().schema(std::string(record.name));
+    const Json& schema = *document().find("components")->find("schemas")->find(record.name);
     Json::Object properties;
     Json::Object described;
     Json::Array required;
@@ -84,47 +90,6 @@ TEST(OpenApiTest, schemasHaveTheFieldsOfTheirRecords) {
                  CreateNoteRequest, TaskTagsRequest>();
     checkSchemas<UpdateClientRequest, UpdateProjectRequest, UpdateTaskRequest, UpdateTagRequest, UpdateTimeEntryRequest,
                  UpdateNoteRequest>();
-}
-
-/// Checks every example that stands beside a schema or in one.
-void checkExamples(const Json& node, const std::string& place) {
-    const auto check = [&](const Json& example, const Json& schema) {
-        EXPECT_THAT(document().faultsOf(example, schema), IsEmpty()) << place;
-    };
-    const Json* schema = node.find("schema");
-    const Json* examples = node.find("examples");
-    if (const Json* example = node.find("example"); schema != nullptr && example != nullptr)
-        check(*example, *schema);
-    if (examples != nullptr && schema != nullptr)
-        for (const auto& [name, example] : *examples->asObject())
-            check(*example.find("value"), *schema);
-    else if (examples != nullptr && examples->asArray() != nullptr)
-        for (const Json& example : *examples->asArray())
-            check(example, node);
-    if (node.asObject() != nullptr)
-        for (const auto& [key, child] : *node.asObject())
-            checkExamples(child, place + "/" + key);
-    if (node.asArray() != nullptr)
-        for (const Json& child : *node.asArray())
-            checkExamples(child, place + "[]");
-}
-
-TEST(OpenApiTest, examplesFollowTheirSchemas) {
-    checkExamples(document().root(), "");
-}
-
-TEST(OpenApiTest, operationsHaveUniqueNamesAndWords) {
-    std::vector<std::string> names;
-    for (const auto& [path, item] : *document().root().find("paths")->asObject())
-        for (const auto& [method, operation] : *item.asObject()) {
-            if (method == "parameters")
-                continue;
-            for (const char* key : {"operationId", "summary", "description"})
-                ASSERT_NE(operation.find(key), nullptr) << method << " " << path << " lacks " << key;
-            names.push_back(*operation.find("operationId")->asString());
-        }
-    std::ranges::sort(names);
-    EXPECT_EQ(std::ranges::adjacent_find(names), names.end());
 }
 
 } // namespace

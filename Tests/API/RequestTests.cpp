@@ -185,19 +185,6 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
     }
 }
 
-TEST_F(RequestTest, errorsAreWrittenLikeEverythingElse) {
-    EXPECT_EQ(post("/api/tasks", R"({"title": "", "priority": 5})").body, R"({
-  "code": 400,
-  "details": [
-    "title cannot be empty",
-    "priority must be 0-3"
-  ],
-  "error": "bad_request",
-  "message": "Validation failed"
-})");
-    EXPECT_EQ(get("/api/tasks/" + unknownId)["code"], 404);
-}
-
 TEST_F(RequestTest, anIdThatIsNoneOrUnknownIsToldForEveryRoute) {
     struct Route {
         std::string method, suffix, body{};

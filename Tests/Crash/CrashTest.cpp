@@ -1,7 +1,7 @@
-// Kills the server again and again while it is written to in every way there is, and looks after each restart whether
+// Kills the server again and again while it is written to by several clients, and looks after each restart whether
 // all that was acknowledged is there, and nothing by halves.
 
-#include "Crash/Backups.h"
+#include "Crash/InterruptedRestore.h"
 #include "Integration/ServerProcess.h"
 #include "Support/TestStore.h"
 
@@ -43,7 +43,6 @@ class CrashTest {
     TemporaryFolder m_home;
     Dice m_dice;
     std::vector<std::unique_ptr<Writer>> m_writers;
-    TimerUser m_timer;
     std::unique_ptr<InterruptedRestore> m_restore;
     std::unique_ptr<ServerProcess> m_server;
     Totals m_totals;
@@ -51,18 +50,14 @@ class CrashTest {
     std::mutex m_mutex; // of what threads say
 };
 
-/// Half of them over the REST API, half over MCP.
-constexpr int writerCount = 4;
+constexpr int writerCount = 3;
 
-CrashTest::CrashTest(const Options& options)
-    : m_dice(static_cast<unsigned>(options.seed)),
-      m_timer(static_cast<unsigned>(options.seed)) {
+CrashTest::CrashTest(const Options& options) : m_dice(static_cast<unsigned>(options.seed)) {
     for (int number = 0; number < writerCount; ++number)
         m_writers.push_back(std::make_unique<Writer>(fmt::format("w{}", number),
                                                      static_cast<unsigned>(options.seed * writerCount + number)));
     m_server = std::make_unique<ServerProcess>(m_home.path());
     m_restore = std::make_unique<InterruptedRestore>(m_home.path(), ledgers());
-    m_timer.prepare(*restSurface(m_server->port()));
 }
 
 void CrashTest::cycle() {
@@ -81,25 +76,15 @@ Round CrashTest::newRound() {
 void CrashTest::work(ServerProcess& server) {
     Round round = newRound();
     std::vector<std::jthread> threads;
-    const auto start = [&](auto job) {
-        threads.emplace_back([&round, job] {
+    for (const auto& writer : m_writers)
+        threads.emplace_back([&round, &server, &writer = *writer] {
             try {
-                job();
+                writer.run(round, server.port());
             } catch (const std::exception& error) {
                 round.fault(error.what());
             }
             round.noteProgress();
         });
-    };
-    for (std::size_t number = 0; number < m_writers.size(); ++number)
-        start([&round, &server, &writer = *m_writers[number], number] {
-            writer.run(round, *(number % 2 == 0 ? restSurface(server.port()) : mcpSurface(server.port())));
-        });
-    start([&] { m_timer.run(round, *restSurface(server.port())); });
-    if (m_dice.chance(20)) {
-        ++m_totals.backups;
-        start([&] { takeBackup(round, ledgers()); });
-    }
     // The end falls into the work, whatever the machine's speed.
     const std::size_t goal = 1 + m_dice.below(60);
     for (std::size_t count = 0; count < goal && m_faults == 0; count = round.progress)
@@ -124,23 +109,21 @@ void CrashTest::check() {
     // Each ledger has the records whose keys begin with its writer's name.
     std::map<std::string, ListedRecords> parts;
     for (auto& [key, record] : listEverything(m_server->port()))
-        parts[key.substr(0, key.find_first_of(".#"))].emplace(key, record);
-    const auto compare = [&](Ledger& ledger, const std::string& name) {
-        const Ledger::Finding finding = ledger.check(parts[name]);
+        parts[key.substr(0, key.find('.'))].emplace(key, record);
+    for (std::size_t number = 0; number < m_writers.size(); ++number) {
+        const std::string name = fmt::format("w{}", number);
+        const Ledger::Finding finding = m_writers[number]->ledger().check(parts[name]);
         m_totals.happened += finding.happened;
         for (const std::string& words : finding.faults)
             fault(words);
         parts.erase(name);
-    };
-    for (std::size_t number = 0; number < m_writers.size(); ++number)
-        compare(m_writers[number]->ledger(), fmt::format("w{}", number));
-    compare(m_timer.ledger(), "timer");
+    }
     for (const auto& [name, records] : parts)
         fault("there are records of nobody: " + name);
 }
 
 std::vector<Ledger*> CrashTest::ledgers() {
-    std::vector<Ledger*> all{&m_timer.ledger()};
+    std::vector<Ledger*> all;
     for (const auto& writer : m_writers)
         all.push_back(&writer->ledger());
     return all;
@@ -167,12 +150,11 @@ int run(const Options& options) {
     while (test.totals().cycles < options.cycles && seconds() < options.seconds && test.faults() == 0)
         test.cycle();
     const Totals& totals = test.totals();
-    fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server, {} kills of other programs\n"
-               "{} acknowledged writes, {} of them over MCP; {} cut off, of which {} had happened\n"
-               "{} backups among the writes; {} restores with effect and {} killed before; {} faults\n",
-               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.programsKilled.load(),
-               totals.acknowledged.load(), totals.overMCP.load(), totals.cutOff.load(), totals.happened, totals.backups,
-               totals.restored, totals.interrupted, test.faults());
+    fmt::print("{} cycles in {:.0f} s: {} kills and {} clean ends of the server\n"
+               "{} acknowledged writes; {} cut off, of which {} had happened\n"
+               "{} restores with effect and {} killed before; {} faults\n",
+               totals.cycles, seconds(), totals.kills, totals.cleanEnds, totals.acknowledged.load(),
+               totals.cutOff.load(), totals.happened, totals.restored, totals.interrupted, test.faults());
     if (test.faults() > 0)
         keep(test.home(), options.seed);
     return test.faults() == 0 ? 0 : 1;

@@ -1,6 +1,5 @@
 #include "Crash/Ledger.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace quillorn {
@@ -9,14 +8,10 @@ namespace {
 
 void apply(const Operation& operation, KnownRecords& records) {
     for (const auto& [key, record] : operation) {
-        if (!record) {
+        if (record)
+            records[key] = *record;
+        else
             records.erase(key);
-            continue;
-        }
-        KnownRecord& known = records[key];
-        const int changes = known.changes;
-        known = *record;
-        known.changes = changes + 1;
     }
 }
 
@@ -26,45 +21,20 @@ std::string textOf(const Json* value) {
 
 } // namespace
 
-void Ledger::begin(std::vector<Operation> operations) {
-    const std::lock_guard lock(m_mutex);
-    m_inFlight = std::move(operations);
-}
-
 void Ledger::acknowledge(const std::string& id) {
-    const std::lock_guard lock(m_mutex);
-    for (const Operation& operation : std::exchange(m_inFlight, {})) {
-        apply(operation, m_records);
-        for (const auto& [key, record] : operation)
-            if (record && record->id.empty())
-                m_records[key].id = id;
-    }
-}
-
-void Ledger::withdraw() {
-    const std::lock_guard lock(m_mutex);
-    m_inFlight.clear();
-}
-
-KnownRecords Ledger::records() const {
-    const std::lock_guard lock(m_mutex);
-    return m_records;
-}
-
-void Ledger::goBackTo(KnownRecords records) {
-    const std::lock_guard lock(m_mutex);
-    m_records = std::move(records);
-    m_inFlight.clear();
+    const Operation operation = std::exchange(m_inFlight, {});
+    apply(operation, m_records);
+    for (const auto& [key, record] : operation)
+        if (record && record->id.empty())
+            m_records[key].id = id;
 }
 
 Ledger::Finding Ledger::check(const ListedRecords& listed) {
-    const std::lock_guard lock(m_mutex);
     Finding finding{.faults = differences(m_records, listed)};
+    const Operation inFlight = std::exchange(m_inFlight, {});
     KnownRecords changed = m_records;
-    for (const Operation& operation : std::exchange(m_inFlight, {})) {
-        apply(operation, changed);
-        if (!differences(changed, listed).empty())
-            continue;
+    apply(inFlight, changed);
+    if (!inFlight.empty() && differences(changed, listed).empty()) {
         finding = {.faults = {}, .happened = true};
         m_records = changed;
     }
@@ -74,20 +44,7 @@ Ledger::Finding Ledger::check(const ListedRecords& listed) {
     return finding;
 }
 
-KnownRecords Ledger::untouchedSince(const KnownRecords& before) const {
-    const std::lock_guard lock(m_mutex);
-    KnownRecords untouched;
-    for (const auto& [key, record] : before) {
-        const auto now = m_records.find(key);
-        const bool isInFlight = std::any_of(m_inFlight.begin(), m_inFlight.end(),
-                                            [&](const Operation& operation) { return operation.contains(key); });
-        if (now != m_records.end() && now->second.changes == record.changes && !isInFlight)
-            untouched.emplace(key, record);
-    }
-    return untouched;
-}
-
-std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed, bool mayHaveMore) {
+std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed) {
     std::vector<std::string> found;
     for (const auto& [key, record] : records) {
         const auto there = listed.find(key);
@@ -100,10 +57,9 @@ std::vector<std::string> differences(const KnownRecords& records, const ListedRe
                 found.push_back(record.kind + " " + key + ": " + name + " is " + textOf(field) + " instead of " +
                                 textOf(&value));
     }
-    if (!mayHaveMore)
-        for (const auto& [key, record] : listed)
-            if (!records.contains(key))
-                found.push_back(key + " is there and should not be: " + textOf(&record));
+    for (const auto& [key, record] : listed)
+        if (!records.contains(key))
+            found.push_back(key + " is there and should not be: " + textOf(&record));
     return found;
 }
 

@@ -3,7 +3,6 @@
 #include "Platform/Json.h"
 
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +15,6 @@ struct KnownRecord {
     std::string id;    // empty until a list or an answer has told it
     std::string owner; // the key of what takes it along when it is deleted
     Json::Object fields{};
-    /// How often it was changed, kept by the ledger: a record may well come back to what it was.
-    int changes = 0;
 };
 
 /// By the key that its writer has given it: the first word of its name.
@@ -33,36 +30,27 @@ using ListedRecords = std::map<std::string, Json>;
 /// begun and not acknowledged nobody knows whether it has happened.
 class Ledger {
   public:
-    /// Of several operations each happens after the one before it.
-    void begin(std::vector<Operation> operations);
+    void begin(Operation operation) { m_inFlight = std::move(operation); }
     /// `id` is that of a record that the operation has made.
     void acknowledge(const std::string& id = {});
-    /// The server has refused: it has not happened.
-    void withdraw();
-
-    KnownRecords records() const;
+    const KnownRecords& records() const { return m_records; }
     /// Everything was replaced by an earlier state.
-    void goBackTo(KnownRecords records);
+    void goBackTo(KnownRecords records) { m_records = std::move(records); }
 
     struct Finding {
         std::vector<std::string> faults;
         /// Whether something has happened that was not acknowledged.
         bool happened = false;
     };
-    /// Compares with what is there. Takes over what became of operations in flight.
+    /// Compares with what is there. Takes over what became of the operation in flight.
     Finding check(const ListedRecords& listed);
-    /// What must be in a backup that was begun when `before` was acknowledged, and is finished now: all that has not
-    /// been touched since.
-    KnownRecords untouchedSince(const KnownRecords& before) const;
 
   private:
-    mutable std::mutex m_mutex;
     KnownRecords m_records;
-    std::vector<Operation> m_inFlight;
+    Operation m_inFlight;
 };
 
-/// In what the list differs from the records. Records that are only listed are no fault if `mayHaveMore`.
-std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed,
-                                     bool mayHaveMore = false);
+/// In what the list differs from the records.
+std::vector<std::string> differences(const KnownRecords& records, const ListedRecords& listed);
 
 } // namespace quillorn

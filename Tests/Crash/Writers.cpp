@@ -2,10 +2,8 @@
 
 #include "Integration/ServerProcess.h"
 
-#include <csignal>
 #include <fmt/core.h>
 #include <set>
-#include <thread>
 
 namespace quillorn {
 
@@ -15,8 +13,6 @@ namespace {
 constexpr std::size_t manyRecords = 60;
 /// Made before all else, and kept.
 constexpr int tagCount = 3;
-/// A stop of the clock for the moment at which a program is killed.
-constexpr int longestProgram = 12'000; // microseconds
 
 std::string day(int number, const char* time = "08:30:00") {
     return fmt::format("20{:02}-{:02}-{:02}T{}Z", 10 + number / 336 % 14, 1 + number / 28 % 12, 1 + number % 28, time);
@@ -28,25 +24,23 @@ std::string evening(int number) {
 
 } // namespace
 
-void Writer::run(Round& round, Surface& surface) {
+void Writer::run(Round& round, std::uint16_t port) {
     while (true) {
-        m_records = m_ledger.records();
         const Step step = nextStep();
-        m_ledger.begin({step.operation});
-        const Surface::Answer answer = surface.send(step.request);
+        m_ledger.begin(step.operation);
+        const Answer answer = send(port, step.request);
+        const std::string what = step.request.verb + " " + step.request.kind;
         switch (answer.kind) {
-        case Surface::Answer::Kind::acknowledged:
+        case Answer::Kind::acknowledged:
             m_ledger.acknowledge(answer.id);
-            round.totals.overMCP += answer.isOverMCP ? 1 : 0;
             round.noteAcknowledged();
             break;
-        case Surface::Answer::Kind::refused:
-            m_ledger.withdraw();
-            round.fault(fmt::format("{} {}: {}", step.request.verb, step.request.kind, answer.text));
+        case Answer::Kind::refused:
+            round.fault(what + ": " + answer.text);
             return;
-        case Surface::Answer::Kind::cutOff:
+        case Answer::Kind::cutOff:
             if (!round.isEnding)
-                round.fault(fmt::format("{} {} got no answer", step.request.verb, step.request.kind));
+                round.fault(what + " got no answer");
             ++round.totals.cutOff;
             return;
         }
@@ -174,104 +168,6 @@ Writer::Step Writer::stop(const std::string& key) {
     KnownRecord record = m_records.at(key);
     record.fields["isRunning"] = false;
     return {{"stop", "time_entry", record.id, {}}, {{key, record}}};
-}
-
-void TimerUser::prepare(Surface& surface) {
-    for (const char* name : {"timer.0", "timer.1"}) {
-        const KnownRecord task{.kind = "task", .id = {}, .owner = {}, .fields = {{"title", name}}};
-        m_ledger.begin({Operation{{name, task}}});
-        m_ledger.acknowledge(surface.send({"create", "task", "", {{"title", name}}}).id);
-    }
-}
-
-void TimerUser::run(Round& round, Surface& surface) {
-    while (!round.isEnding) {
-        const std::string task = m_dice.chance(50) ? "timer.0" : "timer.1";
-        bool goesOn = false;
-        // From rest, the command would end whatever entry of a writer it finds running.
-        if (!isRunning())
-            goesOn = startOver(task, round, surface);
-        else if (m_dice.chance(50))
-            goesOn = command({"timer", "stop"}, {stopping()}, round);
-        else
-            // The end of the former entry is saved before the next one begins.
-            goesOn = command({"timer", "start", m_ledger.records().at(task).id}, {stopping(), inProgress(task)}, round);
-        if (!goesOn)
-            return;
-        round.noteAcknowledged();
-    }
-}
-
-bool TimerUser::startOver(const std::string& task, Round& round, Surface& surface) {
-    m_ledger.begin({starting(task)});
-    const auto answer = surface.send({"create", "time_entry", "", {{"taskId", m_ledger.records().at(task).id}}});
-    if (answer.kind == Surface::Answer::Kind::acknowledged) {
-        m_ledger.acknowledge(answer.id);
-        return true;
-    }
-    if (answer.kind == Surface::Answer::Kind::refused || !round.isEnding)
-        round.fault("no timer entry: " + answer.text);
-    ++round.totals.cutOff;
-    return false;
-}
-
-bool TimerUser::command(std::vector<std::string> arguments, std::vector<Operation> operations, Round& round) {
-    m_ledger.begin(std::move(operations));
-    ProgramProcess program(round.home, {.arguments = std::move(arguments)});
-    if (m_dice.chance(20)) {
-        std::this_thread::sleep_for(std::chrono::microseconds(m_dice.below(longestProgram)));
-        program.signal(SIGKILL);
-    }
-    const int status = program.wait();
-    if (status == 0) {
-        m_ledger.acknowledge();
-        return true;
-    }
-    if (status == -SIGKILL) {
-        ++round.totals.programsKilled;
-        ++round.totals.cutOff;
-    } else {
-        m_ledger.withdraw();
-        round.fault("quillorn timer: " + program.errors());
-    }
-    return false;
-}
-
-int TimerUser::last() const {
-    int number = -1;
-    const KnownRecords records = m_ledger.records();
-    while (records.contains(fmt::format("timer#{}", number + 1)))
-        ++number;
-    return number;
-}
-
-bool TimerUser::isRunning() const {
-    const auto records = m_ledger.records();
-    const auto found = records.find(fmt::format("timer#{}", last()));
-    return found != records.end() && *found->second.fields.at("isRunning").asBool();
-}
-
-Operation TimerUser::stopping() const {
-    const std::string key = fmt::format("timer#{}", last());
-    KnownRecord entry = m_ledger.records().at(key);
-    entry.fields["isRunning"] = false;
-    return {{key, entry}};
-}
-
-Operation TimerUser::starting(const std::string& task) const {
-    return {{fmt::format("timer#{}", last() + 1),
-             KnownRecord{.kind = "time_entry",
-                         .id = {},
-                         .owner = task,
-                         .fields = {{"isRunning", true}, {"taskId", m_ledger.records().at(task).id}}}}};
-}
-
-Operation TimerUser::inProgress(const std::string& task) const {
-    Operation operation = starting(task);
-    KnownRecord on = m_ledger.records().at(task);
-    on.fields["status"] = 1;
-    operation[task] = on;
-    return operation;
 }
 
 } // namespace quillorn

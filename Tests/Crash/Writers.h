@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Crash/Surface.h"
+#include "Crash/Rest.h"
 #include "Support/Dice.h"
 
 #include <atomic>
@@ -15,13 +15,10 @@ struct Totals {
     int cycles = 0;
     int kills = 0;
     int cleanEnds = 0;
-    int backups = 0;
     int restored = 0;
     int interrupted = 0;      // restores without effect
     std::size_t happened = 0; // of what was cut off
-    std::atomic<std::size_t> programsKilled{0};
     std::atomic<std::size_t> acknowledged{0};
-    std::atomic<std::size_t> overMCP{0}; // of the acknowledged
     std::atomic<std::size_t> cutOff{0};
 };
 
@@ -53,7 +50,7 @@ class Writer {
     Writer(std::string name, unsigned seed) : m_name(std::move(name)), m_dice(seed) {}
 
     /// Until the server is gone.
-    void run(Round& round, Surface& surface);
+    void run(Round& round, std::uint16_t port);
     Ledger& ledger() { return m_ledger; }
 
   private:
@@ -78,35 +75,9 @@ class Writer {
     std::string m_name;
     Dice m_dice;
     Ledger m_ledger;
-    KnownRecords m_records; // as the ledger has them at the moment
+    const KnownRecords& m_records = m_ledger.records();
     int m_made = 0;
     int m_revision = 0;
-};
-
-/// Starts and stops the one timer by `quillorn timer`, which is another process on the same store. Some of these
-/// processes are killed as well.
-class TimerUser {
-  public:
-    explicit TimerUser(unsigned seed) : m_dice(seed) {}
-
-    /// Makes the tasks that the timer runs on.
-    void prepare(Surface& surface);
-    void run(Round& round, Surface& surface);
-    Ledger& ledger() { return m_ledger; }
-
-  private:
-    /// Both tell whether the timer is known to have done it.
-    bool startOver(const std::string& task, Round& round, Surface& surface);
-    bool command(std::vector<std::string> arguments, std::vector<Operation> operations, Round& round);
-    /// The number of the last entry; -1 when there is none yet.
-    int last() const;
-    bool isRunning() const;
-    Operation starting(const std::string& task) const;
-    Operation stopping() const;
-    Operation inProgress(const std::string& task) const;
-
-    Dice m_dice;
-    Ledger m_ledger;
 };
 
 } // namespace quillorn

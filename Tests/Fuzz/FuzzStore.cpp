@@ -4,6 +4,7 @@
 #include "Store/ReplaceContents.h"
 
 #include <fmt/format.h>
+#include <vector>
 
 namespace quillorn {
 
@@ -51,22 +52,6 @@ void FuzzStore::reset() {
     }
     replaceStoreContents(*m_original, *m_container);
     random.restart();
-}
-
-void FuzzStore::feed(const std::vector<std::string>& lines, const std::function<bool(const std::string& line)>& send) {
-    const std::string untouched = content();
-    std::string before = untouched;
-    for (const std::string& line : lines) {
-        const bool mayChange = send(line);
-        std::string after = content();
-        require(mayChange || after == before, "a refusal or a reading call changes: " + line);
-        before = std::move(after);
-    }
-    if (before == untouched)
-        return;
-    if (++m_changes % 64 == 0)
-        requireSound();
-    reset();
 }
 
 std::string FuzzStore::content() const {

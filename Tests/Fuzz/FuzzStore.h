@@ -4,10 +4,8 @@
 #include "Support/FixedRandom.h"
 #include "Support/TestStore.h"
 
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace quillorn {
 
@@ -19,9 +17,6 @@ class FuzzStore : public SurroundingsWith<FixedRandom> {
 
     /// Brings back the records of the beginning, with their row keys, and the chance that makes new ids.
     void reset();
-
-    /// Sends each line; ends the program when one changes anything for which `send` is false. Then resets.
-    void feed(const std::vector<std::string>& lines, const std::function<bool(const std::string& line)>& send);
 
     ModelContainer& container() const { return *m_container; }
     const StoreIds& ids() const { return m_ids; }
@@ -37,7 +32,6 @@ class FuzzStore : public SurroundingsWith<FixedRandom> {
     std::unique_ptr<ModelContainer> m_original;
     std::unique_ptr<ModelContainer> m_container;
     StoreIds m_ids;
-    int m_changes = 0;
 };
 
 } // namespace quillorn

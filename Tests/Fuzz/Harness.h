@@ -18,7 +18,4 @@ inline std::string_view bytesOf(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Lets libFuzzer change some bytes of the text, which grows to `limit` bytes at most.
-std::string mutated(std::string text, std::size_t limit);
-
 } // namespace quillorn

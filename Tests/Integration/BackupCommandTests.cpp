@@ -47,19 +47,11 @@ TEST_F(BackupCommands, workBesideTheServer) {
     EXPECT_EQ(titles(server).size(), 9U);
     EXPECT_EQ(outputOf({"restore", file, "--yes"}), "Restored from " + fs::path(file).filename().string() + "\n");
     EXPECT_EQ(titles(server), "Then.");
-    server.json("POST", "/api/tasks", R"({"title": "Later"})");
     // Undo, by the snapshot that was taken before.
     ASSERT_EQ(backups().size(), 2U);
     EXPECT_EQ(run({"restore", text(backups()[0], "file"), "--yes"}).status, 0);
     EXPECT_EQ(titles(server).size(), 9U);
-    EXPECT_THAT(titles(server), HasSubstr("Now."));
-
-    for (const Json& each : backups()) {
-        EXPECT_EQ(*each.find("isSound"), Json(true));
-        EXPECT_EQ(text(each, "tier"), "recent");
-        EXPECT_EQ(*each.find("size"), Json(static_cast<std::int64_t>(fs::file_size(text(each, "file")))));
-    }
-    EXPECT_THAT(text(Json::parse(outputOf({"backup", "--json"})), "result"), StartsWith("Backed up"));
+    EXPECT_EQ(*backups()[0].find("size"), Json(static_cast<std::int64_t>(fs::file_size(text(backups()[0], "file")))));
 
     const fs::path damaged = folder() / "Backups/Quillorn-20010101-0000.store.lzfse";
     writeFile(damaged, readFile(file).substr(0, 500));
@@ -69,11 +61,7 @@ TEST_F(BackupCommands, workBesideTheServer) {
                                              ": The compressed data is incomplete"),
                                    HasSubstr("  recent  sound\n")));
     EXPECT_EQ(run({"backups", "--no-check"}).status, 0);
-    const Outcome refused = run({"restore", damaged, "--yes"});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.errors,
-              "quillorn: Restore failed: Can't read " + damaged.string() + ": The compressed data is incomplete\n");
-    EXPECT_THAT(run({"restore", "missing", "--yes"}).errors, HasSubstr("there is no file missing"));
+    EXPECT_EQ(run({"restore", damaged, "--yes"}).status, 1);
     EXPECT_THAT(titles(server), HasSubstr("Now."));
 }
 
@@ -125,8 +113,6 @@ TEST_F(BackupCommands, bringBackWhatADiskHasLost) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.errors, HasSubstr("Quillorn couldn't open your data"));
     EXPECT_TRUE(readFile(store()) == junk);
-    EXPECT_EQ(run({"backups"}).status, 0);
-    // Out of the way, or gone with its folder.
     fs::remove_all(folder());
     EXPECT_EQ(run({"restore", file, "--yes"}).status, 0);
     EXPECT_EQ(titles(ServerProcess(home.path())), "Then.");
@@ -167,17 +153,11 @@ TEST_F(Doctor, findsWhatIsWrongAndChangesNothing) {
         {nothing, "store", store().string() + " will be made at the first start"},
         {nothing, "schema", "nothing"},
         {nothing, "backups", "none yet; they will go to " + (folder() / "Backups").string()},
-        {nothing, "settings", "no " + settings.string() + ", all have their defaults"},
-        {nothing, "space", " free"},
         {schemaOf(QuillornSchemaV1(), ""), "schema", "version 1, to become 3 at the next start"},
         {schemaOf(currentSchema(), ""), "store", "KB, sound"},
-        {schemaOf(currentSchema(), ""), "backups", "! there is none in "},
-        {schemaOf(currentSchema(), "PRAGMA journal_mode = WAL"), "schema", "version 3"},
         {schemaOf(currentSchema(), "PRAGMA user_version = 9"), "schema",
          "! version 9, and this program knows versions up to 3: update Quillorn"},
-        {schemaOf(currentSchema(), "PRAGMA application_id = 9"), "schema", "! the store is a database of another"},
         {[&] { writeFile(store(), "Dear diary"); }, "store", "! "},
-        {[&] { fs::create_directory(store()); }, "store", "! "},
         {[&] { writeFile(folder() / "Backups/Quillorn-20010101-0000.store.lzfse", ""); }, "store",
          "! " + store().string() + " is missing; \"quillorn backups\" shows"},
         {[&] {
@@ -185,16 +165,13 @@ TEST_F(Doctor, findsWhatIsWrongAndChangesNothing) {
              writeFile(folder() / "Backups/Quillorn-20010101-0000.store.lzfse", "");
          },
          "backups", "years ago; take one by \"quillorn backup\""},
-        {set("{}"), "settings", settings.string()},
         {set("{"), "settings", "! " + settings.string() + " can't be read ("},
-        {set("[]"), "settings", "(it is no JSON object)"},
         {set(R"({"apiPort": "many"})"), "settings",
          "! apiPort is to be a whole number, and is not; \"quillorn settings reset apiPort\" mends it"},
         {set(R"({"apiPort": 70000})"), "port", "! 70000 is no port"},
         {set(R"({"backupFolderPath": "/no/such/folder"})"), "backups",
          "! Quillorn can no longer write to /no/such/folder. Choose the folder again to restore access; backups go to "
          "the default folder until then."},
-        {set(R"({"backupEnabled": false})"), "backups", "none yet"},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.finding);
@@ -229,18 +206,6 @@ TEST_F(Doctor, looksIntoAStoreWithAnOpenLog) {
     const std::string before = everything();
     EXPECT_THAT(finding("store"), EndsWith("sound"));
     EXPECT_TRUE(everything() == before);
-
-    // A port of somebody else, who does not even answer.
-    const int other = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    ASSERT_EQ(::bind(other, reinterpret_cast<sockaddr*>(&address), length), 0);
-    ASSERT_EQ(::getsockname(other, reinterpret_cast<sockaddr*>(&address), &length), 0);
-    run({"settings", "set", "apiPort", std::to_string(ntohs(address.sin_port))});
-    EXPECT_THAT(finding("port"), HasSubstr("is in use by another program"));
-    ::close(other);
 }
 
 } // namespace

@@ -32,9 +32,6 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         {{"serve", "--port", "70000"}, 2, "--port"}, {{"serve", "--port", "ten"}, 2, "--port"},
         {{"settings", "get", "nope"}, 1, "there is no setting \"nope\""},
         {{"settings", "set", "apiPort", "ten"}, 1, "apiPort must be a whole number, not \"ten\""},
-        {{"settings", "set", "apiAutoStart", "maybe"}, 1, "apiAutoStart must be true or false"},
-        {{"settings", "set", "backupLastDate", "yesterday"}, 1, "backupLastDate must be a date"},
-        {{"settings", "reset", "nope"}, 1, "there is no setting \"nope\""},
         // clang-format on
     };
     for (const Case& each : cases) {
@@ -52,9 +49,7 @@ TEST_F(CommandLine, keepsSettings) {
         {"apiPort", "18081", "18081\n", "18081\n", "18080\n"},
         {"apiAutoStart", "yes", "true\n", "true\n", "false\n"},
         {"aiModel", "größer als \"alles\"", "größer als \"alles\"\n", "\"größer als \\\"alles\\\"\"\n", "\n"},
-        {"notificationHour", "-1", "-1\n", "-1\n", "8\n"},
         {"reminderImportRecent", "[\"a\", \"b\"]", "[\"a\",\"b\"]\n", "[\"a\",\"b\"]\n", "\n"},
-        {"sidebarSelectionKey", "all", "all\n", "\"all\"\n", "today\n"},
     };
     for (const Case& each : cases) {
         EXPECT_EQ(outputOf({"settings", "get", each.key}), each.byDefault);
@@ -77,11 +72,9 @@ TEST_F(Timer, worksOnTheStoreBesideTheServer) {
     const std::string call = text(server.json("POST", "/api/tasks", R"({"title": "Call the printer"})"), "id");
     const auto status = [&] { return Json::parse(outputOf({"timer", "status", "--json"})); };
 
-    EXPECT_EQ(outputOf({"timer", "status"}), "No timer is running\n");
     EXPECT_EQ(status(), Json(Json::Object{{"isRunning", false}}));
     EXPECT_EQ(outputOf({"timer", "start", offer}), "Started: Write the offer\n");
     EXPECT_EQ(text(status(), "taskId"), offer);
-    EXPECT_EQ(text(status(), "displayName"), "Write the offer");
     EXPECT_THAT(outputOf({"timer", "start", call}), StartsWith("Stopped: Write the offer  00:0"));
     // The server shows it at once: the task is in progress.
     EXPECT_EQ(*server.json("GET", "/api/tasks?title=call").asArray()->front().find("status"), Json(1));
@@ -94,7 +87,6 @@ TEST_F(Timer, worksOnTheStoreBesideTheServer) {
     const Outcome idle = run({"timer", "stop"});
     EXPECT_EQ(idle.status, 1);
     EXPECT_EQ(idle.errors, "quillorn: no timer is running\n");
-    EXPECT_EQ(run({"timer", "start", "offer"}).errors, "quillorn: \"offer\" is no task id\n");
     EXPECT_EQ(run({"timer", "start", "00000000-0000-0000-0000-000000000000"}).errors,
               "quillorn: there is no task with the id 00000000-0000-0000-0000-000000000000\n");
 }
@@ -153,16 +145,10 @@ TEST_F(Serve, saysWhyItCannotStart) {
 }
 
 TEST_F(Serve, showsAnEmptyStoreInDemoMode) {
-    const ChildProcess::Launch launches[] = {
-        {.arguments = {"-QUILLORN_DEMO"}},
-        {.environment = std::map<std::string, std::string>{{"QUILLORN_DEMO", "1"}}},
-    };
-    for (const auto& launch : launches) {
-        const ServerProcess server(home.path(), launch);
-        EXPECT_NE(server.json("POST", "/api/tasks", R"({"title":"Try it"})").find("id"), nullptr);
-        EXPECT_EQ(server.json("GET", "/api/tasks").asArray()->size(), 1U);
-        EXPECT_FALSE(std::filesystem::exists(home / "data"));
-    }
+    const ServerProcess server(home.path(), {.arguments = {"-QUILLORN_DEMO"}});
+    EXPECT_NE(server.json("POST", "/api/tasks", R"({"title":"Try it"})").find("id"), nullptr);
+    EXPECT_EQ(server.json("GET", "/api/tasks").asArray()->size(), 1U);
+    EXPECT_FALSE(std::filesystem::exists(home / "data"));
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 namespace quillorn {
 namespace {
 
-using testing::ElementsAre;
 using namespace std::chrono_literals;
 using Entities = StoreTest<MemoryStore>;
 
@@ -45,74 +44,6 @@ TEST_F(Entities, areConstructedWithTheDefaults) {
     std::set<UUID> ids{client.id(), project.id(), task.id(), entry.id(), note.id(), tag.id(), message.id(), UUID()};
     EXPECT_EQ(ids.size(), 8U);
     EXPECT_FALSE(make<ProjectTask>(context, {.status = TaskStatus::done}).isCompleted());
-}
-
-TEST_F(Entities, countTasksAndTimeUpTheHierarchy) {
-    auto& client = make<Client>(context);
-    EXPECT_EQ(client.projectCount() + client.totalTaskCount() + client.activeTaskCount(), 0U) << "absent lists";
-    auto &open = make<Project>(context), &archived = make<Project>(context);
-    open.setClient(&client);
-    archived.setClient(&client);
-    archived.setArchived(true);
-    EXPECT_EQ(client.totalTimeSpent(testNow), 0);
-    auto& task = make<ProjectTask>(context, {.project = &open});
-    auto& completed = make<ProjectTask>(context, {.project = &open});
-    completed.setCompleted(true, testNow);
-    auto& hidden = make<ProjectTask>(context, {.status = TaskStatus::done, .project = &archived});
-    const auto entry = [&](ProjectTask* on, Project* project, Date start, std::optional<Date> end) -> TimeEntry& {
-        auto& made = make<TimeEntry>(context, {.task = on, .project = project, .startTime = start});
-        made.setEndTime(end);
-        return made;
-    };
-    auto& both = entry(&task, &open, testNow, testNow + 1500ms); // linked both ways, counted once
-    auto& running = entry(&task, nullptr, testNow, std::nullopt);
-    auto& direct = entry(nullptr, &open, testNow + 10s, testNow); // negative: counted as it is
-    entry(&hidden, nullptr, testNow, testNow + 100s);
-    context.save();
-
-    EXPECT_THAT((std::array{client.projectCount(), client.activeProjectCount(), client.totalTaskCount(),
-                            client.activeTaskCount(), open.taskCount(), open.completedTaskCount()}),
-                ElementsAre(2, 1, 3, 2, 2, 1));
-    EXPECT_THAT(client.activeProjects(), ElementsAre(&open));
-    EXPECT_THAT(open.activeTasks(), ElementsAre(&task));
-    EXPECT_THAT(open.allTimeEntries(), ElementsAre(&both, &running, &direct));
-    EXPECT_DOUBLE_EQ(task.totalTimeSpent(testNow + 60s), 61.5);
-    EXPECT_DOUBLE_EQ(open.totalTimeSpent(testNow + 60s), 51.5);
-    EXPECT_DOUBLE_EQ(client.totalTimeSpent(testNow + 60s), 151.5);
-    EXPECT_DOUBLE_EQ(client.totalTimeSpent(testNow + 61s), 152.5) << "a running entry counts on";
-    EXPECT_EQ(running.formattedDuration(testNow + 61s), "01:01");
-}
-
-TEST_F(Entities, knowTheirPlaceUnderParents) {
-    std::vector<ProjectTask*> chain{&make<ProjectTask>(context)};
-    EXPECT_EQ(chain[0]->hasSubtasks() + chain[0]->subtaskCount() + chain[0]->depth(), 0U);
-    for (int i = 1; i < 40; ++i) {
-        auto& task = make<ProjectTask>(context);
-        task.setParentTask(chain.back());
-        chain.push_back(&task);
-    }
-    chain[2]->setCompleted(true, testNow);
-    make<ProjectTask>(context).setParentTask(chain[1]);
-    context.save();
-    ModelContext reader(*container);
-    EXPECT_EQ(reader.find<ProjectTask>(chain[39]->id())->depth(), 39U);
-    const auto* parent = reader.find<ProjectTask>(chain[1]->id());
-    EXPECT_TRUE(parent->hasSubtasks());
-    EXPECT_EQ(parent->subtaskCount(), 2U);
-    EXPECT_EQ(parent->completedSubtaskCount(), 1U);
-    chain[0]->setParentTask(chain[2]);
-    EXPECT_EQ(chain[0]->depth(), 2U) << "a circle ends";
-}
-
-TEST_F(Entities, areOverdueByTheInstant) {
-    auto& task = make<ProjectTask>(context);
-    EXPECT_FALSE(task.isOverdue(testNow));
-    task.setDueDate(testNow);
-    EXPECT_FALSE(task.isOverdue(testNow));
-    task.setStatus(TaskStatus::review, testNow);
-    EXPECT_TRUE(task.isOverdue(testNow + 1us));
-    task.setCompleted(true, testNow);
-    EXPECT_FALSE(task.isOverdue(testNow + 1us));
 }
 
 TEST_F(Entities, nameTimeEntriesByWhatTheyHave) {
@@ -172,30 +103,6 @@ TEST_F(Entities, deriveTheTextsOfNotes) {
         EXPECT_EQ(note.isPinned(), pinned);
         EXPECT_EQ(note.updatedAt(), testNow + 1s);
     }
-}
-
-TEST(Enums, carryTheirTexts) {
-    const std::array statuses{"To Do|circle", "In Progress|circle.lefthalf.filled", "Review|eye.circle",
-                              "Done|checkmark.circle.fill"};
-    const std::array priorities{"🔵 Low", "🟠 Medium", "❗ High", "🔥 Urgent"};
-    const std::array behaviors{"Ask every time|Prompt when completing a parent with incomplete subtasks",
-                               "Complete all subtasks|Automatically complete all subtasks when parent is completed",
-                               "Leave subtasks as-is|Complete only the parent, subtasks remain unchanged",
-                               "Block until subtasks complete|Prevent completing parent until all subtasks are done"};
-    const auto joined = [](std::string_view a, std::string_view b) { return std::string(a) + "|" + std::string(b); };
-    for (std::size_t raw = 0; raw < 4; ++raw) {
-        const auto number = static_cast<std::int64_t>(raw);
-        const auto status = enumFromRaw<TaskStatus>(number).value();
-        EXPECT_EQ(joined(label(status), symbol(status)), statuses[raw]);
-        EXPECT_EQ(menuLabel(enumFromRaw<TaskPriority>(number).value()), priorities[raw]);
-        const auto behavior = enumFromRaw<SubtaskCompletionBehavior>(number).value();
-        EXPECT_EQ(joined(label(behavior), explanation(behavior)), behaviors[raw]);
-    }
-    for (const std::int64_t raw : {std::int64_t{-1}, std::int64_t{4}, INT64_MAX, INT64_MIN, std::int64_t{1} << 32})
-        EXPECT_FALSE(enumFromRaw<TaskStatus>(raw) || enumFromRaw<TaskPriority>(raw) ||
-                     enumFromRaw<SubtaskCompletionBehavior>(raw) || enumFromRaw<ChatRole>(raw));
-    EXPECT_EQ(enumFromRaw<ChatRole>(2), ChatRole::assistant);
-    EXPECT_EQ(enumFromRaw<ChatRole>(3), std::nullopt);
 }
 
 TEST(HexColor, readsDigitsOfThreeSixAndEightCharacters) {

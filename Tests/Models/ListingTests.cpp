@@ -33,7 +33,7 @@ void populate(TestStore& store, Dice& dice, std::size_t projectCount, std::size_
     const auto someTime = [&] { return std::chrono::microseconds(dice.below(100'000'000)); };
     for (int i = 0; i < 6; ++i) {
         clients.push_back(&make<Client>(context, {.name = words()}));
-        clients.back()->setArchived(dice.chance(30));
+        clients.back()->setArchived(i % 3 == 0);
         tags.push_back(&make<Tag>(context));
     }
     for (std::size_t i = 0; i < projectCount; ++i) {
@@ -161,19 +161,6 @@ TEST(TaskTotals, agreeWithTheTasksThemselves) {
     }
     EXPECT_THAT(costs, testing::Each(costs[0]));
     EXPECT_LE(costs[0], 5U);
-}
-
-TEST(ProjectTotals, sumsMayLeaveTheIntegers) {
-    MemoryStore store;
-    ModelContext context(*store.container);
-    auto& project = make<Project>(context);
-    auto& task = make<ProjectTask>(context, {.project = &project});
-    for (int i = 0; i < 100; ++i)
-        make<TimeEntry>(context, {.task = &task, .startTime = date("0001-01-01T00:00:00Z")})
-            .setEndTime(date("9999-12-31T00:00:00Z"));
-    context.save();
-    EXPECT_GT(ProjectTotalsTable(context, {&project}, testNow).of(project).totalTimeSpent, 1e12);
-    EXPECT_GT(TaskTotalsTable(context, {&task}, testNow).of(task).totalTimeSpent, 1e12);
 }
 
 /// Searches at random, each against a loop over all objects: `search(dice)` makes one, `find` runs it, `matches` judges

@@ -82,26 +82,6 @@ TEST_F(ProjectOrderTest, aNewProjectGoesToTheEndOfItsScope) {
     EXPECT_EQ(nextProjectOrder(nullptr, context), 4);
 }
 
-TEST_F(ProjectOrderTest, movingRenumbersOnlyWhatChanges) {
-    struct Case {
-        std::size_t index, offset;
-        const char *first, *second, *third;
-    };
-    const Case cases[] = {
-        // clang-format off
-        {1, 0, "n", "m", "o"}, {0, 2, "n", "m", "o"}, {0, 3, "n", "o", "m"}, {2, 0, "o", "m", "n"},
-        {1, 1, "m", "n", "o"}, {3, 0, "m", "n", "o"}, {0, 4, "m", "n", "o"},
-        // clang-format on
-    };
-    for (const Case& each : cases) {
-        renumber(std::vector<Project*>{&find("m"), &find("n"), &find("o")});
-        context.save();
-        move(layout().groups[0].members, each.index, each.offset);
-        EXPECT_THAT(membersOf(*G), ElementsAre(each.first, each.second, each.third)) << each.index << each.offset;
-        EXPECT_EQ(context.hasChanges(), *each.first != 'm');
-    }
-}
-
 TEST_F(ProjectOrderTest, aGroupTakesThePlaceOfAnother) {
     auto& I = group("I", 3);
     context.save();

@@ -79,27 +79,6 @@ TEST_F(StoreFiles, areMadeForTheUserAlone) {
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST(SchemaVersions, addTheseColumns) {
-    const auto namesOfColumns = [](const Schema& schema) {
-        std::set<std::string> names;
-        for (const TableSchema& table : schema.tables)
-            for (const ColumnSchema& column : table.columns)
-                names.insert(table.name + "." + column.name);
-        return names;
-    };
-    std::vector<std::string> added;
-    const auto& versions = QuillornMigrationPlan().schemas;
-    for (std::size_t i = 1; i < versions.size(); ++i) {
-        EXPECT_EQ(versions[i]->version, versions[i - 1]->version + 1);
-        const auto before = namesOfColumns(*versions[i - 1]);
-        for (const std::string& name : namesOfColumns(*versions[i]))
-            if (!before.contains(name))
-                added.push_back(std::to_string(versions[i]->version) + ": " + name);
-    }
-    EXPECT_THAT(added,
-                ElementsAre("2: ProjectTask.sourceTitle", "2: ProjectTask.sourceURL", "3: ProjectTask.dueHasTime"));
-}
-
 TEST_F(StoreFiles, ofOlderVersionsAreMigrated) {
     open();
     const std::string fresh = layout();
@@ -182,22 +161,6 @@ TEST_F(StoreFiles, thatCannotBeOpenedStayAsTheyAre) {
                                              "); retrying with inferred migration"));
         EXPECT_TRUE(content() == before);
     }
-}
-
-TEST_F(StoreFiles, thatTheSystemRefusesAreReportedInItsWords) {
-    writeFile(folder / "plain", "");
-    const std::pair<fs::path, std::string> cases[] = {
-        {folder / "missing/Quillorn.store", "No such file or directory"},
-        {folder / "plain/Quillorn.store", "Not a directory"},
-        {folder / std::string(300, 'x'), "File name too long"},
-    };
-    for (const auto& [path, reason] : cases)
-        EXPECT_EQ(refusal(path), "Can't open " + path.string() + ": " + reason);
-    if (::geteuid() == 0)
-        return; // to whom nothing is refused
-    open();
-    fs::permissions(file(), fs::perms::none);
-    EXPECT_EQ(refusal(file()), "Can't open " + file().string() + ": Permission denied");
 }
 
 } // namespace

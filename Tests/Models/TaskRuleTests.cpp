@@ -179,20 +179,5 @@ TEST_F(TaskRules, deletionsAreConfirmedInWords) {
               (Confirmation{"Delete Note?", "This permanently deletes “head”. This can’t be undone."}));
 }
 
-TEST_F(TaskRules, archivingHidesWhatIsBelow) {
-    for (const int archived : {0, 1, 2, 3}) {
-        auto& client = make<Client>(context);
-        auto& project = make<Project>(context);
-        auto& task = make<ProjectTask>(context, {.project = &project});
-        project.setArchived((archived & 1) != 0);
-        client.setArchived((archived & 2) != 0);
-        EXPECT_EQ(task.isHidden(), project.isArchived()) << "without a client";
-        project.setClient(&client);
-        EXPECT_EQ(project.isHidden(), archived != 0);
-        EXPECT_EQ(task.isHidden(), archived != 0);
-    }
-    EXPECT_FALSE(make<ProjectTask>(context).isHidden());
-}
-
 } // namespace
 } // namespace quillorn

@@ -1,6 +1,5 @@
 #include "Platform/Crypto.h"
 #include "Platform/UUID.h"
-#include "Support/FixedRandom.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -26,14 +25,8 @@ TEST(UUID, readsEitherCaseWritesUpperCaseAndOrdersByItsBytes) {
               *UUID::parse("80000000-0000-0000-0000-000000000000"));
 }
 
-/// What holds for every source of random bytes.
-template <typename Source>
-class RandomSourceContract : public testing::Test {};
-using Sources = testing::Types<SystemRandom, FixedRandom>;
-TYPED_TEST_SUITE(RandomSourceContract, Sources);
-
-TYPED_TEST(RandomSourceContract, givesNewVersionFourIdentifiers) {
-    TypeParam random;
+TEST(SystemRandom, givesNewVersionFourIdentifiers) {
+    SystemRandom random;
     std::set<UUID> seen;
     std::set<std::size_t> hashes;
     for (int i = 0; i < 500; ++i) {
@@ -45,30 +38,6 @@ TYPED_TEST(RandomSourceContract, givesNewVersionFourIdentifiers) {
     }
     EXPECT_EQ(seen.size(), 500u);
     EXPECT_EQ(hashes.size(), 500u);
-}
-
-TYPED_TEST(RandomSourceContract, fillsAnyLength) {
-    TypeParam random;
-    for (const std::size_t length : {0u, 1u, 33u, 100'000u}) {
-        std::vector<std::uint8_t> bytes(length + 1, 0);
-        random.fill(std::span(bytes).first(length));
-        EXPECT_EQ(bytes.back(), 0);
-        const std::set<std::uint8_t> values(bytes.begin(), bytes.end() - 1);
-        EXPECT_GE(values.size(), std::min<std::size_t>(length, 4)); // 33 bytes of three values: never
-    }
-}
-
-TEST(FixedRandom, repeatsItselfForItsSeed) {
-    FixedRandom a(5), b(5), c(6);
-    const UUID first = UUID::random(a);
-    EXPECT_EQ(first, UUID::random(b));
-    EXPECT_NE(first, UUID::random(c));
-    a.restart();
-    EXPECT_EQ(first, UUID::random(a));
-}
-
-TEST(Crypto, hexStringIsLowerCase) {
-    EXPECT_EQ(hexString(std::vector<std::uint8_t>{0x00, 0x0F, 0xA5, 0xFF}), "000fa5ff");
 }
 
 } // namespace

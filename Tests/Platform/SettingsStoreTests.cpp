@@ -15,72 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct InFile {
-    TemporaryFolder folder;
-    RecordingLog log;
-    FileSettings settings{folder / "Quillorn/settings.json", log};
-};
-
-struct InMemory {
-    MemorySettings settings;
-};
-
-/// What holds for every settings store.
-template <typename Holder>
-class SettingsStoreContract : public testing::Test {
-  protected:
-    Holder holder;
-    SettingsStore& store = holder.settings;
-};
-
-using Holders = testing::Types<InFile, InMemory>;
-TYPED_TEST_SUITE(SettingsStoreContract, Holders);
-
-TYPED_TEST(SettingsStoreContract, keepsEveryKindOfValueAndRefusesWhatJsonCannotSay) {
-    const Json values[] = {nullptr, true, 1, 1.0, -0.5, "", "é\n\"", Json::Array{1, "a"}, Json::Object{{"k", 2}}};
-    for (const Json& value : values) {
-        this->store.set("key", value);
-        EXPECT_THROW(this->store.set("key", std::numeric_limits<double>::infinity()), std::runtime_error);
-        EXPECT_THROW(this->store.set("key", "\xFF"), std::runtime_error);
-        EXPECT_EQ(this->store.value("key"), value) << value.text();
-        EXPECT_EQ(this->store.storedValue("key"), value);
-    }
-    EXPECT_EQ(this->store.value("other"), std::nullopt);
-}
-
-TYPED_TEST(SettingsStoreContract, defaultsStandBehindStoredValues) {
-    this->store.registerDefaults({{"port", 18080}, {"name", "a"}});
-    this->store.registerDefaults({{"name", "b"}});
-    EXPECT_EQ(this->store.value("port"), Json(18080));
-    EXPECT_EQ(this->store.value("name"), Json("b"));
-    EXPECT_EQ(this->store.storedValue("port"), std::nullopt);
-    this->store.set("port", 1);
-    EXPECT_EQ(this->store.value("port"), Json(1));
-    this->store.remove("port");
-    this->store.remove("port");
-    EXPECT_EQ(this->store.value("port"), Json(18080));
-}
-
-TYPED_TEST(SettingsStoreContract, canBeSharedBetweenThreads) {
-    onThreads(4, [this](int thread) {
-        for (int i = 0; i < 10; ++i) {
-            this->store.set("key" + std::to_string(thread), i);
-            EXPECT_EQ(this->store.value("key" + std::to_string(thread)), Json(i));
-        }
-    });
-    for (int thread = 0; thread < 4; ++thread)
-        EXPECT_EQ(this->store.value("key" + std::to_string(thread)), Json(9));
-}
-
-TEST(MemorySettings, failsOnDemand) {
-    MemorySettings settings;
-    settings.set("a", 1);
-    settings.failsToWrite = true;
-    EXPECT_THROW(settings.set("a", 2), std::runtime_error);
-    EXPECT_THROW(settings.remove("a"), std::runtime_error);
-    EXPECT_EQ(settings.value("a"), Json(1));
-}
-
 class FileSettingsTest : public testing::Test {
   protected:
     /// The words of the failure of a change.
@@ -105,6 +39,28 @@ class FileSettingsTest : public testing::Test {
     RecordingLog log;
     FileSettings settings{file, log};
 };
+
+TEST_F(FileSettingsTest, keepsEveryKindOfValueAndRefusesWhatJsonCannotSay) {
+    const Json values[] = {nullptr, true, 1, 1.0, -0.5, "", "é\n\"", Json::Array{1, "a"}, Json::Object{{"k", 2}}};
+    for (const Json& value : values) {
+        settings.set("key", value);
+        EXPECT_THROW(settings.set("key", std::numeric_limits<double>::infinity()), std::runtime_error);
+        EXPECT_THROW(settings.set("key", "\xFF"), std::runtime_error);
+        EXPECT_EQ(settings.value("key"), value) << value.text();
+        EXPECT_EQ(settings.storedValue("key"), value);
+    }
+}
+
+TEST_F(FileSettingsTest, defaultsStandBehindStoredValues) {
+    settings.registerDefaults({{"port", 18080}, {"name", "a"}});
+    settings.registerDefaults({{"name", "b"}});
+    EXPECT_EQ(settings.value("name"), Json("b"));
+    EXPECT_EQ(settings.storedValue("port"), std::nullopt);
+    settings.set("port", 1);
+    EXPECT_EQ(settings.value("port"), Json(1));
+    settings.remove("port");
+    EXPECT_EQ(settings.value("port"), Json(18080));
+}
 
 TEST_F(FileSettingsTest, writesAPrivatePrettyFileWithoutLeftovers) {
     EXPECT_EQ(settings.value("a"), std::nullopt);

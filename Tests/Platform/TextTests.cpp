@@ -36,16 +36,6 @@ TEST(Text, containsIgnoresCaseAndCompositionButNotAccents) {
             << c.text << " | " << c.part << " | " << c.locale;
 }
 
-TEST(Text, malformedBytesCountAsTheReplacementCharacter) {
-    const Text text("en_US");
-    EXPECT_TRUE(text.contains("a\xFF-", "\uFFFD-"));
-    EXPECT_TRUE(text.contains("a\uFFFDb", "A\xFF"));
-    EXPECT_FALSE(text.contains("ab", "\xFF"));
-    EXPECT_TRUE(text.contains("a\0B"s, "\0b"s));
-    EXPECT_NE(text.compare("a\xFF", "a\xFE"), 0);
-    EXPECT_EQ(text.compareIgnoringCase("a\xFF", "A\xFE"), 0);
-}
-
 TEST(Text, asciiSearchAgreesWithTheGeneralOne) {
     const Text text("en_US");
     std::mt19937 random(3);
@@ -76,13 +66,6 @@ TEST(Text, comparesAsAFileListDoes) {
     EXPECT_LT(text.compareIgnoringCase("B9", "b10"), 0);
 }
 
-TEST(Text, ordersByTheLocale) {
-    const std::array<const char*, 3> cases[] = {
-        {"de_DE", "ä", "z"}, {"sv_SE", "z", "ä"}, {"", "B", "c"}, {"", "a", "B"}, {"C.UTF-8", "a", "B"}};
-    for (const auto& [locale, lower, higher] : cases)
-        EXPECT_LT(Text(locale).compare(lower, higher), 0) << locale;
-}
-
 TEST(Text, takesTheNamesOfTheEnvironment) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "en_US"},           {"C", "en_US"},           {"POSIX", "en_US"},
@@ -91,18 +74,6 @@ TEST(Text, takesTheNamesOfTheEnvironment) {
         {"tr_TR", "tr_TR"},      {"\xFF..@", "en_US"},     {"sr_RS.UTF-8@latin", "sr_Latn_RS"}};
     for (const auto& [name, locale] : cases)
         EXPECT_EQ(Text(name).locale(), locale) << name;
-}
-
-TEST(Text, canBeSharedBetweenThreads) {
-    const Text text("en_US");
-    const auto needle = text.needle("Ärger");
-    onThreads(4, [&](int) {
-        for (int i = 0; i < 300; ++i) {
-            EXPECT_TRUE(needle.isIn("viel äRGER hier"));
-            EXPECT_LT(text.compare("Datei 9 ä", "Datei 10 ä"), 0);
-            EXPECT_EQ(characterCount("äö😀"), 3u);
-        }
-    });
 }
 
 TEST(Characters, countWhatPeopleSee) {
@@ -124,19 +95,6 @@ TEST(Characters, prefixNeverCutsOneApart) {
     // clang-format on
     for (const auto& [text, count, prefix] : cases)
         EXPECT_EQ(characterPrefix(text, count), prefix) << text << count;
-}
-
-TEST(Characters, anyBytesAreCountedAndCutInAccord) {
-    std::mt19937 random(11);
-    for (int i = 0; i < 2000; ++i) {
-        std::string text(random() % 12, ' ');
-        constexpr char alphabet[] = "a\r\n\xCC\x81\xF0\x9F\x98\x80\xE2\x80\x8D\xFF";
-        std::generate(text.begin(), text.end(), [&] { return alphabet[random() % (sizeof alphabet - 1)]; });
-        const std::size_t count = characterCount(text);
-        EXPECT_EQ(characterPrefix(text, count), text);
-        for (std::size_t n = 0; n < count; ++n)
-            EXPECT_LT(characterPrefix(text, n).size(), characterPrefix(text, n + 1).size());
-    }
 }
 
 TEST(Trimming, knowsBlanksAndLineEnds) {

@@ -82,26 +82,5 @@ TEST(BackupRetention, keepsWhatTheRuleSaysInAllZones) {
     tzset();
 }
 
-TEST(BackupRetention, hasItsBordersToTheSecond) {
-    const Calendar calendar("UTC", "en_US");
-    const Date now = parseISO8601("2026-01-15T12:00:00Z").value();
-    const auto prune = [&](std::initializer_list<int> ages) {
-        std::vector<Date> dates;
-        for (const int age : ages)
-            dates.push_back(now - seconds{age});
-        std::vector<int> pruned;
-        for (const Date date : datesToPrune(dates, now, calendar))
-            pruned.push_back(static_cast<int>(secondsBetween(date, now)));
-        return pruned;
-    };
-    using Ages = std::vector<int>;
-    EXPECT_EQ(prune({86'400, 86'400, 80'000, -5'000'000}), Ages());
-    EXPECT_EQ(prune({86'400, 86'401}), Ages()) << "one day in two tiers";
-    EXPECT_EQ(prune({86'402, 86'401, 86'403}), Ages({86'402, 86'403}));
-    EXPECT_EQ(prune({2'592'000, 2'592'001, 2'592'002}), Ages({2'592'002}));
-    EXPECT_EQ(prune({7'257'601, 7'257'600, 9'000'000}), Ages({7'257'601, 9'000'000}));
-    EXPECT_EQ(prune({9'000'000}), Ages({9'000'000})) << "there is no least number";
-}
-
 } // namespace
 } // namespace quillorn

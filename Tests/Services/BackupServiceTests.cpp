@@ -214,33 +214,6 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     EXPECT_THROW(service->setBackupFolder(mine), std::runtime_error);
 }
 
-TEST_F(BackupTest, isOneConsistentStateWhileOthersWrite) {
-    change(*container, [](ModelContext& context) { make<ProjectTask>(context, {.title = "counts the tags"}); });
-    std::atomic<bool> done = false;
-    std::vector<std::int64_t> counts;
-    onThreads(3, [&](int number) {
-        while (number > 0 && !done) {
-            ModelContext context(*container, ModelContext::Intent::update);
-            auto& task = *context.fetch<ProjectTask>().at(0);
-            task.setSortOrder(task.sortOrder() + 1);
-            make<Tag>(context, {.name = std::string(500, 'x')});
-            context.save();
-        }
-        for (int round = 0; number == 0 && round < 15; ++round) {
-            const fs::path backup = snapshotStore(file(), backups(), std::to_string(round), random);
-            const fs::path copy = folder / "copy.store";
-            unpackBackup(backup, copy);
-            ForeignConnection look(copy);
-            counts.push_back(look.integer("SELECT count(*) FROM Tag"));
-            EXPECT_EQ(look.integer("SELECT sortOrder FROM ProjectTask"), counts.back());
-        }
-        if (number == 0)
-            done = true;
-    });
-    EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
-    EXPECT_GT(counts.back(), counts.front());
-}
-
 TEST_F(BackupTest, isBroughtToItsEndByTheDestructor) {
     addTag("a");
     service->runBackup(true);

@@ -133,49 +133,5 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
     EXPECT_THAT(tags(), ElementsAre("live"));
 }
 
-TEST_F(RestoreTest, knowsDamageWhereItShows) {
-    for (int i = 0; i < 60; ++i)
-        addTag("A tag of the name " + std::to_string(i * 7919));
-    const std::string bytes = readFile(backup());
-    const fs::path bad = folder / "bad", copy = folder / "copy";
-    const auto refusal = [&](const std::string& damaged) {
-        writeFile(bad, damaged);
-        fs::remove(copy);
-        try {
-            unpackBackup(bad, copy);
-        } catch (const BackupError& error) {
-            return std::string(error.what());
-        }
-        return std::string();
-    };
-    Dice dice(5);
-    const auto flipped = [&] {
-        std::string damaged = bytes;
-        damaged[dice.below(damaged.size())] ^= static_cast<char>(1U << dice.below(8));
-        return damaged;
-    };
-    EXPECT_EQ(refusal(bytes), "");
-    for (int round = 0; round < 1'000; ++round)
-        EXPECT_NE(refusal(bytes.substr(0, dice.below(bytes.size()))), "");
-    int refused = 0;
-    for (int round = 0; round < 2'000; ++round) {
-        const std::string words = refusal(flipped());
-        refused += words.empty() ? 0 : 1;
-        // The format has no checksum: a flip may only turn one letter of a text into another.
-        EXPECT_TRUE(!words.empty() || isHealthySnapshot(copy));
-    }
-    EXPECT_GT(refused, 1'000);
-    // The same through the service: either nothing has happened, or a sound store was restored.
-    ForeignConnection watch(file());
-    for (int round = 0; round < 60; ++round) {
-        const auto before = watch.integer("PRAGMA data_version");
-        writeFile(bad, flipped());
-        restore(bad);
-        EXPECT_EQ(watch.integer("PRAGMA data_version") == before, service->lastError().has_value());
-        EXPECT_EQ(tags().size(), 60U);
-    }
-    EXPECT_EQ(watch.text("PRAGMA integrity_check"), "ok");
-}
-
 } // namespace
 } // namespace quillorn

@@ -113,33 +113,6 @@ TEST_F(TimerServiceTest, aLaunchTakesUpTheLatestRunningEntry) {
     EXPECT_EQ(runningEntries(), 1U);
 }
 
-TEST_F(TimerServiceTest, replacedContentsBringTheirOwnTimer) {
-    const auto restore = [&](TestStore& backup) {
-        replaceStoreContents(*backup.container, *container);
-        queue.runPosted();
-    };
-    TestStore asItWas, idle;
-    timer.start(task(a), context);
-    context.save();
-    replaceStoreContents(*container, *asItWas.container);
-    const UUID entry = timer.activeEntry(context)->id();
-    timer.start(task(b), context);
-    context.save();
-    EXPECT_NE(timer.activeEntry(context)->id(), entry);
-
-    restore(asItWas);
-    EXPECT_TRUE(timer.isActive(task(a)));
-    EXPECT_EQ(timer.activeEntry(context)->id(), entry);
-    settle();
-    restore(asItWas);
-    settle();
-    EXPECT_EQ(timer.activeEntry(context)->id(), entry) << "the same entry goes on";
-    EXPECT_EQ(timer.elapsedTime(), 2);
-    restore(idle);
-    EXPECT_FALSE(timer.isRunning());
-    EXPECT_EQ(runningEntries(), 0U);
-}
-
 TEST_F(TimerServiceTest, completingTheTaskResetsAndEndsTheEntryOnce) {
     timer.start(task(a), context);
     context.save();
@@ -195,26 +168,6 @@ TEST_F(TimerServiceTest, staysTrueToWhatOthersDoToItsEntry) {
             timer.stop(context);
         }
     }
-}
-
-TEST_F(TimerServiceTest, followsATimerOfAnotherProcess) {
-    // As "quillorn timer start" does it there: its own service, on the same store.
-    const auto commandLine = [&](const std::function<void(TimerService&, ModelContext&)>& work) {
-        inAnotherProcess([&](ModelContext& other) {
-            TimerService service(notifications, queue, clock);
-            service.resumeRunningEntry(other);
-            work(service, other);
-        });
-        settle();
-    };
-    for (const UUID& id : {a, b}) {
-        commandLine([&](auto& service, auto& other) { service.start(*other.template find<ProjectTask>(id), other); });
-        EXPECT_TRUE(timer.isActive(task(id)));
-        EXPECT_EQ(runningEntries(), 1U);
-    }
-    commandLine([](TimerService& service, ModelContext& other) { service.stop(other); });
-    EXPECT_FALSE(timer.isRunning());
-    EXPECT_EQ(runningEntries(), 0U);
 }
 
 } // namespace

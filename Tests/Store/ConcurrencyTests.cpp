@@ -64,21 +64,6 @@ TEST(Update, withoutAChangeLeavesNoTrace) {
     EXPECT_THAT(namesOf(context.fetch<Tag>()), ElementsAre("a"));
 }
 
-TEST(Processes, seeEachOthersCommitsAtOnce) {
-    TestStore store;
-    StoreWorker worker(store.file());
-    std::string all;
-    for (int round = 0; round < 10; ++round) {
-        const std::string own = "own" + std::to_string(round), theirs = "theirs" + std::to_string(round);
-        addTag(*store.container, own);
-        all += (all.empty() ? "" : ",") + own;
-        EXPECT_EQ(worker.ask("names"), all);
-        EXPECT_EQ(worker.ask("add " + theirs), "ok");
-        all += "," + theirs;
-        EXPECT_EQ(tagsIn(*store.container).back(), theirs);
-    }
-}
-
 TEST(Snapshot, staysAsItWasAtTheFirstReadUpToASave) {
     TestStore store;
     const auto second = store.open();
@@ -96,42 +81,6 @@ TEST(Snapshot, staysAsItWasAtTheFirstReadUpToASave) {
     EXPECT_EQ(context.fetch<Tag>().size(), 4U);
     context.endReading();
     EXPECT_EQ(context.fetch<Tag>().size(), 5U);
-}
-
-TEST(Snapshot, neverShowsHalfASave) {
-    TestStore store;
-    change(*store.container, addTask);
-    change(*store.container, addTask);
-    std::atomic<bool> finished = false;
-    std::thread writer([&] {
-        for (int i = 1; i <= 200; ++i)
-            change(*store.container, [&](ModelContext& context) {
-                for (ProjectTask* task : context.fetch<ProjectTask>())
-                    task->setSortOrder(i);
-            });
-        finished = true;
-    });
-    while (!finished) {
-        ModelContext context(*store.container);
-        const auto* first = context.fetch<ProjectTask>({.order = "key LIMIT 1"})[0];
-        EXPECT_EQ(first->sortOrder(), context.fetch<ProjectTask>()[1]->sortOrder());
-    }
-    writer.join();
-}
-
-TEST(EndReading, keepsWhatIsLoadedAndReadsOnWhenAsked) {
-    TestStore store;
-    change(*store.container, [](ModelContext& context) {
-        make<ProjectTask>(context, {.title = "t", .project = &make<Project>(context, {.name = "p"})});
-    });
-    ModelContext context(*store.container);
-    auto& task = named<ProjectTask>(context, "t");
-    context.endReading();
-    const auto before = store.container->executedStatements();
-    EXPECT_EQ(task.title(), "t");
-    EXPECT_EQ(store.container->executedStatements(), before);
-    EXPECT_EQ(task.project()->name(), "p");
-    EXPECT_THAT(task.project()->tasks(), ElementsAre(&task));
 }
 
 TEST(WriteLock, ofAStoppedOrKilledProcessBlocksNobodyForEver) {
@@ -160,20 +109,6 @@ TEST(WriteLock, excludesThreadsOfOneContainer) {
         }
         std::thread([&] { EXPECT_NO_THROW((void)lock.acquire(20ms)); }).join();
     }
-}
-
-TEST(Log, isLeftAloneByConnectionsAndTruncatedByTheContainer) {
-    TestStore store;
-    const std::string before = readFile(store.file());
-    addTag(*store.container, "a");
-    const auto size = logSize(store);
-    ForeignConnection(store.file()).execute("UPDATE Tag SET name = 'b'");
-    EXPECT_GT(logSize(store), size);
-    EXPECT_EQ(readFile(store.file()), before) << "everything is in the log";
-    store.container.reset();
-    EXPECT_EQ(logSize(store), 0U);
-    std::filesystem::copy_file(store.file(), store.folder / "copy.store");
-    EXPECT_EQ(ForeignConnection(store.folder / "copy.store").text("SELECT name FROM Tag"), "b");
 }
 
 TEST(Log, isCheckpointedUnderTheLockAlone) {
@@ -236,13 +171,6 @@ TEST(Log, isNotWaitedForWhenSomebodyReads) {
     reader.endReading();
     store.open().reset();
     EXPECT_EQ(logSize(store), 0U);
-}
-
-TEST(StoreInMemory, belongsToItsContainer) {
-    MemoryStore store;
-    addTag(*store.container, "a");
-    EXPECT_THAT(tagsIn(*store.container), ElementsAre("a"));
-    EXPECT_THAT(tagsIn(*store.open(std::nullopt)), IsEmpty());
 }
 
 } // namespace

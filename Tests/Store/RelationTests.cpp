@@ -12,22 +12,6 @@ using testing::UnorderedElementsAre;
 using Contexts = StoreTest<TestStore>;
 using Relations = StoreTest<MemoryStore>;
 
-TEST_F(Contexts, keepEachRowAsOneObject) {
-    auto& made = make<Project>(context, {.name = "Site"});
-    make<ProjectTask>(context, {.title = "Draw", .project = &made});
-    context.save();
-    EXPECT_EQ(context.find<Project>(made.id()), &made) << "also for the context that made it";
-
-    ModelContext other(*container);
-    auto* project = other.find<Project>(made.id());
-    EXPECT_NE(project, &made);
-    EXPECT_THAT(other.fetch<Project>(), ElementsAre(project));
-    auto* task = *project->tasks().begin();
-    EXPECT_EQ(task->project(), project);
-    EXPECT_EQ(other.find<ProjectTask>(task->id()), task);
-    EXPECT_EQ(other.find<ProjectTask>(project->id()), nullptr);
-}
-
 TEST_F(Contexts, fetchWhatTheQuerySaysInItsOrder) {
     for (const char* name : {"b", "c", "a"})
         make<Tag>(context, {.name = name, .color = name[0] == 'c' ? "red" : "#FFF"});
@@ -42,59 +26,6 @@ TEST_F(Contexts, fetchWhatTheQuerySaysInItsOrder) {
     ModelContext other(*container);
     EXPECT_EQ(other.find<Tag>(named<Tag>(context, "b").id())->name(), "b");
     EXPECT_EQ(other.fetch<Tag>().size(), 3U);
-}
-
-TEST_F(Contexts, readEveryFieldAsItWasWritten) {
-    const Date beforeTheEpoch(std::chrono::microseconds(-1));
-    const std::string odd("nul \0 and 'quote' 🟠", 21);
-    auto& project = make<Project>(context, {.name = odd, .projectDescription = ""});
-    project.setGroupID(project.id());
-    project.setSortOrder(INT64_MAX);
-    auto& task = make<ProjectTask>(context, {.dueDate = beforeTheEpoch, .priority = TaskPriority::urgent});
-    task.setDueHasTime(true);
-    context.save();
-
-    ModelContext other(*container);
-    const auto& read = *other.find<Project>(project.id());
-    EXPECT_EQ(read.name(), odd);
-    EXPECT_EQ(read.projectDescription(), "") << "empty is not absent";
-    EXPECT_EQ(read.groupID(), project.id());
-    EXPECT_EQ(read.sortOrder(), INT64_MAX);
-    EXPECT_EQ(read.createdAt(), testNow);
-    EXPECT_EQ(read.client(), nullptr);
-    const auto& readTask = *other.find<ProjectTask>(task.id());
-    EXPECT_EQ(readTask.dueDate(), beforeTheEpoch);
-    EXPECT_TRUE(readTask.dueHasTime());
-    EXPECT_EQ(readTask.priority(), TaskPriority::urgent);
-    EXPECT_EQ(readTask.taskDescription(), std::nullopt);
-}
-
-TEST(StatementCount, isTheSameForAnyNumberOfRows) {
-    std::vector<std::uint64_t> costs;
-    for (const std::size_t rows : {10U, 500U, 501U, 1000U}) {
-        MemoryStore store;
-        change(*store.container, [&](ModelContext& context) { crowd(context, static_cast<int>(rows)); });
-        ModelContext context(*store.container);
-        const auto before = store.container->executedStatements();
-        std::size_t count = 0;
-        for (const auto* note : context.fetch<Note>())
-            count += note->task() != nullptr ? 1U : 0U;
-        for (const auto* task : context.fetch<ProjectTask>()) {
-            count += task->project()->client() != nullptr ? 1U : 0U;
-            count += task->timeEntries().size() + task->notes().size() + task->tags().size() + task->subtaskCount();
-            count += (*task->notes().begin())->project() == task->project() ? 1U : 0U;
-            count += task->parentTask() != nullptr ? 1U : 0U;
-        }
-        for (const auto* tag : context.fetch<Tag>())
-            count += tag->tasks().size();
-        for (const auto* client : context.fetch<Client>())
-            for (const auto* project : client->projects())
-                count += project->taskCount() + project->notes().size() + project->directTimeEntries().size();
-        EXPECT_EQ(count, rows * 18 + rows / 2 + rows % 2 - 4);
-        costs.push_back(store.container->executedStatements() - before);
-    }
-    EXPECT_LE(costs[0], 20U);
-    EXPECT_THAT(costs, testing::Each(costs[0]));
 }
 
 /// Moves a child from one parent to another and to none, with the parents' lists loaded before or after the change.

@@ -15,8 +15,6 @@
 namespace quillorn {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 
 Lines lines(ModelContext& context, const std::string& sql) {
@@ -140,49 +138,6 @@ TEST(ReplaceStoreContents, copiesEveryColumnOfEveryRowUnderNewKeys) {
     change(*live.container, [](ModelContext& context) { make<Tag>(context, {.name = "new"}); });
     ModelContext context(*live.container);
     EXPECT_EQ(context.fetch<Tag>().back()->name(), "new");
-}
-
-TEST(ReplaceStoreContents, worksBetweenStoresInMemory) {
-    SourceStore source;
-    MemoryStore first, second;
-    replaceStoreContents(*source.container, *first.container);
-    replaceStoreContents(*first.container, *second.container);
-    EXPECT_TRUE(contents(*second.container) == contents(*source.container));
-    replaceStoreContents(*MemoryStore().container, *second.container);
-    EXPECT_THAT(contents(*second.container), IsEmpty());
-}
-
-TEST(ReplaceStoreContents, isSeenByWhoeverLives) {
-    TestStore source, live;
-    change(*source.container, [](ModelContext& context) {
-        auto& parent = make<ProjectTask>(context, {.title = "parent"});
-        make<ProjectTask>(context, {.title = "restored"}).setParentTask(&parent);
-        parent.setTags({&make<Tag>(context, {.name = "tag"})});
-    });
-    FakeClock clock;
-    ManualQueue queue(clock);
-    MainContext main(*live.container, queue, live.log);
-    auto& task = make<ProjectTask>(main.context(), {.title = "replaced"});
-    main.context().save();
-    queue.advance(MainContext::period);
-    ModelContext reader(*live.container);
-    EXPECT_EQ(reader.fetch<ProjectTask>().size(), 1U);
-    std::vector<const ChangeSet*> told;
-    main.addListener([&](const ChangeSet* changes) { told.push_back(changes); });
-
-    task.setTitle("changed"); // goes with the rest
-    make<Note>(main.context(), {.title = "unsaved", .task = &task});
-    replaceStoreContents(*source.container, *live.container);
-    queue.runPosted();
-    EXPECT_THAT(told, ElementsAre(nullptr));
-    EXPECT_TRUE(task.isDeleted());
-    EXPECT_THAT(namesOf(main.context().fetch<ProjectTask>()), ElementsAre("parent", "restored"));
-    EXPECT_THAT(namesOf(named<ProjectTask>(main.context(), "parent").tags()), ElementsAre("tag"));
-    EXPECT_EQ(named<ProjectTask>(main.context(), "restored").parentTask()->title(), "parent");
-    EXPECT_THAT(namesOf(reader.fetch<ProjectTask>()), ElementsAre("replaced")) << "a snapshot stays";
-    queue.advance(MainContext::period);
-    EXPECT_THAT(namesOf(main.context().fetch<Note>()), ElementsAre("unsaved"));
-    EXPECT_THAT(live.log.lines(), IsEmpty());
 }
 
 TEST(ReplaceStoreContents, leavesEverythingAsItWasWhenItFails) {

@@ -142,16 +142,6 @@ TEST_F(Save, failingOfAnUpdateGivesUpTheLock) {
     EXPECT_THAT(namesOf(context.fetch<Note>()), ElementsAre("b", "a"));
 }
 
-TEST_F(Save, refersOnlyToRowsThatAreThere) {
-    auto& project = make<Project>(context, {.name = "p"});
-    context.save();
-    elsewhere([](ModelContext& other) { other.remove(named<Project>(other, "p")); });
-    make<ProjectTask>(context, {.title = "t", .project = &project});
-    EXPECT_THROW(context.save(), StoreError);
-    ModelContext reader(*container);
-    EXPECT_THAT(reader.fetch<ProjectTask>(), IsEmpty());
-}
-
 /// A client with everything under it, a second project with a subtask of the first one's task, and what is loose.
 void populate(ModelContext& context) {
     auto& client = make<Client>(context, {.name = "client"});
@@ -273,35 +263,6 @@ TEST(DeleteRules, takeAlongWhatBelongsAndClearWhatRefers) {
             }
         }
     }
-}
-
-TEST_F(Save, deletesWhatOthersAddedMeanwhile) {
-    populate(context);
-    everything(context);
-    const auto second = open();
-    change(*second, [](ModelContext& other) {
-        auto& added = make<ProjectTask>(other, {.title = "added", .project = &named<Project>(other, "project")});
-        make<TimeEntry>(other, {.task = &added, .title = "added entry"});
-        make<Note>(other, {.title = "added comment", .task = &named<ProjectTask>(other, "task")});
-    });
-    removing<Client>(context, "client");
-    context.save();
-    ModelContext reader(*container);
-    EXPECT_EQ(everything(reader), words("away divider foreign<away tag loose"));
-}
-
-TEST_F(Delete, ofAnUnsavedRecordLeavesNoTrace) {
-    auto& project = make<Project>(context);
-    auto& tag = make<Tag>(context);
-    context.save();
-    auto& task = make<ProjectTask>(context, {.project = &project});
-    task.setTags({&tag});
-    context.remove(task);
-    context.remove(task);
-    EXPECT_TRUE(task.isDeleted());
-    EXPECT_THAT(project.tasks(), IsEmpty());
-    EXPECT_THAT(tag.tasks(), IsEmpty());
-    EXPECT_FALSE(context.hasChanges());
 }
 
 TEST_F(Delete, takesAlongUnsavedRecordsToo) {

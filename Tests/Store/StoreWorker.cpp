@@ -22,14 +22,7 @@ void workOnStore(const std::filesystem::path& file) {
         std::istringstream words(line);
         std::string command, argument, answer = "ok";
         words >> command >> argument;
-        if (command == "add") {
-            change(*container, [&](ModelContext& context) { make<Tag>(context, {.name = argument}); });
-        } else if (command == "names") {
-            answer.clear();
-            ModelContext context(*container);
-            for (const std::string& name : namesOf(context.fetch<Tag>()))
-                answer += (answer.empty() ? "" : ",") + name;
-        } else if (command == "increment") {
+        if (command == "increment") {
             increment(*container, std::stoi(argument));
         } else if (command == "churn") {
             int times = 0;

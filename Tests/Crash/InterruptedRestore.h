@@ -8,11 +8,6 @@
 
 namespace quillorn {
 
-/// Takes a backup by `quillorn backup` while the writers are at work, restores it by `quillorn restore` over a store of
-/// its own, and has a server show what is in it. Everything that was acknowledged before the backup began must be
-/// there.
-void takeBackup(Round& round, const std::vector<Ledger*>& ledgers);
-
 /// Goes back to an earlier state by `quillorn restore`, which is killed at some moment, while the server runs and
 /// nobody writes. Afterwards everything must be as it was or everything as it is in the backup.
 class InterruptedRestore {

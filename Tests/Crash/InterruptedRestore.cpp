@@ -1,4 +1,4 @@
-#include "Crash/Backups.h"
+#include "Crash/InterruptedRestore.h"
 
 #include "Integration/ServerProcess.h"
 
@@ -13,19 +13,13 @@ namespace {
 /// About the time that a restore takes.
 constexpr int longestRestore = 250'000; // microseconds
 
-/// What the program writes; a fault and nothing when it fails.
-std::string outputOf(Round& round, const std::filesystem::path& home, const std::vector<std::string>& arguments) {
-    ProgramProcess program(home, {.arguments = arguments});
-    if (program.wait() == 0)
-        return program.output();
-    round.fault("quillorn " + arguments.front() + ": " + program.errors());
-    return {};
-}
-
 /// The path of a new backup; empty after a fault.
 std::string newBackup(Round& round) {
-    const std::string output = outputOf(round, round.home, {"backup", "--json"});
-    return output.empty() ? output : *Json::parse(output).find("file")->asString();
+    ProgramProcess program(round.home, {.arguments = {"backup", "--json"}});
+    if (program.wait() == 0)
+        return *Json::parse(program.output()).find("file")->asString();
+    round.fault("quillorn backup: " + program.errors());
+    return {};
 }
 
 std::vector<KnownRecords> recordsOf(const std::vector<Ledger*>& ledgers) {
@@ -43,20 +37,6 @@ KnownRecords merged(const std::vector<KnownRecords>& parts) {
 }
 
 } // namespace
-
-void takeBackup(Round& round, const std::vector<Ledger*>& ledgers) {
-    const std::vector<KnownRecords> before = recordsOf(ledgers);
-    const std::string file = newBackup(round);
-    KnownRecords expected;
-    for (std::size_t i = 0; i < ledgers.size(); ++i)
-        expected.merge(ledgers[i]->untouchedSince(before[i]));
-    const TemporaryFolder other;
-    if (file.empty() || outputOf(round, other.path(), {"restore", "--yes", file}).empty())
-        return;
-    const auto listed = listEverything(ServerProcess(other.path()).port());
-    for (const std::string& difference : differences(expected, listed, true))
-        round.fault("in a backup, " + difference);
-}
 
 void InterruptedRestore::mayHappen(Dice& dice, Round& round, std::uint16_t port) {
     if (!dice.chance(30))

@@ -1,9 +1,11 @@
 #include "CLI/Commands.h"
+#include "CLI/Output.h"
 #include "CLI/ProgressLine.h"
 #include "CLI/Session.h"
 #include "Models/Formatters.h"
 #include "Models/Settings.h"
 #include "Platform/TemporaryDirectory.h"
+#include "Platform/Terminal.h"
 #include "Services/BackupError.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupRetention.h"
@@ -97,7 +99,7 @@ std::string faultOf(const fs::path& backup, RandomSource& random) {
     return "";
 }
 
-void printJson(const fs::path& folder, const std::vector<Listed>& listed) {
+void printList(const fs::path& folder, const std::vector<Listed>& listed) {
     Json::Array array;
     for (const Listed& each : listed) {
         Json::Object object{{"file", each.file.string()},
@@ -111,21 +113,19 @@ void printJson(const fs::path& folder, const std::vector<Listed>& listed) {
         }
         array.emplace_back(std::move(object));
     }
-    fmt::print(
-        "{}\n",
-        Json(Json::Object{{"folder", folder.string()}, {"backups", std::move(array)}}).text(Json::Style::pretty));
+    printJson(Json::Object{{"folder", folder.string()}, {"backups", std::move(array)}});
 }
 
 void printTable(const fs::path& folder, const std::vector<Listed>& listed, Date now) {
-    fmt::print("{}\n", folder.string());
+    fmt::print("{}\n", shown(folder.string()));
     if (listed.empty())
         fmt::print("  No backups\n");
     for (const Listed& each : listed)
-        fmt::print("  {}  {:>10}  {:>9}  {:<7} {}\n", each.file.filename().string(), relativeTime(each.date, now),
-                   fileSize(each.size), each.tier,
+        fmt::print("  {}  {:>10}  {:>9}  {:<7} {}\n", shown(each.file.filename().string()),
+                   relativeTime(each.date, now), fileSize(each.size), each.tier,
                    !each.fault           ? ""
                    : each.fault->empty() ? "sound"
-                                         : *each.fault);
+                                         : shown(*each.fault));
 }
 
 /// Whether the user agrees, asked on the terminal.
@@ -135,7 +135,7 @@ bool confirm(const fs::path& file) {
                "Restoring “{}” replaces your current clients, projects, tasks, notes, and time entries. Your current "
                "data is snapshotted to the backup folder first, so you can undo this.\n\n"
                "Restore? [y/N] ",
-               file.filename().string());
+               textFor(stderr, file.filename().string()));
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "y" || answer == "Y" || answer == "yes";
@@ -151,11 +151,9 @@ ExitStatus backUp(bool json, const ProcessInfo& process) {
     const BackupService& service = session.app().backupService();
     const auto& file = service.lastBackupFile();
     if (json)
-        fmt::print("{}\n",
-                   Json(Json::Object{{"result", *service.lastResult()}, {"file", file ? Json(file->string()) : Json()}})
-                       .text(Json::Style::pretty));
+        printJson(Json::Object{{"result", *service.lastResult()}, {"file", file ? Json(file->string()) : Json()}});
     else
-        fmt::print("{}{}\n", *service.lastResult(), file ? "\n" + file->string() : "");
+        fmt::print("{}{}\n", *service.lastResult(), file ? "\n" + shown(file->string()) : "");
     return ExitStatus::success;
 }
 
@@ -177,7 +175,7 @@ ExitStatus listBackups(bool json, bool check) {
             areSound = areSound && listed[i].fault->empty();
         }
     }
-    json ? printJson(folder, listed) : printTable(folder, listed, now);
+    json ? printList(folder, listed) : printTable(folder, listed, now);
     return areSound ? ExitStatus::success : ExitStatus::failure;
 }
 
@@ -198,7 +196,7 @@ ExitStatus restore(const std::string& file, bool confirmed, const ProcessInfo& p
     if (session.hasFailed())
         return ExitStatus::failure;
     runToTheEnd(session, "Restoring", [&](BackupService& service) { service.restoreFromFile(file); });
-    fmt::print("{}\n", *session.app().backupService().lastResult());
+    fmt::print("{}\n", shown(*session.app().backupService().lastResult()));
     return ExitStatus::success;
 }
 

@@ -1,9 +1,15 @@
 #include "CLI/CommandLine.h"
 
+#include "CLI/Output.h"
+#include "CLI/Suggestion.h"
+
 #include <CLI/CLI.hpp>
+#include <fmt/core.h>
 
 namespace quillorn {
 namespace {
+
+constexpr const char* versionText = "quillorn " QUILLORN_VERSION;
 
 void addServe(CLI::App& app, Action& chosen) {
     auto options = std::make_shared<ServeOptions>();
@@ -52,6 +58,7 @@ void addSettings(CLI::App& app, Action& chosen) {
 void addTimer(CLI::App& app, Action& chosen) {
     auto task = std::make_shared<std::string>();
     auto json = std::make_shared<bool>(false);
+    auto all = std::make_shared<bool>(false);
     CLI::App* timer = app.add_subcommand("timer", "Track time on a task, also while the server runs");
     timer->require_subcommand(0, 1);
 
@@ -60,9 +67,10 @@ void addTimer(CLI::App& app, Action& chosen) {
     start->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return startTimer(*task, process); }; });
 
     CLI::App* stop = timer->add_subcommand("stop", "Stop the running timer");
-    stop->callback([&chosen] { chosen = stopTimer; });
+    stop->add_flag("--all", *all, "Also what other programs have started");
+    stop->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return stopTimer(*all, process); }; });
 
-    CLI::App* status = timer->add_subcommand("status", "Show the running timer");
+    CLI::App* status = timer->add_subcommand("status", "Show the running timer, and whatever else runs");
     status->add_flag("--json", *json, "Print JSON");
     status->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return showTimer(*json, process); }; });
 }
@@ -97,12 +105,50 @@ void addDoctor(CLI::App& app, Action& chosen) {
     doctor->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return examine(*json); }; });
 }
 
+ExitStatus showHelp(const CLI::App& program, const std::vector<std::string>& words) {
+    const CLI::App* command = &program;
+    std::string title = program.get_name();
+    for (const std::string& word : words) {
+        const auto below = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == word; });
+        if (below.empty()) {
+            printError(noSuchCommand(*command, word));
+            return ExitStatus::usage;
+        }
+        command = below.front();
+        title += " " + word;
+    }
+    fmt::print("{}", command->get_formatter()->make_help(command, title, CLI::AppFormatMode::Normal));
+    return ExitStatus::success;
+}
+
+void addHelp(CLI::App& app, Action& chosen) {
+    auto words = std::make_shared<std::vector<std::string>>();
+    CLI::App* help = app.add_subcommand("help", "Show what a command does, as its --help does");
+    help->add_option("COMMAND", *words, "The command, for example \"settings set\"");
+    help->callback([=, &app, &chosen] { chosen = [=, &app](const ProcessInfo&) { return showHelp(app, *words); }; });
+
+    CLI::App* version = app.add_subcommand("version", "Show the version, as --version does");
+    version->callback([&] {
+        chosen = [](const ProcessInfo&) {
+            fmt::print("{}\n", versionText);
+            return ExitStatus::success;
+        };
+    });
+}
+
 } // namespace
+
+std::string noSuchCommand(const CLI::App& app, const std::string& word) {
+    std::vector<std::string> names;
+    for (const CLI::App* below : app.get_subcommands({}))
+        names.push_back(below->get_name());
+    return fmt::format("there is no command \"{}\"{}", word, suggestion(word, names));
+}
 
 std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     auto app = std::make_shared<CLI::App>(
         "Quillorn keeps track of clients, projects, tasks and time, and serves them to programs.", "quillorn");
-    app->set_version_flag("--version", "quillorn " QUILLORN_VERSION);
+    app->set_version_flag("--version", versionText);
     // Not "at least one": then a command that does not exist would be reported as none at all.
     app->require_subcommand(0, 1);
     app->get_formatter()->column_width(34);
@@ -111,6 +157,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addTimer(*app, chosen);
     addBackups(*app, chosen);
     addDoctor(*app, chosen);
+    addHelp(*app, chosen);
     return app;
 }
 

@@ -35,7 +35,8 @@ ExitStatus resetSetting(const std::string& key);
 
 /// The timer of the user's store, also while a server runs on it.
 ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process);
-ExitStatus stopTimer(const ProcessInfo& process);
+/// `all` also stops what other programs have started.
+ExitStatus stopTimer(bool all, const ProcessInfo& process);
 ExitStatus showTimer(bool json, const ProcessInfo& process);
 
 /// Backups of the user's store, also while a server runs on it.

@@ -1,10 +1,10 @@
 #include "CLI/Commands.h"
 #include "CLI/Examination.h"
+#include "CLI/Output.h"
 #include "CLI/ProgressLine.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
-#include "Platform/Json.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 
@@ -16,12 +16,11 @@ namespace quillorn {
 
 namespace {
 
-void printJson(const std::vector<Finding>& findings, bool isFine) {
+void printFindings(const std::vector<Finding>& findings, bool isFine) {
     Json::Array array;
     for (const Finding& each : findings)
         array.emplace_back(Json::Object{{"subject", each.subject}, {"isFine", each.isFine}, {"text", each.text}});
-    fmt::print("{}\n",
-               Json(Json::Object{{"isFine", isFine}, {"findings", std::move(array)}}).text(Json::Style::pretty));
+    printJson(Json::Object{{"isFine", isFine}, {"findings", std::move(array)}});
 }
 
 } // namespace
@@ -38,10 +37,10 @@ ExitStatus examine(bool json) {
     }
     const bool isFine = std::all_of(findings.begin(), findings.end(), [](const Finding& each) { return each.isFine; });
     if (json)
-        printJson(findings, isFine);
+        printFindings(findings, isFine);
     else
         for (const Finding& each : findings)
-            fmt::print("{:<9} {:<3} {}\n", each.subject, each.isFine ? "ok" : "!!", each.text);
+            fmt::print("{:<9} {:<3} {}\n", each.subject, each.isFine ? "ok" : "!!", shown(each.text));
     return isFine ? ExitStatus::success : ExitStatus::failure;
 }
 

@@ -1,12 +1,13 @@
 #include "CLI/ProgressLine.h"
 
+#include "Platform/Terminal.h"
+
 #include <cstdio>
 #include <fmt/core.h>
-#include <unistd.h>
 
 namespace quillorn {
 
-ProgressLine::ProgressLine() : m_isTerminal(::isatty(STDERR_FILENO) == 1) {}
+ProgressLine::ProgressLine() : m_isTerminal(isTerminal(stderr)) {}
 
 ProgressLine::~ProgressLine() {
     show("");

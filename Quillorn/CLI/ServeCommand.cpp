@@ -1,12 +1,12 @@
 #include "API/APIServer.h"
 #include "CLI/Commands.h"
+#include "CLI/Output.h"
 #include "CLI/Session.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
 #include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
-#include <cstdio>
 #include <fmt/core.h>
 
 namespace quillorn {
@@ -41,14 +41,14 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     server.onChange = [&] {
         if (server.isRunning() || !server.lastError())
             return;
-        fmt::print(stderr, "quillorn: {}\n", *server.lastError());
+        printError(*server.lastError());
         failed = true;
         session.mainQueue().stop();
     };
     BackupService& backups = app.backupService();
     backups.onChange = [&] {
         if (!backups.isBackingUp() && backups.lastError())
-            fmt::print(stderr, "quillorn: the backup failed: {}\n", *backups.lastError());
+            printError(fmt::format("the backup failed: {}", *backups.lastError()));
     };
     app.startAPIServer(combine(options, session.settings()));
     session.mainQueue().run();

@@ -1,5 +1,7 @@
 #include "CLI/Session.h"
 
+#include "Platform/Terminal.h"
+
 #include <cstdio>
 #include <fmt/core.h>
 
@@ -11,7 +13,7 @@ Session::Session(const ProcessInfo& process, QuillornApp::Schedules schedules)
 bool Session::hasFailed() {
     if (app().runMode() != RunMode::fallback)
         return false;
-    fmt::print(stderr, "\n{}", app().storeRecovery().text());
+    fmt::print(stderr, "\n{}", textFor(stderr, app().storeRecovery().text(), LineEnds::kept));
     return true;
 }
 

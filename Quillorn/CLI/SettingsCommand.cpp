@@ -1,4 +1,5 @@
 #include "CLI/Commands.h"
+#include "CLI/Output.h"
 #include "Models/Settings.h"
 #include "Platform/Paths.h"
 #include "Platform/SettingsStore.h"
@@ -42,13 +43,13 @@ std::string_view kindName(SettingKind kind) {
 void printTable(const std::vector<const Setting*>& settings, const Settings& values) {
     for (const Setting* each : settings) {
         const std::string value = settingText(values.value(*each));
-        fmt::print("{:<36} {:<24} {}\n", each->key, value.empty() ? "-" : value,
+        fmt::print("{:<36} {:<24} {}\n", each->key, value.empty() ? "-" : shown(value),
                    values.isStored(*each) ? "" : "(default)");
         fmt::print("    {}\n", each->summary);
     }
 }
 
-void printJson(const std::vector<const Setting*>& settings, const Settings& values) {
+void printList(const std::vector<const Setting*>& settings, const Settings& values) {
     Json::Object object;
     for (const Setting* each : settings) {
         object.emplace(each->key, Json::Object{{"value", values.value(*each)},
@@ -56,28 +57,28 @@ void printJson(const std::vector<const Setting*>& settings, const Settings& valu
                                                {"kind", kindName(each->kind)},
                                                {"summary", each->summary}});
     }
-    fmt::print("{}\n", Json(std::move(object)).text(Json::Style::pretty));
+    printJson(std::move(object));
 }
 
 } // namespace
 
 ExitStatus listSettings(const SettingsOptions& options) {
     const UserSettings user;
-    std::vector<const Setting*> shown;
+    std::vector<const Setting*> chosen;
     for (const Setting& each : settingsCatalogue)
         if (options.all || each.kind == SettingKind::user)
-            shown.push_back(&each);
+            chosen.push_back(&each);
     if (options.json)
-        printJson(shown, user.settings);
+        printList(chosen, user.settings);
     else
-        printTable(shown, user.settings);
+        printTable(chosen, user.settings);
     return ExitStatus::success;
 }
 
 ExitStatus getSetting(const std::string& key, const SettingsOptions& options) {
     const UserSettings user;
     const Json value = user.settings.value(known(key));
-    fmt::print("{}\n", options.json ? value.text() : settingText(value));
+    fmt::print("{}\n", shown(options.json ? value.text() : settingText(value)));
     return ExitStatus::success;
 }
 

@@ -1,11 +1,11 @@
 #include "CLI/Commands.h"
+#include "CLI/Output.h"
 #include "CLI/Session.h"
 #include "Models/Formatters.h"
 #include "Models/ProjectTask.h"
-#include "Models/TimeEntry.h"
+#include "Models/TimeEntrySearch.h"
 #include "Services/TimerService.h"
 
-#include <cstdio>
 #include <fmt/core.h>
 #include <stdexcept>
 
@@ -27,21 +27,46 @@ struct TimerSession {
 
 /// "Write the offer  0:05:12".
 std::string line(const TimeEntry& entry, Date now) {
-    return fmt::format("{}  {}", entry.displayName(), clockForm(entry.duration(now)));
+    return fmt::format("{}  {}", shown(entry.displayName()), clockForm(entry.duration(now)));
 }
 
-Json describe(const TimeEntry* entry, Date now) {
-    if (entry == nullptr)
-        return Json::Object{{"isRunning", false}};
-    const ProjectTask* task = entry->task();
-    return Json::Object{
-        {"isRunning", true},
-        {"timeEntryId", entry->id().string()},
-        {"taskId", task != nullptr ? Json(task->id().string()) : Json()},
-        {"displayName", entry->displayName()},
-        {"startTime", formatISO8601(entry->startTime())},
-        {"elapsedTime", entry->duration(now)},
+/// All that run in the store, the latest first; programs can have started more than the timer's one.
+std::vector<TimeEntry*> runningEntries(ModelContext& context) {
+    return findTimeEntries(context, {.includeArchived = true, .running = true});
+}
+
+std::vector<TimeEntry*> entriesBeside(const TimeEntry* own, ModelContext& context) {
+    std::vector<TimeEntry*> others = runningEntries(context);
+    std::erase(others, own);
+    return others;
+}
+
+void printStillRunning(const std::vector<TimeEntry*>& entries, Date now) {
+    for (const TimeEntry* each : entries)
+        fmt::print("Still running: {}\n", line(*each, now));
+    if (!entries.empty())
+        fmt::print("\"quillorn timer stop --all\" stops all that runs\n");
+}
+
+Json::Object describe(const TimeEntry& entry, Date now) {
+    const ProjectTask* task = entry.task();
+    return {
+        {"timeEntryId", entry.id().string()}, {"taskId", task != nullptr ? Json(task->id().string()) : Json()},
+        {"displayName", entry.displayName()}, {"startTime", formatISO8601(entry.startTime())},
+        {"elapsedTime", entry.duration(now)},
     };
+}
+
+/// The timer's entry, and beside it those of others.
+Json describe(const TimeEntry* entry, const std::vector<TimeEntry*>& others, Date now) {
+    Json::Object object = entry != nullptr ? describe(*entry, now) : Json::Object{};
+    object.emplace("isRunning", entry != nullptr);
+    Json::Array list;
+    for (const TimeEntry* each : others)
+        list.emplace_back(describe(*each, now));
+    if (entry != nullptr)
+        object.emplace("others", std::move(list));
+    return object;
 }
 
 } // namespace
@@ -61,21 +86,30 @@ ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process) {
         fmt::print("Stopped: {}\n", line(*former, session.clock().now()));
     timer.service.start(*task, timer.context);
     timer.context.save();
-    fmt::print("Started: {}\n", task->title());
+    fmt::print("Started: {}\n", shown(task->title()));
+    printStillRunning(entriesBeside(timer.service.activeEntry(timer.context), timer.context), session.clock().now());
     return ExitStatus::success;
 }
 
-ExitStatus stopTimer(const ProcessInfo& process) {
+ExitStatus stopTimer(bool all, const ProcessInfo& process) {
     Session session(process);
     if (session.hasFailed())
         return ExitStatus::failure;
     TimerSession timer(session);
-    TimeEntry* entry = timer.service.activeEntry(timer.context);
-    if (entry == nullptr)
+    std::vector<TimeEntry*> entries;
+    if (all)
+        entries = runningEntries(timer.context);
+    else if (TimeEntry* entry = timer.service.activeEntry(timer.context))
+        entries = {entry};
+    if (entries.empty())
         throw std::runtime_error("no timer is running");
-    timer.service.stop(timer.context);
-    timer.context.save(); // reports what stop() keeps to itself
-    fmt::print("Stopped: {}\n", line(*entry, session.clock().now()));
+    const Date now = session.clock().now();
+    for (TimeEntry* each : entries)
+        each->setEndTime(now);
+    timer.context.save();
+    for (const TimeEntry* each : entries)
+        fmt::print("Stopped: {}\n", line(*each, now));
+    printStillRunning(runningEntries(timer.context), now);
     return ExitStatus::success;
 }
 
@@ -87,11 +121,15 @@ ExitStatus showTimer(bool json, const ProcessInfo& process) {
     TimerService& service = session.app().timerService();
     service.resumeRunningEntry(context);
     const TimeEntry* entry = service.activeEntry(context);
+    const std::vector<TimeEntry*> others = entriesBeside(entry, context);
     const Date now = session.clock().now();
-    if (json)
-        fmt::print("{}\n", describe(entry, now).text(Json::Style::pretty));
-    else
-        fmt::print("{}\n", entry != nullptr ? line(*entry, now) : "No timer is running");
+    if (json) {
+        printJson(describe(entry, others, now));
+        return ExitStatus::success;
+    }
+    fmt::print("{}\n", entry != nullptr ? line(*entry, now) : "No timer is running");
+    for (const TimeEntry* each : others)
+        fmt::print("{}\n", line(*each, now));
     return ExitStatus::success;
 }
 

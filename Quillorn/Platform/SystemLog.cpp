@@ -1,5 +1,7 @@
 #include "Platform/SystemLog.h"
 
+#include "Platform/Terminal.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <string>
@@ -11,8 +13,9 @@ void StandardErrorLog::log(std::string_view line) {
     std::string text = m_journal ? "<6>" : ""; // syslog's "informational"
     const auto start = static_cast<std::ptrdiff_t>(text.size());
     text += line;
-    // Text from outside must not be able to forge a line of its own.
+    // Text from outside must not be able to forge a line of its own, nor to steer a terminal.
     std::replace_if(text.begin() + start, text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    text = textFor(stderr, text);
     text += '\n';
     std::string_view rest = text;
     while (!rest.empty()) {

@@ -1,8 +1,12 @@
 #include "Integration/ProgramTest.h"
+#include "Platform/FileDescriptor.h"
 #include "Support/TestClient.h"
 
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace quillorn {
 namespace {
@@ -27,8 +31,13 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         // clang-format off
         {{"--version"}, 0, "quillorn 1."}, {{"--help"}, 0, "serve"}, {{"serve", "--help"}, 0, "--require-auth"},
         {{"settings", "set", "--help"}, 0, "VALUE"},
-        {{}, 2, "A command is missing"}, {{"settings"}, 2, "A command is missing"}, {{"dance"}, 2, "dance"},
-        {{"settings", "dance"}, 2, "dance"}, {{"settings", "get"}, 2, "KEY"},
+        {{}, 0, "Subcommands:"}, {{"settings"}, 0, "Change one setting"}, {{"help"}, 0, "Subcommands:"},
+        {{"help", "settings", "set"}, 0, "Usage: quillorn settings set [OPTIONS] KEY"}, {{"version"}, 0, "quillorn 1."},
+        {{"dance"}, 2, "there is no command \"dance\"\n"}, {{"help", "timr"}, 2, "did you mean \"timer\"?"},
+        {{"setings", "list"}, 2, "there is no command \"setings\"; did you mean \"settings\"?\n"},
+        {{"timer", "statsu"}, 2, "there is no command \"statsu\"; did you mean \"status\"?\n"},
+        {{"timer", "status", "--jsno"}, 2, "there is no option --jsno; did you mean \"--json\"?\n"},
+        {{"backup", "now"}, 2, "\"now\" was not expected\n"}, {{"settings", "get"}, 2, "KEY"},
         {{"serve", "--port", "70000"}, 2, "--port"}, {{"serve", "--port", "ten"}, 2, "--port"},
         {{"settings", "get", "nope"}, 1, "there is no setting \"nope\""},
         {{"settings", "set", "apiPort", "ten"}, 1, "apiPort must be a whole number, not \"ten\""},
@@ -89,6 +98,73 @@ TEST_F(Timer, worksOnTheStoreBesideTheServer) {
     EXPECT_EQ(idle.errors, "quillorn: no timer is running\n");
     EXPECT_EQ(run({"timer", "start", "00000000-0000-0000-0000-000000000000"}).errors,
               "quillorn: there is no task with the id 00000000-0000-0000-0000-000000000000\n");
+}
+
+/// What the program writes to a terminal.
+struct OnTerminal : ProgramTest {
+    std::string shownBy(std::vector<std::string> arguments) const {
+        const FileDescriptor terminal(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+        ::unlockpt(terminal.number());
+        FileDescriptor screen(::open(::ptsname(terminal.number()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+        ProgramProcess program(home.path(), {.arguments = std::move(arguments), .prepare = [&] {
+                                                 for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
+                                                     ::dup2(screen.number(), stream);
+                                             }});
+        program.wait();
+        screen = {};
+        std::string text(4000, '\0');
+        text.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ::read(terminal.number(), text.data(), 4000))));
+        return text;
+    }
+};
+
+TEST_F(OnTerminal, controlCharactersAreEscapedAndInPipesTheyAreNot) {
+    const std::string hostile = "\x1B]0;mine\a \xC2\x9B"
+                                "2J\x7F\tü\n",
+                      escaped = "\\u001B]0;mine\\u0007 \\u009B2J\\u007F\\tü\\n";
+    {
+        ServerProcess server(home.path());
+        const Json task = server.json("POST", "/api/tasks", Json(Json::Object{{"title", hostile + "."}}).text());
+        EXPECT_EQ(shownBy({"timer", "start", *task.find("id")->asString()}), "Started: " + escaped + ".\r\n");
+    }
+    EXPECT_THAT(outputOf({"timer", "status"}), StartsWith(hostile + ".  00:0"));
+    EXPECT_THAT(shownBy({"timer", "status"}), StartsWith(escaped + ".  00:0"));
+    EXPECT_THAT(shownBy({"timer", "status", "--json"}), HasSubstr(R"("displayName": ")" + escaped + ".\",\r\n"));
+    EXPECT_THAT(shownBy({"timer", "stop", "--all"}), StartsWith("Stopped: " + escaped));
+    run({"settings", "set", "aiModel", hostile});
+    EXPECT_EQ(shownBy({"settings", "get", "aiModel"}), escaped + "\r\n");
+    EXPECT_THAT(shownBy({"settings", "get", "\x1B[2J"}), HasSubstr("there is no setting \"\\u001B[2J\""));
+    EXPECT_THAT(shownBy({"serve", "\x1B[2J"}), HasSubstr("\"\\u001B[2J\" was not expected"));
+}
+
+TEST_F(Timer, namesEveryEntryThatRuns) {
+    ServerProcess server(home.path());
+    std::vector<std::string> ids;
+    for (const char* title : {"First", "Second", "Third"}) {
+        const Json task = server.json("POST", "/api/tasks", Json(Json::Object{{"title", title}}).text());
+        ids.push_back(*task.find("id")->asString());
+    }
+    const auto begin = [&](std::size_t task) {
+        const std::string day = std::to_string(task + 1);
+        server.json("POST", "/api/time-entries",
+                    R"({"startTime": "2026-01-0)" + day + R"(T09:00:00Z", "taskId": ")" + ids[task] + "\"}");
+    };
+    begin(0);
+    begin(1);
+    const auto names = [&] { return testing::ContainsRegex("^Second  .*\nFirst  .*\n$"); };
+    EXPECT_THAT(outputOf({"timer", "status"}), names());
+    const Json status = Json::parse(outputOf({"timer", "status", "--json"}));
+    EXPECT_EQ(*status.find("displayName"), Json("Second"));
+    EXPECT_EQ(*status.find("others")->asArray()->at(0).find("displayName"), Json("First"));
+    const std::string rest = "Still running: First  [0-9:]+\n\"quillorn timer stop --all\" stops all that runs\n$";
+    EXPECT_THAT(outputOf({"timer", "start", ids[2]}),
+                testing::ContainsRegex("^Stopped: Second  [0-9:]+\nStarted: Third\n" + rest));
+    EXPECT_THAT(outputOf({"timer", "stop"}), testing::ContainsRegex("^Stopped: Third  [0-9:]+\n" + rest));
+    begin(1);
+    EXPECT_THAT(outputOf({"timer", "stop", "--all"}),
+                testing::ContainsRegex("^Stopped: Second  [0-9:]+\nStopped: First  [0-9:]+\n$"));
+    EXPECT_EQ(server.json("GET", "/api/time-entries?running=true"), Json(Json::Array{}));
+    EXPECT_EQ(run({"timer", "stop", "--all"}).errors, "quillorn: no timer is running\n");
 }
 
 TEST_F(Serve, endsCleanlyOnASignal) {

@@ -1,0 +1,22 @@
+#include "CLI/Output.h"
+
+#include "Platform/Terminal.h"
+
+#include <cstdio>
+#include <fmt/core.h>
+
+namespace quillorn {
+
+std::string shown(std::string_view text) {
+    return textFor(stdout, text);
+}
+
+void printJson(const Json& value) {
+    fmt::print("{}\n", textFor(stdout, value.text(Json::Style::pretty), LineEnds::kept));
+}
+
+void printError(std::string_view words) {
+    fmt::print(stderr, "quillorn: {}\n", textFor(stderr, words, LineEnds::kept));
+}
+
+} // namespace quillorn

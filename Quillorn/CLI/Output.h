@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Platform/Json.h"
+
+#include <string>
+#include <string_view>
+
+namespace quillorn {
+
+/// A title, name or path as standard output may show it: it comes from outside, and must not steer a terminal. What is
+/// read by a program arrives as it is.
+std::string shown(std::string_view text);
+
+/// For --json.
+void printJson(const Json& value);
+
+/// Says on standard error what went wrong; the words may have several lines.
+void printError(std::string_view words);
+
+} // namespace quillorn

@@ -6,12 +6,15 @@
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
 #include "Platform/Background.h"
+#include "Platform/MainQueue.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupService.h"
 #include "Services/TimerService.h"
+#include "Store/StoreError.h"
 
+#include <chrono>
 #include <fmt/core.h>
 #include <system_error>
 #include <utility>
@@ -23,6 +26,9 @@ namespace {
 constexpr const char* storeName = "Quillorn.store";
 constexpr const char* groupContainer = "group.com.quillorn.app";
 constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
+
+/// Between the loss of the store and the end: for the answers that say so.
+constexpr std::chrono::milliseconds timeToAnswer{250};
 
 } // namespace
 
@@ -93,13 +99,30 @@ void QuillornApp::openStore() {
     try {
         m_container =
             openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
-                          {m_environment.random, m_environment.notifications}, m_environment.log);
+                          {m_environment.random, m_environment.notifications,
+                           [this](const StoreLostError& error) { storeWasLost(error); }},
+                          m_environment.log);
     } catch (const std::exception& error) {
         m_environment.log.log(fmt::format("QuillornApp: ModelContainer failed to open: {}", error.what()));
         m_launchFailureMessage = error.what();
         m_runMode = RunMode::fallback;
         openInMemory("Could not open the data store or create a fallback container: ");
     }
+}
+
+/// On any thread.
+void QuillornApp::storeWasLost(const StoreLostError& error) {
+    if (m_isStoreLost.exchange(true))
+        return;
+    m_environment.log.log(fmt::format("QuillornApp: the data store was lost: {}", error.what()));
+    m_environment.mainQueue.post([this, alive = std::weak_ptr(m_isAlive)] {
+        if (alive.expired())
+            return;
+        m_environment.mainQueue.after(timeToAnswer, [this, alive] {
+            if (!alive.expired() && onStoreLost)
+                onStoreLost();
+        });
+    });
 }
 
 /// Carries over the data of builds that kept the store where several programs share it; the files there stay.

@@ -5,7 +5,9 @@
 #include "Store/MainContext.h"
 #include "Store/ModelContainer.h"
 
+#include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -94,6 +96,10 @@ class QuillornApp {
     /// What to show in fallback mode.
     StoreRecovery storeRecovery() const;
 
+    /// Called on the main thread when the store's files were removed or replaced under the program, a moment after it
+    /// was logged: whoever wrote just then has had the answer. The program should end, as nothing can be saved.
+    std::function<void()> onStoreLost;
+
     /// Starts the API server, or sets its lastError where the options make no sense.
     void startAPIServer(const APIServerOptions& options);
 
@@ -101,11 +107,15 @@ class QuillornApp {
     void openInMemory(const std::string& fatalWords);
     void openStore();
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
+    void storeWasLost(const StoreLostError& error);
     void createServices(Schedules schedules);
 
     AppEnvironment m_environment;
     RunMode m_runMode = RunMode::normal;
     std::filesystem::path m_storeFile;
+    /// For what is posted to the main queue, which may get to it when this object is gone.
+    std::shared_ptr<const bool> m_isAlive = std::make_shared<const bool>(true);
+    std::atomic<bool> m_isStoreLost = false;
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
     /// Goes before the container, which its work may use, and after the services whose tasks wait for it.

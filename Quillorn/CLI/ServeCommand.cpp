@@ -45,6 +45,11 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
         failed = true;
         session.mainQueue().stop();
     };
+    bool isStoreLost = false;
+    app.onStoreLost = [&] {
+        isStoreLost = true;
+        session.mainQueue().stop();
+    };
     BackupService& backups = app.backupService();
     backups.onChange = [&] {
         if (!backups.isBackingUp() && backups.lastError())
@@ -55,7 +60,7 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     server.onChange = nullptr;
     if (!failed)
         server.stop();
-    return failed ? ExitStatus::failure : ExitStatus::success;
+    return failed || isStoreLost ? ExitStatus::failure : ExitStatus::success;
 }
 
 } // namespace quillorn

@@ -34,12 +34,13 @@ void ContextSave::run() {
 void ContextSave::beginTransaction() {
     if (m_context.m_writeGuard)
         return; // open since the context began
-    m_context.m_writeGuard.emplace(m_context.m_container.m_writeLock.acquire());
+    m_context.m_writeGuard.emplace(m_context.m_container.lockForWriting(m_patience));
     if (!m_context.m_database)
         m_context.m_database.emplace(m_context.m_container.m_pool.borrow());
     Database& connection = **m_context.m_database;
     connection.rollBack(); // the snapshot so far: a reader can't become the writer of a store that has moved on
-    connection.statement("BEGIN IMMEDIATE")->run();
+    m_context.m_container.checkFiles(connection);
+    connection.beginWriting(m_patience);
 }
 
 void ContextSave::observeRows() {

@@ -2,6 +2,7 @@
 
 #include "Store/ModelContext.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string_view>
@@ -12,7 +13,7 @@ namespace quillorn {
 /// One save of a context: inserts, updates, deletions and links in one transaction, then the objects follow.
 class ContextSave {
   public:
-    explicit ContextSave(ModelContext& context) : m_context(context) {}
+    ContextSave(ModelContext& context, std::chrono::milliseconds patience) : m_context(context), m_patience(patience) {}
 
     /// Throws StoreError, with nothing written and the objects as they were.
     void run();
@@ -34,6 +35,7 @@ class ContextSave {
     void abandon() noexcept;
 
     ModelContext& m_context;
+    std::chrono::milliseconds m_patience; // with other writers
     /// What SQLite reports while the transaction runs, each row once.
     std::map<RowId, RowChange> m_rows;
     std::vector<Entity*> m_vanished; // changed here, but deleted by somebody else before

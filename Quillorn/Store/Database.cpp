@@ -2,6 +2,7 @@
 
 #include "Store/StoreError.h"
 
+#include <algorithm>
 #include <fmt/core.h>
 #include <sqlite3.h>
 
@@ -102,6 +103,17 @@ std::int64_t Database::lastKey(std::string_view table) {
     return query->step() ? query->integer(0) : 0;
 }
 
+void Database::beginWriting(std::chrono::milliseconds patience) {
+    sqlite3_busy_timeout(m_handle, static_cast<int>(std::clamp<std::int64_t>(patience.count(), 0, busyMilliseconds)));
+    try {
+        statement("BEGIN IMMEDIATE")->run();
+    } catch (...) {
+        sqlite3_busy_timeout(m_handle, busyMilliseconds);
+        throw;
+    }
+    sqlite3_busy_timeout(m_handle, busyMilliseconds);
+}
+
 bool Database::inTransaction() const {
     return sqlite3_get_autocommit(m_handle) == 0;
 }
@@ -140,10 +152,18 @@ void Database::observeRows(RowObserver observer) {
         this);
 }
 
+bool Database::hasMoved() const {
+    int moved = 0;
+    return sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+}
+
 void Database::fail(int result) const {
     const std::string words = sqlite3_errmsg(m_handle);
     const std::string kind = sqlite3_errstr(result);
-    throw StoreError(words == kind ? words : fmt::format("{} ({})", words, kind), result);
+    const std::string message = words == kind ? words : fmt::format("{} ({})", words, kind);
+    if ((result & 0xff) == SQLITE_BUSY)
+        throw StoreBusyError(message, result);
+    throw StoreError(message, result);
 }
 
 Transaction::Transaction(Database& database, Kind kind) : m_database(database) {

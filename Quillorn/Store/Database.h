@@ -4,6 +4,7 @@
 
 #include <any>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -53,6 +54,8 @@ class Database {
     /// The highest key that the table has ever given; 0 when it has given none.
     std::int64_t lastKey(std::string_view table);
 
+    /// Opens a write transaction; waits up to `patience`, within bounds, for a program that holds SQLite's own lock.
+    void beginWriting(std::chrono::milliseconds patience);
     bool inTransaction() const;
     /// Rolls back if a transaction is open; never throws.
     void rollBack() noexcept;
@@ -68,6 +71,9 @@ class Database {
     using RowObserver = std::function<void(std::string_view table, std::int64_t key, RowChange change)>;
     /// Called for every row written from now on, those of foreign key actions included. An empty function ends it.
     void observeRows(RowObserver observer);
+
+    /// Whether its path leads to another file than the one that is open, or to none.
+    bool hasMoved() const;
 
     sqlite3* handle() const { return m_handle; }
     void countExecution() { m_executions.fetch_add(1, std::memory_order_relaxed); }

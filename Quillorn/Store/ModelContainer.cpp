@@ -45,6 +45,16 @@ void prepareFile(const std::filesystem::path& file) {
         fail(errno);
 }
 
+/// Links resolved once and for all, so that one store has one lock, whatever it is called.
+ModelConfiguration resolved(ModelConfiguration configuration) {
+    if (!configuration.url)
+        return configuration;
+    std::error_code unknown;
+    if (const auto file = std::filesystem::weakly_canonical(*configuration.url, unknown); !unknown)
+        configuration.url = file;
+    return configuration;
+}
+
 std::optional<std::filesystem::path> prepareFiles(const ModelConfiguration& configuration) {
     if (!configuration.url)
         return std::nullopt;
@@ -57,8 +67,8 @@ std::optional<std::filesystem::path> prepareFiles(const ModelConfiguration& conf
 ModelContainer::ModelContainer(const Schema& schema, const MigrationPlan* plan, ModelConfiguration configuration,
                                StoreEnvironment environment)
     : m_schema(schema),
-      m_configuration(std::move(configuration)),
-      m_environment(environment),
+      m_configuration(resolved(std::move(configuration))),
+      m_environment(std::move(environment)),
       m_writeLock(prepareFiles(m_configuration)),
       m_pool(location(m_configuration, environment.random)) {
     try {
@@ -76,14 +86,17 @@ ModelContainer::~ModelContainer() {
     try {
         // Connections don't checkpoint on closing, so that it happens under the lock, like every checkpoint.
         const WriteLock::Guard guard = m_writeLock.acquire();
-        m_pool.borrow()->checkpoint(true);
+        const auto database = m_pool.borrow();
+        m_files->check(*database);
+        database->checkpoint(true);
     } catch (const std::exception&) {
-        // The log keeps everything; the next opening reads it.
+        // The log keeps everything; the next opening reads it. Where the files are lost, a checkpoint could only do
+        // harm.
     }
 }
 
 void ModelContainer::open(const MigrationPlan* plan) {
-    const WriteLock::Guard guard = m_writeLock.acquire();
+    const WriteLock::Guard guard = lockForWriting();
     auto database = m_pool.borrow();
     const StoreContent content = inspectStore(*database, m_schema);
     if (content == StoreContent::empty)
@@ -93,10 +106,38 @@ void ModelContainer::open(const MigrationPlan* plan) {
     else
         migrateStoreByInference(*database, m_schema);
     // Last of all: it changes the file, and one that can't be brought to the schema must stay as it is.
-    if (isInMemory())
+    if (isInMemory()) {
         m_anchor = m_pool.open();
-    else
-        database->execute("PRAGMA journal_mode = WAL");
+        return;
+    }
+    database->execute("PRAGMA journal_mode = WAL");
+    database->integer("SELECT count(*) FROM sqlite_schema"); // opens the log and its shared memory
+    m_files.emplace(*m_configuration.url).note();
+}
+
+WriteLock::Guard ModelContainer::lockForWriting(std::chrono::milliseconds patience) {
+    try {
+        return m_writeLock.acquire(patience);
+    } catch (const StoreLostError& error) {
+        reportLoss(error);
+        throw;
+    }
+}
+
+void ModelContainer::checkFiles(const Database& database) const {
+    if (!m_files)
+        return;
+    try {
+        m_files->check(database);
+    } catch (const StoreLostError& error) {
+        reportLoss(error);
+        throw;
+    }
+}
+
+void ModelContainer::reportLoss(const StoreLostError& error) const {
+    if (m_environment.lost)
+        m_environment.lost(error);
 }
 
 std::optional<std::int64_t> ModelContainer::fileVersion() {

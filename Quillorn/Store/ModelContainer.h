@@ -5,6 +5,7 @@
 #include "Store/WriteLock.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -15,6 +16,7 @@ namespace quillorn {
 class Clock;
 class NotificationCenter;
 class RandomSource;
+class StoreLostError;
 struct ChangeSet;
 
 /// Where a container keeps its data.
@@ -30,6 +32,9 @@ struct ModelConfiguration {
 struct StoreEnvironment {
     RandomSource& random;
     NotificationCenter& notifications;
+    /// Called, on the thread that would have written, when the store's files were removed or replaced: the container is
+    /// of no use from then on.
+    std::function<void(const StoreLostError& error)> lost{};
 };
 
 /// One open store: its schema, its connections and its write lock. Safe to share between threads; work happens in a
@@ -67,6 +72,12 @@ class ModelContainer {
     friend void replaceStoreContents(ModelContainer& source, ModelContainer& live);
 
     void open(const MigrationPlan* plan);
+    /// What every writer begins with. Throws StoreError; one that this container's files are lost is told to the
+    /// environment before.
+    [[nodiscard]] WriteLock::Guard lockForWriting(std::chrono::milliseconds patience = WriteLock::usualPatience);
+    /// To be called under that lock, for the connection that will write: whether it writes into the store's own files.
+    void checkFiles(const Database& database) const;
+    void reportLoss(const StoreLostError& error) const;
     /// After a commit, under the write lock: keeps the write-ahead log short.
     void checkpointIfDue(Database& database);
     /// Posts storeDidSave; never throws.
@@ -77,6 +88,7 @@ class ModelContainer {
     StoreEnvironment m_environment;
     WriteLock m_writeLock;
     ConnectionPool m_pool;
+    std::optional<StoreFiles> m_files; // absent for a store in memory
     /// Keeps a store in memory alive while no context is open.
     std::unique_ptr<Database> m_anchor;
     /// Stays open, since it is one connection that is told of the commits of all others. It makes none.

@@ -19,9 +19,10 @@ ModelContext::ModelContext(ModelContainer& container, Intent intent)
     for (std::size_t place = 0; place < entities.size(); ++place)
         m_registries[place].type = entities[place];
     if (intent == Intent::update) {
-        m_writeGuard.emplace(container.m_writeLock.acquire());
+        m_writeGuard.emplace(container.lockForWriting());
         m_database.emplace(container.m_pool.borrow());
-        (*m_database)->statement("BEGIN IMMEDIATE")->run();
+        container.checkFiles(**m_database);
+        (*m_database)->beginWriting(WriteLock::usualPatience);
     }
 }
 
@@ -168,9 +169,9 @@ void ModelContext::forgetDeleted() {
     }
 }
 
-void ModelContext::save() {
+void ModelContext::save(std::chrono::milliseconds patience) {
     checkThread();
-    ContextSave(*this).run();
+    ContextSave(*this, patience).run();
 }
 
 void ModelContext::refresh() {

@@ -5,6 +5,7 @@
 #include "Store/KeyMap.h"
 #include "Store/ModelContainer.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -76,8 +77,9 @@ class ModelContext {
     /// Deletes at the next save; the store's rules take along what belongs to it and clear what refers to it.
     void remove(Entity& object);
 
-    /// Writes everything in one transaction. When it throws StoreError, the store and the objects are as before.
-    void save();
+    /// Writes everything in one transaction. When it throws StoreError, the store and the objects are as before:
+    /// StoreBusyError when others were writing for longer than `patience`.
+    void save(std::chrono::milliseconds patience = WriteLock::usualPatience);
     bool hasChanges() const {
         return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty() || !m_links.empty();
     }

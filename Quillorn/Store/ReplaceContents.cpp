@@ -107,8 +107,9 @@ void replaceStoreContents(ModelContainer& source, ModelContainer& live) {
                                      source.schema().version, live.schema().version));
     ModelContext reading(source);
     {
-        const WriteLock::Guard guard = live.m_writeLock.acquire();
+        const WriteLock::Guard guard = live.lockForWriting();
         const auto database = live.m_pool.open();
+        live.checkFiles(*database);
         // The copy makes no reference without its target. Unwatched, tables are emptied at once instead of row by row.
         database->execute("PRAGMA foreign_keys = OFF");
         Transaction transaction(*database, Transaction::Kind::write);

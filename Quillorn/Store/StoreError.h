@@ -17,4 +17,16 @@ class StoreError : public std::runtime_error {
     int m_code;
 };
 
+/// Somebody else was writing for longer than the caller would wait. Nothing was done; another try may succeed.
+class StoreBusyError : public StoreError {
+  public:
+    using StoreError::StoreError;
+};
+
+/// A file of the store was removed or replaced under the open container: what it would write from here on is lost.
+class StoreLostError : public StoreError {
+  public:
+    using StoreError::StoreError;
+};
+
 } // namespace quillorn

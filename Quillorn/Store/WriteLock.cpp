@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -24,62 +25,99 @@ constexpr const char* busy = "The store is busy: another program has been writin
 WriteLock::WriteLock(const std::optional<std::filesystem::path>& file) {
     if (!file)
         return;
-    m_descriptor = ::open(file->c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (m_descriptor < 0)
-        throw StoreError(
-            fmt::format("Can't open the lock file {}: {}", file->string(), std::generic_category().message(errno)));
-}
-
-WriteLock::~WriteLock() {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
+    m_path = file->string();
+    openFile();
 }
 
 WriteLock::Guard WriteLock::acquire(std::chrono::milliseconds patience) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    {
-        std::unique_lock lock(m_mutex);
-        if (!m_released.wait_until(lock, deadline, [this] { return !m_isHeld; }))
-            throw StoreError(busy);
-        m_isHeld = true;
-    }
+    awaitTurn(deadline);
     try {
-        if (m_descriptor >= 0)
+        if (m_file)
             lockFile(deadline);
     } catch (...) {
-        release();
+        letGo();
         throw;
     }
     return Guard(*this);
 }
 
-void WriteLock::lockFile(std::chrono::steady_clock::time_point deadline) {
+std::size_t WriteLock::waiting() const {
+    const std::lock_guard lock(m_mutex);
+    return m_waiters.size();
+}
+
+void WriteLock::awaitTurn(Deadline deadline) {
+    std::unique_lock lock(m_mutex);
+    if (!m_isHeld) {
+        m_isHeld = true;
+        return;
+    }
+    Waiter self;
+    m_waiters.push_back(&self);
+    if (!self.called.wait_until(lock, deadline, [&] { return self.hasTurn; })) {
+        std::erase(m_waiters, &self);
+        throw StoreBusyError(busy);
+    }
+}
+
+void WriteLock::passOn() {
+    const std::lock_guard lock(m_mutex);
+    if (m_waiters.empty()) {
+        m_isHeld = false;
+        return;
+    }
+    // It stays held: nobody comes between this thread and the next one. That one ends its wait, and with it the signal,
+    // as soon as the mutex is free, so it is called before.
+    Waiter& next = *m_waiters.front();
+    m_waiters.pop_front();
+    next.hasTurn = true;
+    next.called.notify_one();
+}
+
+void WriteLock::lockFile(Deadline deadline) {
     // flock can't wait with a limit, and a stopped process must not hang this one: so try, with growing pauses.
     auto pause = std::chrono::microseconds(50);
-    while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
+    for (;;) {
+        if (::flock(m_file.number(), LOCK_EX | LOCK_NB) == 0) {
+            if (identityOf(m_path) == m_identity)
+                return;
+            openFile(); // others come by the path, and would not meet the lock of a file that is gone
+            continue;
+        }
         if (errno != EWOULDBLOCK && errno != EINTR)
             throw StoreError(fmt::format("Can't lock the store: {}", std::generic_category().message(errno)));
         if (std::chrono::steady_clock::now() >= deadline)
-            throw StoreError(busy);
+            throw StoreBusyError(busy);
         std::this_thread::sleep_for(pause);
         pause = std::min<std::chrono::microseconds>(pause * 2, 2ms);
     }
 }
 
-WriteLock::Guard::~Guard() {
-    if (m_lock == nullptr)
-        return;
-    if (m_lock->m_descriptor >= 0)
-        ::flock(m_lock->m_descriptor, LOCK_UN);
-    m_lock->release();
+void WriteLock::openFile() {
+    FileDescriptor file(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    struct stat status{};
+    if (!file || ::fstat(file.number(), &status) != 0) {
+        const int error = errno;
+        const std::string words =
+            fmt::format("Can't open the lock file {}: {}", m_path, std::generic_category().message(error));
+        if (m_file && (error == ENOENT || error == ENOTDIR))
+            throw StoreLostError(words);
+        throw StoreError(words);
+    }
+    m_file = std::move(file);
+    m_identity = FileIdentity{status.st_dev, status.st_ino};
 }
 
-void WriteLock::release() {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isHeld = false;
-    }
-    m_released.notify_one();
+void WriteLock::letGo() {
+    if (m_file)
+        ::flock(m_file.number(), LOCK_UN);
+    passOn();
+}
+
+WriteLock::Guard::~Guard() {
+    if (m_lock != nullptr)
+        m_lock->letGo();
 }
 
 } // namespace quillorn

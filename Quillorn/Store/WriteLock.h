@@ -1,10 +1,16 @@
 #pragma once
 
+#include "Platform/FileDescriptor.h"
+#include "Store/StoreFiles.h"
+
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
+#include <deque>
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace quillorn {
@@ -14,12 +20,16 @@ namespace quillorn {
 ///
 /// SQLite before 3.51.3 can lose a committed transaction when one connection checkpoints at the moment in which
 /// another one commits and the log starts over (the "WAL-reset" fault). SQLite's own locks don't exclude that; this
-/// one does. It also makes writers queue fairly, where SQLite's busy wait lets one of them starve.
+/// one does.
+///
+/// Threads get the lock in the order in which they came. Between processes there is no order.
 class WriteLock {
   public:
-    /// `file` is created, with mode 0600, beside the store; absent for a store in memory.
+    /// What a person would wait.
+    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(15);
+
+    /// `file` is created, with mode 0600, beside the store; absent for a store in memory. Throws StoreError.
     explicit WriteLock(const std::optional<std::filesystem::path>& file);
-    ~WriteLock();
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;
 
@@ -36,18 +46,35 @@ class WriteLock {
         WriteLock* m_lock;
     };
 
-    /// Throws StoreError when the lock is not to be had within `patience`, by default what a person would wait.
-    [[nodiscard]] Guard acquire(std::chrono::milliseconds patience = std::chrono::seconds(15));
+    /// Throws StoreBusyError when the lock is not to be had within `patience`, StoreLostError when the lock file is
+    /// gone and its folder too.
+    [[nodiscard]] Guard acquire(std::chrono::milliseconds patience = usualPatience);
+
+    /// The threads that wait for another thread of this container.
+    std::size_t waiting() const;
 
   private:
-    void lockFile(std::chrono::steady_clock::time_point deadline);
-    void release();
+    /// A thread that waits, and has its own signal, so that a release wakes that one alone.
+    struct Waiter {
+        std::condition_variable called;
+        bool hasTurn = false;
+    };
+    using Deadline = std::chrono::steady_clock::time_point;
+
+    void awaitTurn(Deadline deadline);
+    void letGo();
+    void passOn();
+    void lockFile(Deadline deadline);
+    void openFile();
 
     // Not a timed mutex: ThreadSanitizer does not know its waits by the steady clock.
-    std::mutex m_mutex;
-    std::condition_variable m_released;
+    mutable std::mutex m_mutex;
+    std::deque<Waiter*> m_waiters; // the next one first
     bool m_isHeld = false;
-    int m_descriptor = -1;
+    // What follows belongs to the holder.
+    std::string m_path;
+    FileDescriptor m_file;
+    std::optional<FileIdentity> m_identity;
 };
 
 } // namespace quillorn

@@ -4,6 +4,7 @@
 #include "Support/Threads.h"
 
 #include <csignal>
+#include <fstream>
 #include <random>
 #include <set>
 #include <sys/resource.h>
@@ -60,6 +61,23 @@ TEST_F(Survival, aFullDiskIsAnErrorAndNotTheEnd) {
     EXPECT_EQ(taskIds(again).size(), created);
     EXPECT_NE(createTask(again), "");
     EXPECT_EQ(integrityCheck(home), "ok");
+}
+
+TEST_F(Survival, aStoreThatGoesAwayTakesNoWritesAndEndsTheServer) {
+    for (const char* suffix : {"", "-wal"}) {
+        ServerProcess server(home.path());
+        EXPECT_NE(createTask(server), "");
+        const fs::path file = home / ("data/Quillorn/Quillorn.store" + std::string(suffix));
+        fs::rename(file, home / "away");
+        std::ofstream(file).close();
+        const std::string refusal = server.request("POST", "/api/tasks", "{\"title\":\"Lost\"}");
+        EXPECT_TRUE(refusal.starts_with("HTTP/1.1 500 ")) << refusal;
+        EXPECT_EQ(*Json::parse(bodyOf(refusal)).find("error"), Json("internal_error"));
+        EXPECT_EQ(server.wait(), 1);
+        EXPECT_NE(server.errors().find(file.string() + " was replaced"), std::string::npos) << server.errors();
+        fs::rename(home / "away", file);
+    }
+    EXPECT_EQ(taskIds(ServerProcess(home.path())).size(), 2U);
 }
 
 /// Root may write everywhere: such a test runs its program as the user "nobody".

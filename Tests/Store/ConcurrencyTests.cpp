@@ -1,10 +1,13 @@
+#include "Store/ReplaceContents.h"
 #include "Store/StoreError.h"
 #include "StoreWorker.h"
 #include "Support/StoreTest.h"
 #include "Support/Threads.h"
 
+#include <array>
 #include <csignal>
 #include <fmt/core.h>
+#include <fstream>
 #include <future>
 #include <gmock/gmock.h>
 #include <set>
@@ -13,6 +16,7 @@
 namespace quillorn {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::chrono_literals;
@@ -109,6 +113,95 @@ TEST(WriteLock, excludesThreadsOfOneContainer) {
         }
         std::thread([&] { EXPECT_NO_THROW((void)lock.acquire(20ms)); }).join();
     }
+}
+
+TEST(WriteLock, isHadInTheOrderOfComing) {
+    TemporaryFolder folder;
+    for (const auto& file : {std::optional(folder / "lock"), std::optional<std::filesystem::path>()}) {
+        WriteLock lock(file);
+        std::vector<int> order;
+        std::vector<std::thread> threads;
+        std::optional guard(lock.acquire());
+        for (int number = 0; number < 5; ++number) {
+            threads.emplace_back([&, number] {
+                try {
+                    const auto mine = lock.acquire(number == 2 ? 1ms : WriteLock::usualPatience);
+                    order.push_back(number);
+                } catch (const StoreBusyError&) {
+                    EXPECT_EQ(number, 2);
+                }
+            });
+            if (number == 2)
+                threads.back().join(); // has given up
+            while (lock.waiting() != std::array<std::size_t, 5>{1, 2, 2, 3, 4}.at(static_cast<std::size_t>(number)))
+                std::this_thread::yield();
+        }
+        guard.reset();
+        guard.emplace(lock.acquire()); // comes last, though it let go a moment ago
+        order.push_back(9);
+        guard.reset();
+        for (std::thread& thread : threads)
+            if (thread.joinable())
+                thread.join();
+        EXPECT_THAT(order, ElementsAre(0, 1, 3, 4, 9));
+    }
+}
+
+TEST(WriteLock, isTheSameFileForAllWhoCome) {
+    TestStore store;
+    const fs::path link = store.folder / "link.store", lock = store.file().string() + "-lock";
+    fs::create_symlink(store.file(), link);
+    const auto linked = store.StoreSurroundings::open(link);
+    EXPECT_FALSE(fs::exists(link.string() + "-lock"));
+    for (const bool isReplaced : {false, true}) {
+        fs::remove(lock);
+        if (isReplaced)
+            std::ofstream(lock).put('x');
+        const ModelContext writer(*linked, Intent::update);
+        EXPECT_THROW((void)WriteLock(lock).acquire(0ms), StoreBusyError);
+    }
+}
+
+TEST(WriteLock, isWaitedForAsLongAsTheSaverWants) {
+    TestStore store;
+    ModelContext context(*store.container);
+    make<Tag>(context, {.name = "kept"});
+    {
+        const auto second = store.open();
+        const ModelContext writer(*second, Intent::update);
+        EXPECT_THROW(context.save(0ms), StoreBusyError);
+    }
+    { // a program that doesn't know the lock
+        ForeignConnection other(store.file());
+        other.execute("BEGIN IMMEDIATE");
+        EXPECT_THROW(context.save(0ms), StoreBusyError);
+    }
+    context.save(0ms);
+    EXPECT_THAT(tagsIn(*store.container), ElementsAre("kept"));
+}
+
+TEST(Files, thatWereRemovedOrReplacedTakeNoWrites) {
+    for (const std::string file : {"Quillorn.store", "Quillorn.store-wal", "Quillorn.store-shm", ""})
+        for (const bool isReplaced : {false, true}) {
+            TestStore store;
+            int losses = 0;
+            const auto container =
+                openContainer({.name = "", .url = store.file(), .cloudContainerIdentifier = {}},
+                              {store.random, store.notifications, [&](const StoreLostError&) { ++losses; }}, store.log);
+            addTag(*container, "a");
+            ModelContext reader(*container);
+            make<Tag>(reader);
+            const fs::path path = file.empty() ? store.folder.path() : store.folder / file;
+            const fs::path moved = path.string() + ".moved";
+            fs::rename(path, moved);
+            if (isReplaced)
+                fs::copy(moved, path);
+            EXPECT_THROW(ModelContext(*container, Intent::update), StoreLostError) << file;
+            EXPECT_THROW(reader.save(), StoreLostError) << file;
+            EXPECT_THROW(replaceStoreContents(*store.container, *container), StoreLostError) << file;
+            EXPECT_EQ(losses, 3);
+            fs::remove_all(moved);
+        }
 }
 
 TEST(Log, isCheckpointedUnderTheLockAlone) {

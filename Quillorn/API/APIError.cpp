@@ -35,12 +35,13 @@ std::string messageOf(const APIError::Case& kind) {
 APIError::APIError(Case kind) : m_kind(std::move(kind)), m_message(messageOf(m_kind)) {}
 
 const RecordType& APIErrorResponse::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&APIErrorResponse::error>("error"),
-        wireField<&APIErrorResponse::message>("message"),
-        wireField<&APIErrorResponse::code>("code"),
-        wireField<&APIErrorResponse::details>("details"),
-    });
+    static constexpr auto fields = wireFields<APIErrorResponse>(
+        wireField<&APIErrorResponse::error>("error", {.description = "A short word for programs.",
+                                                      .choices = R"(["bad_request", "not_found", "internal_error"])"}),
+        wireField<&APIErrorResponse::message>("message", "The reason in words."),
+        wireField<&APIErrorResponse::code>("code", "The HTTP status once more."),
+        wireField<&APIErrorResponse::details>(
+            "details", "Every rule that the request breaks; there when the message is \"Validation failed\"."));
     static constexpr RecordType type{"APIErrorResponse", fields};
     return type;
 }

@@ -16,6 +16,18 @@ struct UpdateClientArguments : UpdateClientRequest {
     UUID clientId;
 };
 
+/// What creating and updating share, worded for either.
+template <class Arguments>
+ToolParameters<Arguments> sharedParameters(RecordUse use) {
+    const bool isUpdate = use == RecordUse::update;
+    return {
+        {"description", &ClientFields::description, isUpdate ? "New client description" : "Client description"},
+        {"color", &ClientFields::color, isUpdate ? "New hex color code" : "Hex color code",
+         isUpdate ? hexColor() : hexColor(defaultColor)},
+        {"icon", &ClientFields::icon, isUpdate ? "New SF Symbol name" : "SF Symbol name"},
+    };
+}
+
 } // namespace
 
 std::vector<Tool> clientTools() {
@@ -36,20 +48,17 @@ std::vector<Tool> clientTools() {
                                          return findOrThrow<Client>(call.context, arguments.clientId);
                                      }),
         changingTool<Create>("create_client", "Create a new client.",
-                             {{"name", &Create::name, "Client name (required)"},
-                              {"description", &Create::description, "Client description"},
-                              {"color", &Create::color, "Hex color code", hexColor(defaultColor)},
-                              {"icon", &Create::icon, "SF Symbol name"}},
+                             ToolParameters<Create>{{"name", &Create::name, "Client name (required)"}} +
+                                 sharedParameters<Create>(RecordUse::whole),
                              [](const ToolCall& call, const Create& arguments) -> Client& {
                                  return createClient(call.context, arguments, call.now);
                              }),
         changingTool<Update>("update_client", "Update a client's name, description, color, icon, or archived status.",
-                             {{"clientId", &Update::clientId, "Client UUID (required)"},
-                              {"name", &Update::name, "New client name"},
-                              {"description", &Update::description, "New client description"},
-                              {"color", &Update::color, "New hex color code", hexColor()},
-                              {"icon", &Update::icon, "New SF Symbol name"},
-                              {"isArchived", &Update::isArchived, "Archive or unarchive the client"}},
+                             ToolParameters<Update>{
+                                 {"clientId", &Update::clientId, "Client UUID (required)"},
+                                 {"name", &Update::name, "New client name"},
+                                 {"isArchived", &Update::isArchived, "Archive or unarchive the client"},
+                             } + sharedParameters<Update>(RecordUse::update),
                              [](const ToolCall& call, const Update& arguments) -> Client& {
                                  auto& client = findOrThrow<Client>(call.context, arguments.clientId);
                                  updateClient(call.context, client, arguments, call.now);

@@ -25,33 +25,25 @@ struct WireForm<AnyEncodable> {
 };
 
 const RecordType& JSONRPCRequest::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&JSONRPCRequest::jsonrpc>("jsonrpc"),
-        wireField<&JSONRPCRequest::id>("id"),
-        wireField<&JSONRPCRequest::method>("method"),
-        wireField<&JSONRPCRequest::params>("params"),
-    });
+    static constexpr auto fields = wireFields<JSONRPCRequest>(
+        wireField<&JSONRPCRequest::jsonrpc>("jsonrpc"), wireField<&JSONRPCRequest::id>("id"),
+        wireField<&JSONRPCRequest::method>("method"), wireField<&JSONRPCRequest::params>("params"));
     static constexpr RecordType type{"JSONRPCRequest", fields};
     return type;
 }
 
 const RecordType& JSONRPCErrorObject::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&JSONRPCErrorObject::code>("code"),
-        wireField<&JSONRPCErrorObject::message>("message"),
-        wireField<&JSONRPCErrorObject::data>("data"),
-    });
+    static constexpr auto fields = wireFields<JSONRPCErrorObject>(wireField<&JSONRPCErrorObject::code>("code"),
+                                                                  wireField<&JSONRPCErrorObject::message>("message"),
+                                                                  wireField<&JSONRPCErrorObject::data>("data"));
     static constexpr RecordType type{"JSONRPCErrorObject", fields};
     return type;
 }
 
 const RecordType& JSONRPCResponse::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&JSONRPCResponse::jsonrpc>("jsonrpc"),
-        wireField<&JSONRPCResponse::id>("id"),
-        wireField<&JSONRPCResponse::result>("result"),
-        wireField<&JSONRPCResponse::error>("error"),
-    });
+    static constexpr auto fields = wireFields<JSONRPCResponse>(
+        wireField<&JSONRPCResponse::jsonrpc>("jsonrpc"), wireField<&JSONRPCResponse::id>("id"),
+        wireField<&JSONRPCResponse::result>("result"), wireField<&JSONRPCResponse::error>("error"));
     static constexpr RecordType type{"JSONRPCResponse", fields};
     return type;
 }

@@ -16,6 +16,16 @@ struct UpdateProjectArguments : UpdateProjectRequest {
     UUID projectId;
 };
 
+/// What creating and updating share, worded for either.
+template <class Arguments>
+ToolParameters<Arguments> sharedParameters(RecordUse use) {
+    const bool isUpdate = use == RecordUse::update;
+    return {
+        {"description", &ProjectFields::description, isUpdate ? "New project description" : "Project description"},
+        {"color", &ProjectFields::color, isUpdate ? "New hex color code" : "Hex color code", hexColor()},
+    };
+}
+
 } // namespace
 
 std::vector<Tool> projectTools() {
@@ -39,19 +49,19 @@ std::vector<Tool> projectTools() {
                                           return findOrThrow<Project>(call.context, arguments.projectId);
                                       }),
         changingTool<Create>("create_project", "Create a new project, optionally under a client.",
-                             {{"name", &Create::name, "Project name (required)"},
-                              {"description", &Create::description, "Project description"},
-                              {"color", &Create::color, "Hex color code", hexColor()},
-                              {"clientId", &Create::clientId, "Parent client UUID"}},
+                             ToolParameters<Create>{
+                                 {"name", &Create::name, "Project name (required)"},
+                                 {"clientId", &Create::clientId, "Parent client UUID"},
+                             } + sharedParameters<Create>(RecordUse::whole),
                              [](const ToolCall& call, const Create& arguments) -> Project& {
                                  return createProject(call.context, arguments, call.now);
                              }),
         changingTool<Update>("update_project", "Update a project's name, description, color, or archived status.",
-                             {{"projectId", &Update::projectId, "Project UUID (required)"},
-                              {"name", &Update::name, "New project name"},
-                              {"description", &Update::description, "New project description"},
-                              {"color", &Update::color, "New hex color code", hexColor()},
-                              {"isArchived", &Update::isArchived, "Archive or unarchive the project"}},
+                             ToolParameters<Update>{
+                                 {"projectId", &Update::projectId, "Project UUID (required)"},
+                                 {"name", &Update::name, "New project name"},
+                                 {"isArchived", &Update::isArchived, "Archive or unarchive the project"},
+                             } + sharedParameters<Update>(RecordUse::update),
                              [](const ToolCall& call, const Update& arguments) -> Project& {
                                  auto& project = findOrThrow<Project>(call.context, arguments.projectId);
                                  updateProject(call.context, project, arguments, call.now);

@@ -131,6 +131,21 @@ ProjectTask& convert(const ToolCall& call, const ConvertArguments& arguments) {
     return task;
 }
 
+/// What creating and updating share, worded for either.
+template <class Arguments>
+ToolParameters<Arguments> sharedParameters(RecordUse use) {
+    const bool isUpdate = use == RecordUse::update;
+    return {
+        {"description", &TaskFields::description, isUpdate ? "New description" : "Task description"},
+        {"dueDate", &TaskFields::dueDate, isUpdate ? "New due date in ISO8601 format" : "Due date in ISO8601 format"},
+        {"priority", &TaskFields::priority, isUpdate ? "New priority" : priorityWords,
+         isUpdate ? zeroToThree() : zeroToThree(1)},
+        {"status", &TaskFields::status, isUpdate ? "New status" : "Status: 0=todo, 1=inProgress, 2=review, 3=done",
+         isUpdate ? zeroToThree() : zeroToThree(0)},
+        {"projectId", &TaskFields::projectId, isUpdate ? "New parent project UUID" : "Parent project UUID"},
+    };
+}
+
 } // namespace
 
 template <>
@@ -165,29 +180,23 @@ std::vector<Tool> taskTools() {
                                    [](const ToolCall& call, const TaskArguments& arguments) -> ProjectTask& {
                                        return findTask(call, arguments.taskId);
                                    }),
-        changingTool<Create>(
-            "create_task", "Create a new task. Optionally assign to a project or parent task (subtask).",
-            {{"title", &Create::title, "Task title (required)"},
-             {"description", &Create::description, "Task description"},
-             {"dueDate", &Create::dueDate, "Due date in ISO8601 format"},
-             {"priority", &Create::priority, priorityWords, zeroToThree(1)},
-             {"status", &Create::status, "Status: 0=todo, 1=inProgress, 2=review, 3=done", zeroToThree(0)},
-             {"projectId", &Create::projectId, "Parent project UUID"},
-             {"parentTaskId", &Create::parentTaskId, "Parent task UUID (makes this a subtask)"}},
-            [](const ToolCall& call, const Create& arguments) -> ProjectTask& {
-                const auto& parentId = arguments.parentTaskId;
-                return createUnder(parentId ? &findParent(call, *parentId) : nullptr, call, arguments);
-            }),
+        changingTool<Create>("create_task",
+                             "Create a new task. Optionally assign to a project or parent task (subtask).",
+                             ToolParameters<Create>{
+                                 {"title", &Create::title, "Task title (required)"},
+                                 {"parentTaskId", &Create::parentTaskId, "Parent task UUID (makes this a subtask)"},
+                             } + sharedParameters<Create>(RecordUse::whole),
+                             [](const ToolCall& call, const Create& arguments) -> ProjectTask& {
+                                 const auto& parentId = arguments.parentTaskId;
+                                 return createUnder(parentId ? &findParent(call, *parentId) : nullptr, call, arguments);
+                             }),
         changingTool<Update>(
             "update_task", "Update a task's title, description, due date, priority, status, project, or parent task.",
-            {{"taskId", &Update::taskId, "Task UUID (required)"},
-             {"title", &Update::title, "New title"},
-             {"description", &Update::description, "New description"},
-             {"dueDate", &Update::dueDate, "New due date in ISO8601 format"},
-             {"priority", &Update::priority, "New priority", zeroToThree()},
-             {"status", &Update::status, "New status", zeroToThree()},
-             {"projectId", &Update::projectId, "New parent project UUID"},
-             {"parentTaskId", &Update::newParent, "New parent task UUID (set to empty string to make standalone)"}},
+            ToolParameters<Update>{
+                {"taskId", &Update::taskId, "Task UUID (required)"},
+                {"title", &Update::title, "New title"},
+                {"parentTaskId", &Update::newParent, "New parent task UUID (set to empty string to make standalone)"},
+            } + sharedParameters<Update>(RecordUse::update),
             update),
         changingTool<TaskArguments>("complete_task", "Mark a task as complete. Sets completedAt and status to done.",
                                     {{"taskId", &TaskArguments::taskId, "Task UUID"}},

@@ -16,11 +16,14 @@
 
 namespace quillorn {
 
-const Schema& QuillornSchemaV3() {
+namespace {
+
+/// The last version, made of the live classes.
+const Schema& liveSchema() {
     static const Schema schema = [] {
         Schema live;
         live.applicationId = 0x5175696C; // "Quil"
-        live.version = 3;
+        live.version = describedSchemas().back().version;
         live.entities = {
             &Client::entityType(), &ProjectDivider::entityType(), &Project::entityType(), &ProjectTask::entityType(),
             &Tag::entityType(),    &TimeEntry::entityType(),      &Note::entityType(),    &ChatMessage::entityType(),
@@ -33,12 +36,34 @@ const Schema& QuillornSchemaV3() {
     return schema;
 }
 
-const MigrationPlan& QuillornMigrationPlan() {
-    static const MigrationPlan plan{
-        .schemas = {&QuillornSchemaV1(), &QuillornSchemaV2(), &QuillornSchemaV3()},
-        .stages = {{1, 2, MigrationStage::Kind::lightweight}, {2, 3, MigrationStage::Kind::lightweight}},
-    };
+MigrationPlan makePlan() {
+    MigrationPlan plan;
+    for (const Schema& schema : describedSchemas())
+        plan.schemas.push_back(&schema);
+    plan.schemas.back() = &liveSchema();
+    for (const Schema& schema : describedSchemas())
+        if (schema.version > 1)
+            plan.stages.push_back({schema.version - 1, schema.version, MigrationStage::Kind::lightweight});
     return plan;
+}
+
+} // namespace
+
+const MigrationPlan& QuillornMigrationPlan() {
+    static const MigrationPlan plan = makePlan();
+    return plan;
+}
+
+const Schema& QuillornSchemaV1() {
+    return *QuillornMigrationPlan().schemas[0];
+}
+
+const Schema& QuillornSchemaV2() {
+    return *QuillornMigrationPlan().schemas[1];
+}
+
+const Schema& QuillornSchemaV3() {
+    return *QuillornMigrationPlan().schemas[2];
 }
 
 const Schema& currentSchema() {

@@ -4,19 +4,24 @@
 #include "Store/ModelContainer.h"
 
 #include <memory>
+#include <vector>
 
 namespace quillorn {
 
 class SystemLog;
 
-/// The history of the data model. The last version is made of the live entity classes; the earlier ones are frozen and
-/// never change again.
+/// The history of the data model as FrozenSchemas.cpp tells it, which once shipped never changes again. Stores of the
+/// last version are those of the live entity classes, which have the same columns.
+const std::vector<Schema>& describedSchemas();
+
+/// The first of those versions.
 const Schema& QuillornSchemaV1();
 /// Added ProjectTask.sourceTitle and sourceURL.
 const Schema& QuillornSchemaV2();
 /// Added ProjectTask.dueHasTime.
 const Schema& QuillornSchemaV3();
 
+/// All versions, the last one made of the live classes.
 const MigrationPlan& QuillornMigrationPlan();
 
 /// The last of these: what this program works with.

@@ -4,11 +4,15 @@
 
 namespace quillorn {
 
-struct CreateClientRequest {
-    std::string name;
+/// What requests to create and to change clients have in common.
+struct ClientFields {
     std::optional<std::string> description{};
     std::optional<std::string> color{};
     std::optional<std::string> icon{};
+};
+
+struct CreateClientRequest : ClientFields {
+    std::string name;
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.
@@ -16,11 +20,8 @@ struct CreateClientRequest {
 };
 
 /// An absent field leaves the value alone.
-struct UpdateClientRequest {
+struct UpdateClientRequest : ClientFields {
     std::optional<std::string> name{};
-    std::optional<std::string> description{};
-    std::optional<std::string> color{};
-    std::optional<std::string> icon{};
     std::optional<bool> isArchived{};
 
     static const RecordType& recordType();

@@ -39,45 +39,61 @@ void moveToClient(Project& project, Client& client, ModelContext& context) {
     project.setClient(&client);
 }
 
-/// Everything but the links.
-void applyFields(ProjectTask& task, const UpdateTaskRequest& request, Date now) {
-    if (request.title)
-        task.setTitle(*request.title);
-    if (request.description)
-        task.setTaskDescription(request.description);
-    if (request.dueDate)
-        task.setDueDate(request.dueDate);
-    task.setPriority(enumOr(request.priority, task.priority()));
-    if (request.status)
-        task.setStatus(enumOr(request.status, task.status()), now);
-    if (request.sortOrder)
-        task.setSortOrder(*request.sortOrder);
-    if (request.sourceTitle)
-        task.setSourceTitle(absentIfEmpty(request.sourceTitle));
-    if (request.sourceURL)
-        task.setSourceURL(absentIfEmpty(request.sourceURL));
+void apply(const ClientFields& fields, Client& client) {
+    if (fields.description)
+        client.setClientDescription(fields.description);
+    if (fields.color)
+        client.setColor(*fields.color);
+    if (fields.icon)
+        client.setIcon(*fields.icon);
+}
+
+/// Everything but the client.
+void apply(const ProjectFields& fields, Project& project) {
+    if (fields.description)
+        project.setProjectDescription(fields.description);
+    if (fields.color)
+        project.setColor(*fields.color);
+}
+
+/// Everything but the state of work and the links.
+void apply(const TaskFields& fields, ProjectTask& task) {
+    if (fields.description)
+        task.setTaskDescription(fields.description);
+    if (fields.dueDate)
+        task.setDueDate(fields.dueDate);
+    task.setPriority(enumOr(fields.priority, task.priority()));
+    if (fields.sourceTitle)
+        task.setSourceTitle(absentIfEmpty(fields.sourceTitle));
+    if (fields.sourceURL)
+        task.setSourceURL(absentIfEmpty(fields.sourceURL));
+}
+
+void apply(const TagFields& fields, Tag& tag) {
+    if (fields.color)
+        tag.setColor(*fields.color);
+}
+
+/// Everything but the project.
+void apply(const NoteFields& fields, Note& note) {
+    if (fields.title)
+        note.setTitle(*fields.title);
+    if (fields.content)
+        note.setContent(*fields.content);
 }
 
 } // namespace
 
 Client& createClient(ModelContext& context, const CreateClientRequest& request, Date now) {
-    Client::Arguments arguments{.name = request.name, .clientDescription = request.description};
-    if (request.color)
-        arguments.color = *request.color;
-    if (request.icon)
-        arguments.icon = *request.icon;
-    return context.insert<Client>(std::move(arguments), now);
+    auto& client = context.insert<Client>(Client::Arguments{.name = request.name}, now);
+    apply(request, client);
+    return client;
 }
 
 void updateClient(ModelContext&, Client& client, const UpdateClientRequest& request, Date now) {
     if (request.name)
         client.setName(*request.name);
-    if (request.description)
-        client.setClientDescription(request.description);
-    if (request.color)
-        client.setColor(*request.color);
-    if (request.icon)
-        client.setIcon(*request.icon);
+    apply(request, client);
     if (request.isArchived)
         client.setArchived(*request.isArchived);
     client.setUpdatedAt(now);
@@ -86,10 +102,8 @@ void updateClient(ModelContext&, Client& client, const UpdateClientRequest& requ
 Project& createProject(ModelContext& context, const CreateProjectRequest& request, Date now) {
     auto* client = findLinked<Client>(context, request.clientId);
     const std::int64_t order = nextProjectOrder(client, context);
-    auto& project = context.insert<Project>(Project::Arguments{.name = request.name,
-                                                               .projectDescription = request.description,
-                                                               .color = request.color.value_or(defaultColor)},
-                                            now);
+    auto& project = context.insert<Project>(Project::Arguments{.name = request.name}, now);
+    apply(request, project);
     project.setSortOrder(order);
     project.setClient(client);
     return project;
@@ -99,10 +113,7 @@ void updateProject(ModelContext& context, Project& project, const UpdateProjectR
     auto* client = findLinked<Client>(context, request.clientId);
     if (request.name)
         project.setName(*request.name);
-    if (request.description)
-        project.setProjectDescription(request.description);
-    if (request.color)
-        project.setColor(*request.color);
+    apply(request, project);
     if (request.isArchived)
         project.setArchived(*request.isArchived);
     if (client != nullptr && client != project.client())
@@ -115,17 +126,8 @@ ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request,
     auto* project = findLinked<Project>(context, request.projectId);
     const auto tags = findTags(context, request.tagIds.value_or(std::vector<UUID>{}));
     auto& task = context.insert<ProjectTask>(
-        ProjectTask::Arguments{
-            .title = request.title,
-            .taskDescription = request.description,
-            .dueDate = request.dueDate,
-            .priority = enumOr(request.priority, TaskPriority::medium),
-            .status = status,
-            .project = project,
-        },
-        now);
-    task.setSourceTitle(absentIfEmpty(request.sourceTitle));
-    task.setSourceURL(absentIfEmpty(request.sourceURL));
+        ProjectTask::Arguments{.title = request.title, .status = status, .project = project}, now);
+    apply(request, task);
     if (!tags.empty())
         task.setTags(tags);
     task.setStatus(status, now);
@@ -135,7 +137,13 @@ ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request,
 void updateTask(ModelContext& context, ProjectTask& task, const UpdateTaskRequest& request, Date now) {
     // First of all, since a completed task is announced at once and a missing project must stop even that.
     auto* project = findLinked<Project>(context, request.projectId);
-    applyFields(task, request, now);
+    if (request.title)
+        task.setTitle(*request.title);
+    apply(request, task);
+    if (request.status)
+        task.setStatus(enumOr(request.status, task.status()), now);
+    if (request.sortOrder)
+        task.setSortOrder(*request.sortOrder);
     if (project != nullptr)
         task.setProject(project);
     if (request.tagIds)
@@ -144,14 +152,15 @@ void updateTask(ModelContext& context, ProjectTask& task, const UpdateTaskReques
 }
 
 Tag& createTag(ModelContext& context, const CreateTagRequest& request, Date now) {
-    return context.insert<Tag>(Tag::Arguments{request.name, request.color.value_or(defaultColor)}, now);
+    auto& tag = context.insert<Tag>(Tag::Arguments{.name = request.name}, now);
+    apply(request, tag);
+    return tag;
 }
 
 void updateTag(ModelContext&, Tag& tag, const UpdateTagRequest& request, Date now) {
     if (request.name)
         tag.setName(*request.name);
-    if (request.color)
-        tag.setColor(*request.color);
+    apply(request, tag);
     tag.setUpdatedAt(now);
 }
 
@@ -180,18 +189,15 @@ void updateTimeEntry(ModelContext& context, TimeEntry& entry, const TimeEntryReq
 }
 
 Note& createNote(ModelContext& context, const CreateNoteRequest& request, Date now) {
-    return context.insert<Note>(Note::Arguments{.title = request.title.value_or(""),
-                                                .content = request.content.value_or(""),
-                                                .project = findLinked<Project>(context, request.projectId)},
-                                now);
+    auto* project = findLinked<Project>(context, request.projectId);
+    auto& note = context.insert<Note>(Note::Arguments{.title = "", .project = project}, now);
+    apply(request, note);
+    return note;
 }
 
 void updateNote(ModelContext& context, Note& note, const UpdateNoteRequest& request, Date now) {
     auto* project = findLinked<Project>(context, request.projectId);
-    if (request.title)
-        note.setTitle(*request.title);
-    if (request.content)
-        note.setContent(*request.content);
+    apply(request, note);
     if (request.isPinned)
         note.setPinned(*request.isPinned);
     if (project != nullptr)

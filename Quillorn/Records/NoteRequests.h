@@ -4,20 +4,20 @@
 
 namespace quillorn {
 
-struct CreateNoteRequest {
+/// What requests to create and to change notes have in common.
+struct NoteFields {
     std::optional<std::string> title{};
     std::optional<std::string> content{};
     std::optional<UUID> projectId{};
+};
 
+struct CreateNoteRequest : NoteFields {
     static const RecordType& recordType();
 };
 
 /// An absent field leaves the value alone.
-struct UpdateNoteRequest {
-    std::optional<std::string> title{};
-    std::optional<std::string> content{};
+struct UpdateNoteRequest : NoteFields {
     std::optional<bool> isPinned{};
-    std::optional<UUID> projectId{};
 
     static const RecordType& recordType();
 };

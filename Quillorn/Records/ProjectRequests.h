@@ -4,11 +4,15 @@
 
 namespace quillorn {
 
-struct CreateProjectRequest {
-    std::string name;
+/// What requests to create and to change projects have in common.
+struct ProjectFields {
     std::optional<std::string> description{};
     std::optional<std::string> color{};
     std::optional<UUID> clientId{};
+};
+
+struct CreateProjectRequest : ProjectFields {
+    std::string name;
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.
@@ -16,11 +20,8 @@ struct CreateProjectRequest {
 };
 
 /// An absent field leaves the value alone.
-struct UpdateProjectRequest {
+struct UpdateProjectRequest : ProjectFields {
     std::optional<std::string> name{};
-    std::optional<std::string> description{};
-    std::optional<std::string> color{};
-    std::optional<UUID> clientId{};
     std::optional<bool> isArchived{};
 
     static const RecordType& recordType();

@@ -4,26 +4,28 @@
 
 namespace quillorn {
 
+namespace {
+
+constexpr std::tuple tagFields{
+    wireField<&TagDTO::id, &Tag::id>("id", "Identifies the tag for good."),
+    wireField<&TagDTO::name, &Tag::name>("name", "Its name."),
+    wireField<&TagDTO::color, &Tag::color>("color", "Its colour, such as #FF9500."),
+    wireField<&TagDTO::taskCount>("taskCount", {.description = "Number of tasks that carry it.", .minimum = 0}),
+    wireField<&TagDTO::createdAt, &Tag::createdAt>("createdAt", "When it was created."),
+    wireField<&TagDTO::updatedAt, &Tag::updatedAt>("updatedAt", "When it was last changed."),
+};
+
+} // namespace
+
 const RecordType& TagDTO::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&TagDTO::id>("id"),
-        wireField<&TagDTO::name>("name"),
-        wireField<&TagDTO::color>("color"),
-        wireField<&TagDTO::taskCount>("taskCount"),
-        wireField<&TagDTO::createdAt>("createdAt"),
-        wireField<&TagDTO::updatedAt>("updatedAt"),
-    });
+    static constexpr auto fields = wireFields<TagDTO>(tagFields);
     static constexpr RecordType type{"TagDTO", fields};
     return type;
 }
 
 void TagDTO::fill(const Tag& tag, std::int64_t count) {
-    id = tag.id();
-    name = tag.name();
-    color = tag.color();
+    copyFields(tagFields, tag, *this);
     taskCount = count;
-    createdAt = tag.createdAt();
-    updatedAt = tag.updatedAt();
 }
 
 TagRows::TagRows(ModelContext& context, std::vector<Tag*> tags, Date)

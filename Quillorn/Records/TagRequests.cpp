@@ -6,6 +6,13 @@ namespace quillorn {
 
 namespace {
 
+/// What both requests have.
+constexpr std::tuple sharedFields{
+    wireField<&TagFields::color>("color", {.description = "A colour: \"#\" and six hexadecimal digits.",
+                                           .pattern = "^#[0-9A-Fa-f]{6}$",
+                                           .defaultValue = R"("#007AFF")"}),
+};
+
 template <class Request>
 std::vector<std::string> faultsOf(const Request& request) {
     Validation validation;
@@ -17,10 +24,9 @@ std::vector<std::string> faultsOf(const Request& request) {
 } // namespace
 
 const RecordType& CreateTagRequest::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&CreateTagRequest::name>("name"),
-        wireField<&CreateTagRequest::color>("color"),
-    });
+    static constexpr auto fields = wireFields<CreateTagRequest>(
+        wireField<&CreateTagRequest::name>("name", "Its name. Must not be blank. Other tags may have it too."),
+        sharedFields);
     static constexpr RecordType type{"CreateTagRequest", fields};
     return type;
 }
@@ -30,11 +36,9 @@ std::vector<std::string> CreateTagRequest::faults() const {
 }
 
 const RecordType& UpdateTagRequest::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&UpdateTagRequest::name>("name"),
-        wireField<&UpdateTagRequest::color>("color"),
-    });
-    static constexpr RecordType type{"UpdateTagRequest", fields};
+    static constexpr auto fields = wireFields<UpdateTagRequest>(
+        wireField<&UpdateTagRequest::name>("name", "Its name. Must not be blank."), sharedFields);
+    static constexpr RecordType type{"UpdateTagRequest", fields, RecordUse::update};
     return type;
 }
 

@@ -4,9 +4,13 @@
 
 namespace quillorn {
 
-struct CreateTagRequest {
-    std::string name;
+/// What requests to create and to change tags have in common.
+struct TagFields {
     std::optional<std::string> color{};
+};
+
+struct CreateTagRequest : TagFields {
+    std::string name;
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.
@@ -14,9 +18,8 @@ struct CreateTagRequest {
 };
 
 /// An absent field leaves the value alone.
-struct UpdateTagRequest {
+struct UpdateTagRequest : TagFields {
     std::optional<std::string> name{};
-    std::optional<std::string> color{};
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.

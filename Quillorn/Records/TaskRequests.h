@@ -4,8 +4,8 @@
 
 namespace quillorn {
 
-struct CreateTaskRequest {
-    std::string title;
+/// What requests to create and to change tasks have in common.
+struct TaskFields {
     std::optional<std::string> description{};
     std::optional<Date> dueDate{};
     std::optional<std::int64_t> priority{};
@@ -16,6 +16,10 @@ struct CreateTaskRequest {
     std::optional<UUID> parentTaskId{};
     std::optional<std::string> sourceTitle{};
     std::optional<std::string> sourceURL{};
+};
+
+struct CreateTaskRequest : TaskFields {
+    std::string title;
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.
@@ -23,19 +27,9 @@ struct CreateTaskRequest {
 };
 
 /// An absent field leaves the value alone.
-struct UpdateTaskRequest {
+struct UpdateTaskRequest : TaskFields {
     std::optional<std::string> title{};
-    std::optional<std::string> description{};
-    std::optional<Date> dueDate{};
-    std::optional<std::int64_t> priority{};
-    std::optional<std::int64_t> status{};
     std::optional<std::int64_t> sortOrder{};
-    std::optional<UUID> projectId{};
-    std::optional<std::vector<UUID>> tagIds{};
-    /// Read, and without effect.
-    std::optional<UUID> parentTaskId{};
-    std::optional<std::string> sourceTitle{};
-    std::optional<std::string> sourceURL{};
 
     static const RecordType& recordType();
     /// What is wrong with it, in words for the client.

@@ -4,6 +4,20 @@ namespace quillorn {
 
 namespace {
 
+constexpr std::tuple entryFields{
+    wireField<&TimeEntryDTO::id, &TimeEntry::id>("id", "Identifies the entry for good."),
+    wireField<&TimeEntryDTO::startTime, &TimeEntry::startTime>("startTime", "When it began."),
+    wireField<&TimeEntryDTO::endTime, &TimeEntry::endTime>("endTime", "When it ended; a running entry has none."),
+    wireField<&TimeEntryDTO::notes, &TimeEntry::notes>("notes", "What was done."),
+    wireField<&TimeEntryDTO::taskId>("taskId", "The task that was worked on."),
+    wireField<&TimeEntryDTO::projectId>("projectId", "The project, for time without a task."),
+    wireField<&TimeEntryDTO::duration>(
+        "duration", "Its length in seconds; that of a running entry up to the moment of the answer."),
+    wireField<&TimeEntryDTO::isRunning, &TimeEntry::isRunning>("isRunning", "Whether it has no end yet."),
+    wireField<&TimeEntryDTO::displayName>(
+        "displayName", "What to call it in a list: the title of its task, or the name of its project."),
+};
+
 std::optional<UUID> idOf(const TimeEntryLinks::Link* link) {
     return link != nullptr ? std::optional(link->id) : std::nullopt;
 }
@@ -15,17 +29,7 @@ const std::string* nameOf(const TimeEntryLinks::Link* link) {
 } // namespace
 
 const RecordType& TimeEntryDTO::recordType() {
-    static constexpr auto fields = wireFields({
-        wireField<&TimeEntryDTO::id>("id"),
-        wireField<&TimeEntryDTO::startTime>("startTime"),
-        wireField<&TimeEntryDTO::endTime>("endTime"),
-        wireField<&TimeEntryDTO::notes>("notes"),
-        wireField<&TimeEntryDTO::taskId>("taskId"),
-        wireField<&TimeEntryDTO::projectId>("projectId"),
-        wireField<&TimeEntryDTO::duration>("duration"),
-        wireField<&TimeEntryDTO::isRunning>("isRunning"),
-        wireField<&TimeEntryDTO::displayName>("displayName"),
-    });
+    static constexpr auto fields = wireFields<TimeEntryDTO>(entryFields);
     static constexpr RecordType type{"TimeEntryDTO", fields};
     return type;
 }
@@ -37,16 +41,12 @@ TimeEntryRows::TimeEntryRows(ModelContext& context, std::vector<TimeEntry*> entr
 
 void TimeEntryRows::fill(std::size_t index, TimeEntryDTO& record) const {
     const TimeEntry& entry = *m_entries[index];
+    copyFields(entryFields, entry, record);
     const auto* task = m_links.taskOf(entry);
     const auto* project = m_links.projectOf(entry);
-    record.id = entry.id();
-    record.startTime = entry.startTime();
-    record.endTime = entry.endTime();
-    record.notes = entry.notes();
     record.taskId = idOf(task);
     record.projectId = idOf(project);
     record.duration = entry.duration(m_now);
-    record.isRunning = entry.isRunning();
     record.displayName = entry.displayName(nameOf(task), nameOf(project));
 }
 

@@ -6,17 +6,19 @@ namespace quillorn {
 
 namespace {
 
-constexpr auto fields = wireFields({
-    wireField<&TimeEntryRequest::startTime>("startTime"),
-    wireField<&TimeEntryRequest::endTime>("endTime"),
-    wireField<&TimeEntryRequest::notes>("notes"),
-    wireField<&TimeEntryRequest::taskId>("taskId"),
-    wireField<&TimeEntryRequest::projectId>("projectId"),
-});
-
-// Fields are reached by the address of the whole record.
-static_assert(sizeof(CreateTimeEntryRequest) == sizeof(TimeEntryRequest));
-static_assert(sizeof(UpdateTimeEntryRequest) == sizeof(TimeEntryRequest));
+/// What both requests have.
+constexpr std::tuple sharedFields{
+    wireField<&TimeEntryRequest::startTime>(
+        "startTime", {.description = "When it began, in whole seconds: 2026-01-14T15:20:00Z. Now, unless given.",
+                      .inUpdate = "When it began, in whole seconds: 2026-01-14T15:20:00Z."}),
+    wireField<&TimeEntryRequest::endTime>(
+        "endTime",
+        {.description = "When it ended; not before `startTime`, where both are given. Without it the entry runs.",
+         .inUpdate = "When it ended; not before `startTime`, where both are given. A running entry stops."}),
+    wireField<&TimeEntryRequest::notes>("notes", "What was done."),
+    wireField<&TimeEntryRequest::taskId>("taskId", "The task that was worked on, which must exist."),
+    wireField<&TimeEntryRequest::projectId>("projectId", "The project, for time without a task. It must exist."),
+};
 
 } // namespace
 
@@ -27,12 +29,14 @@ std::vector<std::string> TimeEntryRequest::faults() const {
 }
 
 const RecordType& CreateTimeEntryRequest::recordType() {
+    static constexpr auto fields = wireFields<CreateTimeEntryRequest>(sharedFields);
     static constexpr RecordType type{"CreateTimeEntryRequest", fields};
     return type;
 }
 
 const RecordType& UpdateTimeEntryRequest::recordType() {
-    static constexpr RecordType type{"UpdateTimeEntryRequest", fields};
+    static constexpr auto fields = wireFields<UpdateTimeEntryRequest>(sharedFields);
+    static constexpr RecordType type{"UpdateTimeEntryRequest", fields, RecordUse::update};
     return type;
 }
 

@@ -101,6 +101,11 @@ class ToolParameters {
   public:
     ToolParameters(std::initializer_list<ToolParameter<Arguments>> parameters) : m_parameters(parameters) {}
 
+    friend ToolParameters operator+(ToolParameters first, const ToolParameters& second) {
+        first.m_parameters.insert(first.m_parameters.end(), second.m_parameters.begin(), second.m_parameters.end());
+        return first;
+    }
+
     Json::Object schema() const {
         Json::Object properties;
         Json::Array required;

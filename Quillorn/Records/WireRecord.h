@@ -12,6 +12,9 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace quillorn {
@@ -28,9 +31,28 @@ struct WireShape {
     const RecordType& (*record)() = nullptr;
 };
 
-/// One field of a wire record, made by wireField<&Record::field>("field").
+/// What descriptions of a field say beyond its form. JSON where it says so.
+struct FieldWords {
+    std::string_view description{};
+    /// In place of the description in requests that change a record.
+    std::string_view inUpdate{};
+    std::optional<std::int64_t> minimum{};
+    std::optional<std::int64_t> maximum{};
+    /// In characters.
+    std::optional<std::int64_t> maximumLength{};
+    /// A regular expression.
+    std::string_view pattern{};
+    /// JSON: what a new record gets where the field is absent.
+    std::string_view defaultValue{};
+    /// JSON: the list of the values that there are.
+    std::string_view choices{};
+};
+
+/// One field of a wire record, made by wireFields.
 struct WireField {
     std::string_view name;
+    /// Among the fields as they were declared.
+    std::size_t place;
     /// Otherwise it is left out where absent, and null reads as absent.
     bool required;
     const WireShape* shape;
@@ -40,13 +62,35 @@ struct WireField {
     bool (*read)(const Json& value, void* record);
 };
 
+/// The fields of a record type, made by wireFields.
+template <std::size_t Count>
+struct WireFields {
+    /// In the order in which they are written, that of the names.
+    std::array<WireField, Count> fields;
+    /// As they were declared.
+    std::array<FieldWords, Count> words;
+};
+
+/// An update leaves alone what it does not name.
+enum class RecordUse { whole, update };
+
 /// A plain record as JSON: its fields stand here once, and encoding, decoding and its description follow from them.
 /// Each record struct returns its own by a static recordType().
 struct RecordType {
+    template <std::size_t Count>
+    constexpr RecordType(std::string_view schemaName, const WireFields<Count>& list, RecordUse useOfIt = {})
+        : name(schemaName),
+          fields(list.fields),
+          words(list.words),
+          use(useOfIt) {}
+
     /// The name of its schema.
     std::string_view name;
     /// In the order in which they are written, that of the names.
     std::span<const WireField> fields;
+    /// By the places of the fields.
+    std::span<const FieldWords> words;
+    RecordUse use;
 };
 
 template <class Record>
@@ -171,55 +215,112 @@ inline constexpr bool isOptional = false;
 template <class Value>
 inline constexpr bool isOptional<std::optional<Value>> = true;
 
-template <auto Member>
-struct WireAccess;
+template <class Pointer>
+struct MemberOf;
+template <class Record, class Held>
+struct MemberOf<Held Record::*> {
+    using Owner = Record;
+    using Value = Held;
+};
+template <class Record, class Held>
+struct MemberOf<std::optional<Held> Record::*> {
+    using Owner = Record;
+    using Value = Held;
+};
 
-template <class Record, class Value, Value Record::* Member>
-    requires(!isOptional<Value>)
-struct WireAccess<Member> {
+/// How one member of a record is reached where nothing but the address of the record is known.
+template <class Record, auto Member>
+struct WireAccess {
+    using Value = typename MemberOf<decltype(Member)>::Value;
+    using Held = std::remove_cvref_t<decltype(std::declval<Record&>().*Member)>;
+
     static bool write(JsonWriter& writer, std::string_view name, const void* record) {
-        writer.key(name);
-        WireForm<Value>::write(writer, static_cast<const Record*>(record)->*Member);
+        const Held& held = static_cast<const Record*>(record)->*Member;
+        if constexpr (isOptional<Held>) {
+            if (!held)
+                return false;
+            writer.key(name);
+            WireForm<Value>::write(writer, *held);
+        } else {
+            writer.key(name);
+            WireForm<Value>::write(writer, held);
+        }
         return true;
     }
     static bool read(const Json& json, void* record) {
-        return WireForm<Value>::read(json, static_cast<Record*>(record)->*Member);
-    }
-    static constexpr WireField field(std::string_view name) {
-        return {name, true, &WireForm<Value>::shape, &write, &read};
-    }
-};
-
-template <class Record, class Value, std::optional<Value> Record::* Member>
-struct WireAccess<Member> {
-    static bool write(JsonWriter& writer, std::string_view name, const void* record) {
-        const std::optional<Value>& value = static_cast<const Record*>(record)->*Member;
-        if (!value)
-            return false;
-        writer.key(name);
-        WireForm<Value>::write(writer, *value);
-        return true;
-    }
-    static bool read(const Json& json, void* record) {
-        return WireForm<Value>::read(json, (static_cast<Record*>(record)->*Member).emplace());
-    }
-    static constexpr WireField field(std::string_view name) {
-        return {name, false, &WireForm<Value>::shape, &write, &read};
+        Held& held = static_cast<Record*>(record)->*Member;
+        if constexpr (isOptional<Held>)
+            return WireForm<Value>::read(json, held.emplace());
+        else
+            return WireForm<Value>::read(json, held);
     }
 };
 
-template <auto Member>
-constexpr WireField wireField(std::string_view name) {
-    return WireAccess<Member>::field(name);
+/// A member as a field of that name; `Getter` is where copyFields takes its value from.
+template <auto Member, auto Getter>
+struct NamedField {
+    std::string_view name;
+    FieldWords words;
+};
+
+template <auto Member, auto Getter = nullptr>
+constexpr NamedField<Member, Getter> wireField(std::string_view name, const FieldWords& words) {
+    return {name, words};
+}
+template <auto Member, auto Getter = nullptr>
+constexpr NamedField<Member, Getter> wireField(std::string_view name, std::string_view description = {}) {
+    return {name, {.description = description}};
 }
 
-/// The fields in the order in which they are written.
-template <std::size_t Count>
-consteval std::array<WireField, Count> wireFields(const WireField (&fields)[Count]) {
-    std::array<WireField, Count> sorted{};
-    std::copy(std::begin(fields), std::end(fields), sorted.begin());
-    std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    return sorted;
+/// The field as one of `Record`, which has the member itself or by a struct that it shares with other records.
+template <class Record, auto Member, auto Getter>
+    requires std::derived_from<Record, typename MemberOf<decltype(Member)>::Owner>
+constexpr WireField fieldOf(const NamedField<Member, Getter>& field) {
+    using Access = WireAccess<Record, Member>;
+    return {.name = field.name,
+            .place = 0,
+            .required = !isOptional<typename Access::Held>,
+            .shape = &WireForm<typename Access::Value>::shape,
+            .write = &Access::write,
+            .read = &Access::read};
+}
+
+template <class... Fields>
+constexpr const std::tuple<Fields...>& asGroup(const std::tuple<Fields...>& group) {
+    return group;
+}
+template <auto Member, auto Getter>
+constexpr std::tuple<NamedField<Member, Getter>> asGroup(const NamedField<Member, Getter>& field) {
+    return {field};
+}
+
+/// The fields of a record. `parts` are fields, and groups of them in a std::tuple; those of
+/// another record do not compile.
+template <class Record, class... Parts>
+consteval auto wireFields(const Parts&... parts) {
+    return std::apply(
+        [](const auto&... field) {
+            WireFields<sizeof...(field)> list{{fieldOf<Record>(field)...}, {field.words...}};
+            for (std::size_t i = 0; i < list.fields.size(); ++i)
+                list.fields[i].place = i;
+            std::ranges::sort(list.fields, {}, &WireField::name);
+            return list;
+        },
+        std::tuple_cat(asGroup(parts)...));
+}
+
+/// Fills those fields of a group that name a getter of `object`. Enums become their raw values.
+template <class Object, class Record, auto... Members, auto... Getters>
+void copyFields(const std::tuple<NamedField<Members, Getters>...>&, const Object& object, Record& record) {
+    const auto copy = [&]<auto Member, auto Getter>() {
+        if constexpr (!std::is_same_v<decltype(Getter), std::nullptr_t>) {
+            if constexpr (std::is_enum_v<std::remove_cvref_t<decltype((object.*Getter)())>>)
+                record.*Member = static_cast<std::int64_t>((object.*Getter)());
+            else
+                record.*Member = (object.*Getter)();
+        }
+    };
+    (copy.template operator()<Members, Getters>(), ...);
 }
 
 } // namespace quillorn

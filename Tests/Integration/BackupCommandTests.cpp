@@ -149,14 +149,15 @@ TEST_F(Doctor, findsWhatIsWrongAndChangesNothing) {
         std::string finding;
     };
     const auto nothing = [] {};
+    const std::string current = std::to_string(currentSchema().version);
     const Case cases[] = {
         {nothing, "store", store().string() + " will be made at the first start"},
         {nothing, "schema", "nothing"},
         {nothing, "backups", "none yet; they will go to " + (folder() / "Backups").string()},
-        {schemaOf(QuillornSchemaV1(), ""), "schema", "version 1, to become 3 at the next start"},
+        {schemaOf(QuillornSchemaV1(), ""), "schema", "version 1, to become " + current + " at the next start"},
         {schemaOf(currentSchema(), ""), "store", "KB, sound"},
         {schemaOf(currentSchema(), "PRAGMA user_version = 9"), "schema",
-         "! version 9, and this program knows versions up to 3: update Quillorn"},
+         "! version 9, and this program knows versions up to " + current + ": update Quillorn"},
         {[&] { writeFile(store(), "Dear diary"); }, "store", "! "},
         {[&] { writeFile(folder() / "Backups/Quillorn-20010101-0000.store.lzfse", ""); }, "store",
          "! " + store().string() + " is missing; \"quillorn backups\" shows"},

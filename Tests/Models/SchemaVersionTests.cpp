@@ -4,7 +4,7 @@
 #include "Support/TestStore.h"
 
 #include <gmock/gmock.h>
-#include <set>
+#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -77,6 +77,17 @@ TEST_F(StoreFiles, areMadeForTheUserAlone) {
     for (const char* suffix : {"", "-lock", "-wal", "-shm"})
         EXPECT_EQ(fs::status(file().string() + suffix).permissions(), fs::perms(0600)) << suffix;
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST(SchemaVersions, liveClassesHaveTheColumnsOfTheLastOne) {
+    const auto columnsOf = [](const Schema& schema) {
+        std::map<std::string, ColumnSchema> columns;
+        for (const TableSchema& table : schema.tables)
+            for (const ColumnSchema& column : table.columns)
+                columns.emplace(table.name + "." + column.name, column);
+        return columns;
+    };
+    EXPECT_EQ(columnsOf(currentSchema()), columnsOf(describedSchemas().back()));
 }
 
 TEST_F(StoreFiles, ofOlderVersionsAreMigrated) {

@@ -1,6 +1,5 @@
 #include "Models/SchemaVersions.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -114,8 +113,9 @@ const std::vector<Schema>& describedSchemas() {
         for (const Addition& addition : additions()) {
             Schema next = versions.back();
             ++next.version;
-            auto& columns = std::ranges::find(next.tables, addition.table, &TableSchema::name)->columns;
-            columns.insert(columns.end(), addition.columns.begin(), addition.columns.end());
+            for (TableSchema& each : next.tables)
+                if (each.name == addition.table)
+                    each.columns.insert(each.columns.end(), addition.columns.begin(), addition.columns.end());
             versions.push_back(std::move(next));
         }
         return versions;

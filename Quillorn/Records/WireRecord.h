@@ -294,8 +294,8 @@ constexpr std::tuple<NamedField<Member, Getter>> asGroup(const NamedField<Member
     return {field};
 }
 
-/// The fields of a record. `parts` are fields, and groups of them in a std::tuple; those of
-/// another record do not compile.
+/// The fields of a record. `parts` are fields, and groups of them in a std::tuple; those of another record do not
+/// compile.
 template <class Record, class... Parts>
 consteval auto wireFields(const Parts&... parts) {
     return std::apply(

@@ -4,8 +4,10 @@
 #include "CLI/Session.h"
 #include "Models/Formatters.h"
 #include "Models/Settings.h"
+#include "Platform/Leftovers.h"
 #include "Platform/TemporaryDirectory.h"
 #include "Platform/Terminal.h"
+#include "Platform/TerminationSignals.h"
 #include "Services/BackupError.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupRetention.h"
@@ -141,9 +143,21 @@ bool confirm(const fs::path& file) {
     return answer == "y" || answer == "Y" || answer == "yes";
 }
 
+/// For a shell to take as one word.
+std::string quotedForShell(const std::string& text) {
+    if (text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./") ==
+        std::string::npos)
+        return text;
+    std::string quoted = "'";
+    for (const char character : text)
+        quoted += character == '\'' ? "'\\''" : std::string(1, character);
+    return quoted + "'";
+}
+
 } // namespace
 
 ExitStatus backUp(bool json, const ProcessInfo& process) {
+    const TerminationSignals signals(endBySignal);
     Session session(process);
     if (session.hasFailed())
         return ExitStatus::failure;
@@ -158,6 +172,7 @@ ExitStatus backUp(bool json, const ProcessInfo& process) {
 }
 
 ExitStatus listBackups(bool json, bool check) {
+    const TerminationSignals signals(endBySignal);
     StandardErrorLog log;
     SystemRandom random;
     const auto paths = systemPaths();
@@ -192,11 +207,15 @@ ExitStatus restore(const std::string& file, bool confirmed, const ProcessInfo& p
         fmt::print(stderr, "Cancelled\n");
         return ExitStatus::failure;
     }
+    const TerminationSignals signals(endBySignal);
     Session session(process);
     if (session.hasFailed())
         return ExitStatus::failure;
     runToTheEnd(session, "Restoring", [&](BackupService& service) { service.restoreFromFile(file); });
-    fmt::print("{}\n", shown(*session.app().backupService().lastResult()));
+    const BackupService& service = session.app().backupService();
+    fmt::print("{}\n", shown(*service.lastResult()));
+    if (const auto& snapshot = service.lastSafetySnapshot())
+        fmt::print("To undo this: quillorn restore {}\n", shown(quotedForShell(snapshot->string())));
     return ExitStatus::success;
 }
 

@@ -5,8 +5,10 @@
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/Crypto.h"
+#include "Platform/Leftovers.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
+#include "Platform/TerminationSignals.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -26,6 +28,7 @@ void printFindings(const std::vector<Finding>& findings, bool isFine) {
 } // namespace
 
 ExitStatus examine(bool json) {
+    const TerminationSignals signals(endBySignal);
     StandardErrorLog log;
     SystemRandom random;
     const Calendar calendar(currentTimeZone(), currentLocale());

@@ -12,9 +12,12 @@
 #include "Store/StoreCheck.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fmt/core.h>
+#include <iterator>
 #include <map>
 #include <system_error>
+#include <unistd.h>
 
 namespace quillorn {
 
@@ -55,7 +58,32 @@ std::map<Date, fs::path> backupsIn(const fs::path& folder, const Calendar& calen
     }
 }
 
+/// Why something can't be written; empty where it can. What is not there is made in the nearest folder that is.
+std::string whyNotWritable(fs::path path) {
+    while (!isThere(path) && path != path.parent_path())
+        path = path.parent_path();
+    std::error_code unknown;
+    const int needed = R_OK | W_OK | (fs::is_directory(path, unknown) ? X_OK : 0);
+    if (::access(path.c_str(), needed) == 0)
+        return "";
+    const int error = errno;
+    return fmt::format("{} can't be read and written: {}", path.string(), std::generic_category().message(error));
+}
+
+/// The same of all that is written when a store is in use.
+std::string whyNotWritableStore(const fs::path& store) {
+    std::vector<fs::path> paths = filesOf(store);
+    paths.push_back(store.parent_path());
+    paths.emplace_back(store.string() + "-lock");
+    for (const fs::path& path : paths)
+        if (std::string fault = whyNotWritable(path); !fault.empty())
+            return fault;
+    return "";
+}
+
 std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomSource& random) {
+    if (const std::string fault = whyNotWritableStore(file); !fault.empty())
+        return {{"store", false, fault + "; give Quillorn's user the right to"}};
     if (!isThere(file)) {
         if (hasBackups)
             return {{"store", false,
@@ -67,6 +95,11 @@ std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomS
     const StoreCheck check = checkStore(file, random);
     const std::string advice = "move it away (with its -wal and -shm), then \"quillorn restore FILE\" one of "
                                "\"quillorn backups\"";
+    if (!check.fault.empty() && !check.isDamaged)
+        return {{"store", false,
+                 fmt::format("could not look into {} ({}): leave it where it is, end what keeps it busy or short of "
+                             "files and room, and look again",
+                             file.string(), check.fault)}};
     if (!check.fault.empty())
         return {{"store", false, fmt::format("{} is damaged ({}): {}", file.string(), check.fault, advice)}};
     std::vector<Finding> findings{{"store", true, fmt::format("{}, {}, sound", file.string(), fileSize(sizeOf(file)))}};
@@ -85,9 +118,24 @@ std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomS
     return findings;
 }
 
+/// What a clock that was ahead has left; it doesn't count. A name may be some minutes ahead, where others were taken.
+std::string datesAhead(const std::map<Date, fs::path>& backups, const Settings& settings, Date now) {
+    const auto count = std::distance(backups.upper_bound(now + std::chrono::hours{1}), backups.end());
+    const Json stored = settings.value(setting("backupLastDate"));
+    const auto last = stored.asString() != nullptr ? parseISO8601(*stored.asString()) : std::nullopt;
+    std::string text;
+    if (count > 0)
+        text += fmt::format("; {} of them dated later than now, which don't count", count);
+    if (last && *last > now)
+        text += fmt::format("; the last one is noted for {}, which is later than now and doesn't count",
+                            *stored.asString());
+    return text.empty() ? text : text + " (was the clock ahead?)";
+}
+
 Finding examineBackups(const fs::path& store, const fs::path& folder, const std::map<Date, fs::path>& backups,
                        SettingsStore& settingsStore, Date now) {
     const Settings settings(settingsStore);
+    const std::string ahead = datesAhead(backups, settings, now);
     if (isBackupFolderAccessLost(settingsStore))
         return {"backups", false,
                 fmt::format("Quillorn can no longer write to {}. Choose the folder again to restore access; backups go "
@@ -98,7 +146,11 @@ Finding examineBackups(const fs::path& store, const fs::path& folder, const std:
         return isThere(store)
                    ? Finding{"backups", false, fmt::format("there is none in {}; {}", folder.string(), advice)}
                    : Finding{"backups", true, fmt::format("none yet; they will go to {}", folder.string())};
-    const Date last = backups.rbegin()->first;
+    const auto later = backups.upper_bound(now);
+    if (later == backups.begin())
+        return {"backups", false,
+                fmt::format("{} in {}, none from before now{}; {}", backups.size(), folder.string(), ahead, advice)};
+    const Date last = std::prev(later)->first;
     const auto files = filesOf(store);
     const bool isBehind = std::any_of(files.begin(), files.end(), [&](const fs::path& file) {
         const auto modified = modificationDate(file);
@@ -107,7 +159,8 @@ Finding examineBackups(const fs::path& store, const fs::path& folder, const std:
     std::string text =
         fmt::format("{} in {}, the last one {} ago", backups.size(), folder.string(), relativeTime(last, now));
     if (isBehind && now - last > days{7})
-        return {"backups", false, text + "; " + advice};
+        return {"backups", false, text + ahead + "; " + advice};
+    text += ahead;
     if (!settings.boolean(setting("backupEnabled")))
         text += "; hourly backups are off";
     return {"backups", true, text};
@@ -169,7 +222,13 @@ std::uintmax_t roomAt(fs::path path) {
 Finding examineRoom(const fs::path& store, const fs::path& backups) {
     const std::uintmax_t needed = leastRoom + 2 * sizeOf(store);
     std::error_code unknown;
-    const fs::path places[] = {store.parent_path(), backups, fs::temp_directory_path(unknown)};
+    const fs::path temporary = fs::temp_directory_path(unknown);
+    if (unknown)
+        return {"space", false,
+                fmt::format("there is no folder for temporary files ({}): set TMPDIR to one", unknown.message())};
+    if (const std::string fault = whyNotWritable(temporary); !fault.empty())
+        return {"space", false, fault + "; set TMPDIR to a folder for temporary files"};
+    const fs::path places[] = {store.parent_path(), backups, temporary};
     std::uintmax_t least = UINTMAX_MAX;
     for (const fs::path& place : places) {
         const std::uintmax_t room = roomAt(place);

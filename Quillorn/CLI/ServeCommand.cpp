@@ -31,7 +31,7 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     if (session.hasFailed())
         return ExitStatus::failure;
     // No thread has been started so far, as it has to be.
-    const TerminationSignals signals([&] { session.mainQueue().stop(); });
+    const TerminationSignals signals([&](int) { session.mainQueue().stop(); });
     raiseDescriptorLimit();
 
     QuillornApp& app = session.app();

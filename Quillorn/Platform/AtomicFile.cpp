@@ -1,13 +1,17 @@
 #include "Platform/AtomicFile.h"
 
+#include "Platform/Leftovers.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fmt/core.h>
+#include <optional>
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace quillorn {
 
@@ -19,21 +23,27 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// A file that goes again unless it was renamed to its place.
+constexpr std::string_view pattern = ".XXXXXX";
+
+/// A file beside `target` that goes again unless it was brought to its place. Its name is ".target.XXXXXX".
 class TemporaryFile {
   public:
-    explicit TemporaryFile(const fs::path& target)
-        : m_path((target.parent_path() / fmt::format(".{}.XXXXXX", target.filename().string())).string()) {
-        m_file = FileDescriptor(mkstemp(m_path.data())); // mode 0600
-        if (!m_file)
-            throwLastError("create");
-        ::fcntl(m_file.number(), F_SETFD, FD_CLOEXEC);
+    explicit TemporaryFile(const fs::path& target) {
+        std::string path;
+        do {
+            path = (target.parent_path() / fmt::format(".{}{}", target.filename().string(), pattern)).string();
+            m_file = FileDescriptor(mkstemp(path.data())); // mode 0600
+            if (!m_file)
+                throwLastError("create");
+            ::fcntl(m_file.number(), F_SETFD, FD_CLOEXEC);
+        } while (!claim(m_file));
+        m_leftover.emplace(path);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
-        if (!m_path.empty())
-            ::unlink(m_path.c_str());
+        if (m_leftover)
+            ::unlink(path());
     }
 
     void write(std::string_view content) {
@@ -44,19 +54,42 @@ class TemporaryFile {
             else if (errno != EINTR)
                 throwLastError("write");
         }
+        if (::fsync(m_file.number()) != 0)
+            throwLastError("fsync");
     }
 
     void moveTo(const fs::path& target) {
-        if (::fsync(m_file.number()) != 0)
-            throwLastError("fsync");
-        if (::rename(m_path.c_str(), target.c_str()) != 0)
+        if (::rename(path(), target.c_str()) != 0)
             throwLastError("rename");
-        m_path.clear();
+        m_leftover.reset();
+    }
+
+    /// False where the name is taken.
+    bool moveToFree(const fs::path& target) {
+        if (::link(path(), target.c_str()) == 0)
+            return true; // the other name goes in the end
+        if (errno == EEXIST)
+            return false;
+        // Some file systems know no second names. There an empty file keeps the name for the moment.
+        const FileDescriptor place(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+        if (!place && errno == EEXIST)
+            return false;
+        if (!place)
+            throwLastError("create");
+        if (::rename(path(), target.c_str()) != 0) {
+            const int error = errno;
+            ::unlink(target.c_str());
+            throw std::system_error(error, std::generic_category(), "rename");
+        }
+        m_leftover.reset();
+        return true;
     }
 
   private:
-    std::string m_path;
+    const char* path() const { return m_leftover->path().c_str(); }
+
     FileDescriptor m_file;
+    std::optional<Leftover> m_leftover;
 };
 
 /// Brings the renaming itself to the disk. The new content is in place by now, so a failure is no reason to report
@@ -69,12 +102,34 @@ void syncFolder(const fs::path& folder) {
 
 } // namespace
 
-void replaceFile(const fs::path& file, std::string_view content) {
-    const fs::path target = fs::is_symlink(fs::symlink_status(file)) ? fs::weakly_canonical(file) : file;
+void replaceFile(const fs::path& file, std::string_view content, Links links) {
+    const bool isFollowed = links == Links::followed && fs::is_symlink(fs::symlink_status(file));
+    const fs::path target = isFollowed ? fs::weakly_canonical(file) : file;
     TemporaryFile temporary(target);
     temporary.write(content);
     temporary.moveTo(target);
     syncFolder(target.parent_path());
+}
+
+bool createFile(const fs::path& file, std::string_view content) {
+    if (fs::exists(fs::symlink_status(file)))
+        return false; // before the work of writing it
+    TemporaryFile temporary(file);
+    temporary.write(content);
+    if (!temporary.moveToFree(file))
+        return false;
+    syncFolder(file.parent_path());
+    return true;
+}
+
+void removeAbandonedFiles(const fs::path& folder, const std::function<bool(std::string_view target)>& isMeant) {
+    std::error_code ignored;
+    for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored)) {
+        const std::string name = entry->path().filename().string();
+        if (name.size() > pattern.size() && name.starts_with('.') && name[name.size() - pattern.size()] == '.' &&
+            isMeant(std::string_view(name).substr(1, name.size() - 1 - pattern.size())))
+            removeIfAbandoned(entry->path());
+    }
 }
 
 void createPrivateFolder(const fs::path& folder) {

@@ -3,14 +3,30 @@
 #include "Platform/FileDescriptor.h"
 
 #include <filesystem>
+#include <functional>
 #include <string_view>
 
 namespace quillorn {
 
+/// What becomes of a symbolic link that stands where a file is to be written.
+enum class Links {
+    /// It is a name like any other, and replaced.
+    replaced,
+    /// It stays, and the file that it names is replaced.
+    followed,
+};
+
 /// Puts `content` in the place of `file`, as a whole or not at all: written beside it, brought to the disk, renamed.
-/// The file is readable by its owner only. A symbolic link stays one; the file that it names is replaced. Throws
-/// std::system_error and leaves `file` as it was.
-void replaceFile(const std::filesystem::path& file, std::string_view content);
+/// The file is readable by its owner only. Throws std::system_error and leaves `file` as it was.
+void replaceFile(const std::filesystem::path& file, std::string_view content, Links links = Links::replaced);
+
+/// The same where nothing has that name, not even a link; else returns false, with nothing done.
+bool createFile(const std::filesystem::path& file, std::string_view content);
+
+/// Removes what killed processes have left of files that they were about to write into `folder`, by the names that
+/// these were to have. Failures only leave more.
+void removeAbandonedFiles(const std::filesystem::path& folder,
+                          const std::function<bool(std::string_view target)>& isMeant);
 
 /// Creates what is missing of `folder`, for its owner only. Throws std::system_error.
 void createPrivateFolder(const std::filesystem::path& folder);

@@ -193,7 +193,7 @@ void FileSettings::State::change(const std::function<bool(Json::Object&)>& edit)
         Json::Object changed = values;
         if (!edit(changed))
             return;
-        replaceFile(file, Json(changed).text(Json::Style::pretty) + "\n");
+        replaceFile(file, Json(changed).text(Json::Style::pretty) + "\n", Links::followed);
         values = std::move(changed);
         fingerprint.reset();
     } catch (const Unreadable& error) {

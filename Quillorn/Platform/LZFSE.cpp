@@ -70,7 +70,7 @@ Block readBlock(std::string_view stream) {
 /// Follows the heads of all blocks to the end of the stream, which the decoder itself does not report.
 std::uint64_t decompressedSize(std::string_view stream) {
     if (!stream.starts_with("bvx"))
-        throw CompressionError("The data is not compressed with LZFSE");
+        throw NotCompressedError("The data is not compressed with LZFSE");
     std::uint64_t sum = 0;
     while (!stream.starts_with("bvx$")) {
         const Block block = readBlock(stream);

@@ -14,6 +14,12 @@ class CompressionError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Data that is something else altogether.
+class NotCompressedError : public CompressionError {
+  public:
+    using CompressionError::CompressionError;
+};
+
 /// A block of bytes that costs no memory before it is written to.
 class ByteBuffer {
   public:

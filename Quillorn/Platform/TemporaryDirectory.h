@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/FileDescriptor.h"
+#include "Platform/Leftovers.h"
+
 #include <filesystem>
 #include <string_view>
 
@@ -7,8 +10,8 @@ namespace quillorn {
 
 class RandomSource;
 
-/// A fresh directory below the system's one for temporary files, named by a new UUID and for its owner only. Gone,
-/// with all that is in it, at the end. Throws std::system_error.
+/// A fresh directory below the system's one for temporary files, named by a new UUID behind "Quillorn-" and for its
+/// owner only. Gone, with all that is in it, at the end. Throws std::system_error.
 class TemporaryDirectory {
   public:
     explicit TemporaryDirectory(RandomSource& random);
@@ -16,11 +19,15 @@ class TemporaryDirectory {
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
-    const std::filesystem::path& path() const { return m_path; }
-    std::filesystem::path operator/(std::string_view name) const { return m_path / name; }
+    /// Removes those that killed processes have left.
+    static void removeAbandoned() noexcept;
+
+    const std::filesystem::path& path() const { return m_leftover.path(); }
+    std::filesystem::path operator/(std::string_view name) const { return path() / name; }
 
   private:
-    std::filesystem::path m_path;
+    FileDescriptor m_claim;
+    Leftover m_leftover;
 };
 
 } // namespace quillorn

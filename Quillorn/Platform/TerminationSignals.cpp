@@ -20,12 +20,12 @@ sigset_t waitedSignals() {
 
 } // namespace
 
-TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
+TerminationSignals::TerminationSignals(std::function<void(int signal)> onSignal) {
     const sigset_t signals = waitedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     m_waiter = std::thread([signals, onSignal = std::move(onSignal)] {
         for (int signal = 0; sigwait(&signals, &signal) == 0 && signal != wakeUp;)
-            onSignal();
+            onSignal(signal);
     });
 }
 

@@ -10,7 +10,7 @@ namespace quillorn {
 class TerminationSignals {
   public:
     /// `onSignal` runs on a thread of its own, once for each signal.
-    explicit TerminationSignals(std::function<void()> onSignal);
+    explicit TerminationSignals(std::function<void(int signal)> onSignal);
     ~TerminationSignals();
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;

@@ -3,6 +3,8 @@
 #include "Models/Formatters.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
+#include "Platform/AtomicFile.h"
+#include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/FileContent.h"
 #include "Platform/Process.h"
@@ -40,7 +42,8 @@ BackupService::BackupService(BackupEnvironment environment, fs::path storeURL, M
     if (!schedule)
         return;
     m_firstTimer = m_environment.mainQueue.after(firstDelay, [this] {
-        if (!m_lastBackupDate || m_environment.clock.now() - *m_lastBackupDate >= period)
+        const auto last = lastBackupDate();
+        if (!last || m_environment.clock.now() - *last >= period)
             runScheduledBackup();
     });
     m_timer = m_environment.mainQueue.every(period, [this] { runScheduledBackup(); });
@@ -53,6 +56,10 @@ BackupService::~BackupService() {
     for (std::thread* thread : {&m_backupThread, &m_restoreThread})
         if (thread->joinable())
             thread->join();
+}
+
+std::optional<Date> BackupService::lastBackupDate() const {
+    return m_lastBackupDate && *m_lastBackupDate <= m_environment.clock.now() ? m_lastBackupDate : std::nullopt;
 }
 
 fs::path BackupService::backupFolderURL() const {
@@ -81,12 +88,14 @@ void BackupService::runBackup(bool force) {
     std::error_code unknown;
     if (!fs::exists(m_storeURL, unknown))
         return finishBackup("Skipped — no store yet", std::nullopt);
-    if (!force && m_lastBackupDate && !hasStoreChangedSince(*m_lastBackupDate))
+    if (const auto last = lastBackupDate(); !force && last && !hasStoreChangedSince(*last))
         return finishBackup("Skipped — no changes since last backup", std::nullopt);
-    inBackground(m_backupThread, [this, folder = backupFolderURL()]() -> MainQueue::Work {
+    // What changes from here on belongs to the next one, be it in the copy or not.
+    const Date date = m_environment.clock.now();
+    inBackground(m_backupThread, [this, date, folder = backupFolderURL()]() -> MainQueue::Work {
         lowerThreadPriority();
         try {
-            return [this, backup = takeBackup(folder)] { finishBackup(backup); };
+            return [this, backup = takeBackup(folder, date)] { finishBackup(backup); };
         } catch (const std::exception& error) {
             return [this, words = std::string(error.what())] { finishBackup(std::nullopt, words); };
         }
@@ -101,11 +110,23 @@ bool BackupService::hasStoreChangedSince(Date date) const {
     });
 }
 
+/// Names have minutes, and no backup replaces another one: it takes the name of the next minute that is free. On the
+/// thread of a backup or a restore.
+fs::path BackupService::takeSnapshot(const fs::path& folder, Date date) const {
+    const Calendar& calendar = m_environment.calendar;
+    TemporaryDirectory::removeAbandoned();
+    removeAbandonedFiles(folder, [&](std::string_view name) { return dateOfBackup(name, calendar).has_value(); });
+    return snapshotStore(
+        m_storeURL, folder, [&](int taken) { return backupFileName(date + std::chrono::minutes{taken}, calendar); },
+        m_container.random());
+}
+
 /// On the thread of the backup.
-BackupService::Backup BackupService::takeBackup(const fs::path& folder) const {
+BackupService::Backup BackupService::takeBackup(const fs::path& folder, Date date) const {
     const auto& [clock, calendar, settings, queue, log] = m_environment;
     Backup backup;
-    backup.file = snapshotStore(m_storeURL, folder, backupFileName(clock.now(), calendar), m_container.random());
+    backup.date = date;
+    backup.file = takeSnapshot(folder, date);
     backup.pruned = pruneBackups(folder, clock.now(), calendar);
     std::error_code error;
     const std::uintmax_t size = fs::file_size(backup.file, error);
@@ -114,7 +135,7 @@ BackupService::Backup BackupService::takeBackup(const fs::path& folder) const {
 }
 
 void BackupService::finishBackup(const Backup& backup) {
-    m_lastBackupDate = m_environment.clock.now();
+    m_lastBackupDate = backup.date;
     m_lastBackupFile = backup.file;
     try {
         Settings(m_environment.settings).set(setting("backupLastDate"), formatISO8601(*m_lastBackupDate));
@@ -140,11 +161,14 @@ void BackupService::restoreFromFile(const fs::path& file) {
     m_isRestoring = true;
     m_lastError.reset();
     m_lastResult.reset();
+    m_lastSafetySnapshot.reset();
     changed();
     inBackground(m_restoreThread, [this, file, folder = backupFolderURL()]() -> MainQueue::Work {
         try {
-            restore(file, folder);
-            return [this, file] { finishRestore("Restored from " + file.filename().string(), std::nullopt); };
+            return [this, file, snapshot = restore(file, folder)] {
+                m_lastSafetySnapshot = snapshot;
+                finishRestore("Restored from " + file.filename().string(), std::nullopt);
+            };
         } catch (const std::exception& error) {
             return
                 [this, words = std::string(error.what())] { finishRestore(std::nullopt, "Restore failed: " + words); };
@@ -153,31 +177,20 @@ void BackupService::restoreFromFile(const fs::path& file) {
 }
 
 /// On the thread of the restore.
-void BackupService::restore(const fs::path& file, const fs::path& folder) const {
-    const auto& [clock, calendar, settings, queue, log] = m_environment;
+std::optional<fs::path> BackupService::restore(const fs::path& file, const fs::path& folder) const {
+    std::optional<fs::path> snapshot;
     std::error_code unknown;
     if (fs::exists(m_storeURL, unknown))
-        snapshotStore(m_storeURL, folder, safetySnapshotName(file, folder), m_container.random());
+        snapshot = takeSnapshot(folder, m_environment.clock.now());
 
     const TemporaryDirectory temporary(m_container.random());
     const fs::path copy = temporary / "source.store";
     unpackBackup(file, copy);
     // Migrates the copy where it is of an earlier version.
     const auto source = openContainer({.name = "restore-source", .url = copy, .cloudContainerIdentifier = {}},
-                                      {m_container.random(), m_container.notifications()}, log);
+                                      {m_container.random(), m_container.notifications()}, m_environment.log);
     replaceStoreContents(*source, m_container);
-}
-
-/// Names have minutes, so a backup that was just taken and the safety snapshot before its own restore would share one:
-/// the snapshot would replace what is about to be restored. It takes the name of the following minute then.
-std::string BackupService::safetySnapshotName(const fs::path& chosen, const fs::path& folder) const {
-    const auto& [clock, calendar, settings, queue, log] = m_environment;
-    const Date now = clock.now();
-    std::string name = backupFileName(now, calendar);
-    std::error_code unknown;
-    if (fs::equivalent(folder / name, chosen, unknown))
-        name = backupFileName(now + std::chrono::minutes{1}, calendar);
-    return name;
+    return snapshot;
 }
 
 void BackupService::finishRestore(std::optional<std::string> result, std::optional<std::string> error) {

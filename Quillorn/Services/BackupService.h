@@ -44,10 +44,13 @@ class BackupService {
     /// Called after the state below has changed.
     std::function<void()> onChange;
 
-    /// When the last backup succeeded, also in an earlier run.
-    std::optional<Date> lastBackupDate() const { return m_lastBackupDate; }
+    /// The moment of which the last backup is, also in an earlier run. Absent while it lies ahead, as after a clock
+    /// that was: then nobody knows.
+    std::optional<Date> lastBackupDate() const;
     /// The file that it made; absent before the first one of this run.
     const std::optional<std::filesystem::path>& lastBackupFile() const { return m_lastBackupFile; }
+    /// The backup of what the last restore of this run has replaced: restoring it undoes that.
+    const std::optional<std::filesystem::path>& lastSafetySnapshot() const { return m_lastSafetySnapshot; }
     /// What the last pass came to, a backup or a restore; absent when it failed.
     const std::optional<std::string>& lastResult() const { return m_lastResult; }
     const std::optional<std::string>& lastError() const { return m_lastError; }
@@ -70,17 +73,20 @@ class BackupService {
   private:
     struct Backup {
         std::filesystem::path file;
+        Date date;
         std::uintmax_t size = 0;
         std::size_t pruned = 0;
     };
 
     void runScheduledBackup();
     bool hasStoreChangedSince(Date date) const;
-    Backup takeBackup(const std::filesystem::path& folder) const;
+    Backup takeBackup(const std::filesystem::path& folder, Date date) const;
     void finishBackup(const Backup& backup);
     void finishBackup(std::optional<std::string> result, std::optional<std::string> error);
-    void restore(const std::filesystem::path& file, const std::filesystem::path& folder) const;
-    std::string safetySnapshotName(const std::filesystem::path& chosen, const std::filesystem::path& folder) const;
+    std::filesystem::path takeSnapshot(const std::filesystem::path& folder, Date date) const;
+    /// Returns the safety snapshot, where there was something to keep.
+    std::optional<std::filesystem::path> restore(const std::filesystem::path& file,
+                                                 const std::filesystem::path& folder) const;
     void finishRestore(std::optional<std::string> result, std::optional<std::string> error);
     void changed() const;
     /// Runs `work` on `thread`, and what it returns on the main queue while this object is there.
@@ -91,6 +97,7 @@ class BackupService {
     ModelContainer& m_container;
     std::optional<Date> m_lastBackupDate;
     std::optional<std::filesystem::path> m_lastBackupFile;
+    std::optional<std::filesystem::path> m_lastSafetySnapshot;
     std::optional<std::string> m_lastResult;
     std::optional<std::string> m_lastError;
     bool m_isBackingUp = false;

@@ -19,6 +19,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// A day of minutes.
+constexpr int mostAttempts = 24 * 60;
+
 /// A connection that can't write, with SQLite's own rules for waiting and closing. It can't checkpoint either, so it
 /// needs no part in the store's write lock.
 class ReadOnlyConnection {
@@ -45,6 +48,8 @@ auto explained(const std::string& words, const Work& work) {
         return work();
     } catch (const std::system_error& error) {
         throw BackupError(fmt::format("{}: {}", words, error.code().message()));
+    } catch (const NotCompressedError& error) {
+        throw BackupError(fmt::format("{}: it is no backup: {}", words, error.what()));
     } catch (const CompressionError& error) {
         throw BackupError(fmt::format("{}: {}", words, error.what()));
     }
@@ -66,6 +71,20 @@ ByteBuffer compressedContent(const fs::path& file) {
                      [&] { return compressLZFSE(readWhole(openFile(file))); });
 }
 
+bool holds(const fs::path& file, std::string_view bytes) {
+    std::error_code unknown;
+    return fs::is_regular_file(fs::symlink_status(file, unknown)) && fs::file_size(file, unknown) == bytes.size() &&
+           readWhole(openFile(file)) == bytes;
+}
+
+/// Under the first name that is free, or has these bytes already. Throws std::system_error.
+fs::path keep(std::string_view bytes, const fs::path& folder, const SnapshotNames& names) {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt)
+        if (fs::path file = folder / names(attempt); holds(file, bytes) || createFile(file, bytes))
+            return file;
+    throw std::system_error(std::make_error_code(std::errc::file_exists));
+}
+
 /// What a query returns first; absent where that fails, or is null.
 std::optional<std::string> singleValue(const fs::path& file, const char* sql) {
     const ReadOnlyConnection connection(file);
@@ -81,10 +100,9 @@ std::optional<std::string> singleValue(const fs::path& file, const char* sql) {
 
 } // namespace
 
-fs::path snapshotStore(const fs::path& store, const fs::path& folder, const std::string& fileName,
+fs::path snapshotStore(const fs::path& store, const fs::path& folder, const SnapshotNames& names,
                        RandomSource& random) {
-    const fs::path target = folder / fileName;
-    const std::string cannotWrite = fmt::format("Can't write {}", target.string());
+    const std::string cannotWrite = fmt::format("Can't write {}", (folder / names(0)).string());
     explained(cannotWrite, [&] { createPrivateFolder(folder); });
     const auto temporary = makeTemporaryDirectory(random);
     const fs::path copy = *temporary / "Quillorn.store";
@@ -100,8 +118,7 @@ fs::path snapshotStore(const fs::path& store, const fs::path& folder, const std:
         throw BackupError("Snapshot failed integrity check — backup aborted");
 
     const ByteBuffer compressed = compressedContent(copy);
-    explained(cannotWrite, [&] { replaceFile(target, compressed.view()); });
-    return target;
+    return explained(cannotWrite, [&] { return keep(compressed.view(), folder, names); });
 }
 
 bool isHealthySnapshot(const fs::path& file) {

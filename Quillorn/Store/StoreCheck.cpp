@@ -21,13 +21,15 @@ std::string uri(const fs::path& file, bool isAlone) {
     return "file://" + escaped + (isAlone ? "?immutable=1" : "?mode=ro");
 }
 
-/// The first column of the first row; absent, with `fault` set, where there is none.
-std::optional<std::string> query(sqlite3* database, const char* sql, std::string& fault) {
+/// The first column of the first row; absent, with the fault noted, where there is none.
+std::optional<std::string> query(sqlite3* database, const char* sql, StoreCheck& check) {
     sqlite3_stmt* statement = nullptr;
     sqlite3_prepare_v2(database, sql, -1, &statement, nullptr);
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> owner(statement, sqlite3_finalize);
     if (statement == nullptr || sqlite3_step(statement) != SQLITE_ROW) {
-        fault = sqlite3_errmsg(database);
+        const int code = sqlite3_errcode(database) & 0xff;
+        check.fault = sqlite3_errmsg(database);
+        check.isDamaged = code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
         return std::nullopt;
     }
     const unsigned char* text = sqlite3_column_text(statement, 0);
@@ -46,14 +48,18 @@ StoreCheck checkFile(const fs::path& file, bool isAlone) {
     }
     sqlite3_busy_timeout(handle, 5000);
     const auto number = [&](const char* sql) {
-        const auto text = query(handle, sql, check.fault);
+        const auto text = check.fault.empty() ? query(handle, sql, check) : std::nullopt;
         return text ? std::atoi(text->c_str()) : 0;
     };
     check.applicationId = number("PRAGMA application_id");
     check.version = number("PRAGMA user_version");
-    const auto result = query(handle, "PRAGMA integrity_check(1)", check.fault);
-    if (result && *result != "ok")
+    if (!check.fault.empty())
+        return check;
+    const auto result = query(handle, "PRAGMA integrity_check(1)", check);
+    if (result && *result != "ok") {
         check.fault = *result;
+        check.isDamaged = true;
+    }
     return check;
 }
 

@@ -9,8 +9,10 @@ class RandomSource;
 
 /// What a look at a store file showed.
 struct StoreCheck {
-    /// What is wrong with it, in SQLite's words; empty for a sound one.
+    /// What is wrong, in SQLite's words; empty for a sound one.
     std::string fault;
+    /// Whether that is the file's own fault. Otherwise something kept us from looking, and the file may be sound.
+    bool isDamaged = false;
     /// As Schema has them; 0 where the file is too damaged to tell.
     int applicationId = 0;
     int version = 0;

@@ -34,7 +34,7 @@ struct FaultSweep : testing::Test, StoreSurroundings {
                 make<ProjectTask>(context, {.title = "A task of some length " + std::to_string(i)});
         });
         const fs::path backups = original / "data/Quillorn/Backups";
-        snapshotStore(original / "data/Quillorn/Quillorn.store", backups, earlier, random);
+        snapshotStore(original / "data/Quillorn/Quillorn.store", backups, [&](int) { return earlier; }, random);
         fs::copy_file(backups / earlier, original / "chosen");
         setName("live");
     }

@@ -11,7 +11,10 @@ namespace {
 ChildProcess::Launch completed(const std::filesystem::path& home, ChildProcess::Launch launch) {
     if (launch.program.empty())
         launch.program = QUILLORN_PROGRAM;
-    std::map<std::string, std::string> environment{{"XDG_DATA_HOME", home / "data"},
+    std::error_code ignored;
+    std::filesystem::create_directory(home / "tmp", ignored);
+    std::map<std::string, std::string> environment{{"TMPDIR", home / "tmp"},
+                                                   {"XDG_DATA_HOME", home / "data"},
                                                    {"XDG_CONFIG_HOME", home / "config"},
                                                    {"HOME", home},
                                                    {"LANG", "C"},

@@ -103,6 +103,9 @@ TEST_F(Survival, aReadOnlyFolderIsAnErrorAndNotTheEnd) {
     ProgramProcess refused(home.path(), {program, {"serve", "--port", "0"}, {}, becomeNobody});
     EXPECT_EQ(refused.wait(), 1);
     EXPECT_NE(refused.errors().find("Quillorn couldn't open your data"), std::string::npos) << refused.errors();
+    ProgramProcess doctor(home.path(), {program, {"doctor"}, {}, becomeNobody});
+    doctor.wait();
+    EXPECT_NE(doctor.output().find("data can't be read and written: Permission denied"), std::string::npos);
     // One that turns so while the server runs.
     fs::permissions(data, fs::perms::owner_all);
     const ServerProcess server(home.path(), {program, {}, {}, becomeNobody});

@@ -1,3 +1,4 @@
+#include "Platform/Leftovers.h"
 #include "Services/BackupError.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupTest.h"
@@ -31,13 +32,72 @@ TEST_F(BackupTest, keepsACompressedCopyOfTheStore) {
     EXPECT_EQ(ForeignConnection(copy).text("SELECT name FROM Tag"), "kept");
     EXPECT_FALSE(fs::exists(copy.string() + "-wal"));
 
-    // The same minute has the same file, another one its own.
+    // The same minute and content have the same file.
     clock.advance(59s);
     backUp();
     EXPECT_EQ(backupNames().size(), 1U);
     clock.advance(1s);
     backUp();
     EXPECT_EQ(backupNames().size(), 2U);
+}
+
+TEST_F(BackupTest, replacesNothingAndFollowsNoLinks) {
+    const auto path = [&](int minute) {
+        return backups() / ("Quillorn-20260115-130" + std::to_string(minute) + ".store.lzfse");
+    };
+    fs::create_directories(path(1));
+    writeFile(folder / "mine", "mine");
+    fs::create_symlink(folder / "mine", path(2));
+    fs::create_symlink(folder / "nowhere", path(3));
+    for (const int expected : {0, 4, 5}) {
+        addTag("another");
+        backUp();
+        EXPECT_EQ(service->lastBackupFile(), path(expected));
+    }
+    EXPECT_EQ(readFile(folder / "mine"), "mine");
+    EXPECT_FALSE(fs::exists(folder / "nowhere"));
+    restore(path(0));
+    EXPECT_EQ(service->lastSafetySnapshot(), path(5)) << "that is what was there";
+    restore(path(0));
+    EXPECT_EQ(service->lastSafetySnapshot(), path(6));
+    restore(path(5));
+    EXPECT_EQ(tags().size(), 3U);
+}
+
+TEST_F(BackupTest, sweepsUpBehindTheKilled) {
+    const fs::path partial = backups() / ".Quillorn-20260115-1200.store.lzfse.abcdef",
+                   other = backups() / ".notes.txt.abcdef",
+                   left = temporary / "Quillorn-00000000-0000-4000-8000-000000000000",
+                   usedFolder = temporary / "Quillorn-00000000-0000-4000-8000-000000000001",
+                   notOurs = temporary / "Quillorn-x";
+    for (const fs::path& made : {left, usedFolder, notOurs, backups()})
+        fs::create_directories(made);
+    const fs::path usedPartial = backups() / ".Quillorn-20260115-1200.store.lzfse.ghijkl";
+    for (const fs::path& file : {partial, usedPartial, other, left / "source.store"})
+        writeFile(file, "x");
+    const FileDescriptor first(::open(usedPartial.c_str(), O_RDONLY)), second(::open(usedFolder.c_str(), O_RDONLY));
+    ASSERT_TRUE(claim(first) && claim(second));
+    backUp();
+    for (const auto& [path, stays] : {std::pair(partial, false),
+                                      {left, false},
+                                      {usedPartial, true},
+                                      {usedFolder, true},
+                                      {other, true},
+                                      {notOurs, true}})
+        EXPECT_EQ(fs::exists(path), stays) << path;
+}
+
+TEST_F(BackupTest, doesNotMissWhatChangesWhileItIsTaken) {
+    addTag("before");
+    service->runBackup(true);
+    clock.advance(1h);
+    finish();
+    for (const char* suffix : {"", "-wal", "-shm"})
+        setModified(file().string() + suffix, clock.now() - 30min);
+    backUp(false);
+    EXPECT_THAT(outcome(), StartsWith("Backed up"));
+    backUp(false);
+    EXPECT_THAT(outcome(), StartsWith("Skipped"));
 }
 
 TEST_F(BackupTest, isSkippedWhileNothingChanges) {
@@ -49,7 +109,7 @@ TEST_F(BackupTest, isSkippedWhileNothingChanges) {
     };
     addTag("so that there is a log");
     const struct {
-        bool isFirst, force;
+        bool isUnknown, force;
         std::array<int, 3> modified;
         bool isSkipped;
     } cases[] = {
@@ -57,9 +117,10 @@ TEST_F(BackupTest, isSkippedWhileNothingChanges) {
         {false, true, {-9, -9, -9}, false}, {false, false, {1, -9, -9}, false}, {false, false, {-9, 1, -9}, false},
         {false, false, {-9, -9, 1}, false},
     };
-    for (const auto& [isFirst, force, modified, isSkipped] : cases) {
+    for (const auto& [isUnknown, force, modified, isSkipped] : cases) {
         SCOPED_TRACE(testing::PrintToString(modified));
-        isFirst ? settings.remove("backupLastDate") : settings.set("backupLastDate", formatISO8601(last));
+        // A date that lies ahead is of no use either.
+        settings.set("backupLastDate", formatISO8601(isUnknown ? clock.now() + 24h : last));
         touch(modified[0], modified[1], modified[2]);
         service = makeService();
         backUp(force);
@@ -116,7 +177,6 @@ TEST_F(BackupTest, saysWhatWentWrong) {
          "! Could not open store: "},
         {[&] { writeFile(backups(), "a file"); }, "! Can't write " + (backups() / "Quillorn-").string()},
         {[&] { fs::remove(temporary); }, "! Can't make a temporary folder: "},
-        {[&] { fs::create_directories(backups() / "Quillorn-20260115-1300.store.lzfse"); }, "Is a directory"},
     };
     addTag("x");
     settings.set("backupLastDate", "2026-01-01T00:00:00Z");
@@ -133,6 +193,7 @@ TEST_F(BackupTest, saysWhatWentWrong) {
         EXPECT_EQ(formatISO8601(*service->lastBackupDate()), "2026-01-01T00:00:00Z");
         EXPECT_TRUE(!fs::exists(temporary) || fs::is_empty(temporary));
     }
+    fs::create_directory(temporary);
     // A skip clears the error; settings that can't be written take nothing from the backup.
     fs::remove_all(backups());
     settings.failsToWrite = true;

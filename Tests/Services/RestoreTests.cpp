@@ -59,7 +59,7 @@ TEST_F(RestoreTest, bringsBackTheDataAndCanBeUndone) {
     clock.advance(1h);
     restore(then); // and redo
     expectThen();
-    EXPECT_EQ(backupNames().size(), 3U);
+    EXPECT_EQ(backupNames().size(), 4U);
     EXPECT_TRUE(fs::is_empty(temporary));
 }
 
@@ -68,9 +68,9 @@ TEST_F(RestoreTest, takesBackupsOfOlderVersions) {
         SCOPED_TRACE(schema->version);
         const fs::path old = folder / ("old" + std::to_string(schema->version));
         makeFrozenStore(old, *schema);
-        const fs::path compressed = snapshotStore(old, folder.path(), "old.lzfse", random);
-        restore(compressed);
-        EXPECT_EQ(outcome(), "Restored from old.lzfse");
+        const std::string name = old.filename().string() + ".lzfse";
+        restore(snapshotStore(old, folder.path(), [&](int) { return name; }, random));
+        EXPECT_EQ(outcome(), "Restored from " + name);
         ModelContext context(*container);
         EXPECT_EQ(named<ProjectTask>(context, "task").project()->client()->name(), "client");
         EXPECT_EQ(ForeignConnection(file()).integer("PRAGMA user_version"), currentSchema().version);
@@ -91,7 +91,7 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
         return std::string(compressLZFSE(readFile(other / "store")).view());
     };
     const std::pair<std::string, std::string> cases[] = {
-        {plain, "The data is not compressed with LZFSE"},
+        {plain, "it is no backup: The data is not compressed with LZFSE"},
         {"", "The data is not compressed with LZFSE"},
         {goodBytes.substr(0, goodBytes.size() / 2), "The compressed data is incomplete"},
         {goodBytes + "x", "There is something behind the end of the compressed data"},

@@ -165,6 +165,10 @@ int rename(const char* from, const char* to) {
     return onPath("rename", Needs::room, to, from, to);
 }
 
+int link(const char* from, const char* to) {
+    return onPath("link", Needs::room, to, from, to);
+}
+
 int mkdir(const char* path, mode_t mode) {
     return onPath("mkdir", Needs::room, path, path, mode);
 }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Models/Enums.h"
+#include "Platform/Date.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillorn {
+
+/// The names that a sentence may refer to.
+struct TaskNames {
+    std::vector<std::string> projects;
+    std::vector<std::string> tags;
+};
+
+/// What a sentence says of a new task.
+struct ParsedTaskResult {
+    std::string title;
+    std::optional<std::string> description;
+    std::optional<Date> dueDate;
+    /// Whether the sentence gave a time of day; else `dueDate` is the start of the day.
+    bool dueHasTime = false;
+    std::optional<TaskPriority> priority;
+    std::optional<std::string> projectName;
+    std::vector<std::string> tagNames;
+};
+
+} // namespace quillorn

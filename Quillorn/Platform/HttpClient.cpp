@@ -35,10 +35,12 @@ std::string partOf(CURLU* url, CURLUPart part) {
     return text;
 }
 
-/// Null for what is no address of a web server. Names and passwords in it would be sent as a header of their own.
+/// Null for what is no address of a web server. Names and passwords in it would be sent as a header of their own, and
+/// behind three slashes the library takes the path for the host.
 URLHandle parseURL(const std::string& text) {
     URLHandle url(curl_url());
-    if (!url || curl_url_set(url.get(), CURLUPART_URL, text.c_str(), CURLU_DISALLOW_USER) != CURLUE_OK ||
+    if (!url || text.find(":///") != std::string::npos ||
+        curl_url_set(url.get(), CURLUPART_URL, text.c_str(), CURLU_DISALLOW_USER) != CURLUE_OK ||
         text.find('\0') != std::string::npos)
         return nullptr;
     const std::string scheme = partOf(url.get(), CURLUPART_SCHEME);

@@ -148,8 +148,8 @@ TEST_F(AIServices, streamWhateverTheServerSends) {
         EXPECT_FALSE(service.isStreaming());
     }
     std::string many;
-    for (int i = 0; i < 100'000; ++i)
-        many += chat::text("x");
+    for (const std::string delta = chat::text("x"); many.size() < 100'000 * delta.size();)
+        many += delta;
     server.expect({Server::answer(200, many)});
     EXPECT_EQ(texts().size(), 200'000U);
 }

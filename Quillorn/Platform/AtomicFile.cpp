@@ -58,6 +58,12 @@ class TemporaryFile {
             throwLastError("fsync");
     }
 
+    void takeModeOf(const fs::path& file) {
+        struct stat status{};
+        if (::stat(file.c_str(), &status) != 0 || ::fchmod(m_file.number(), status.st_mode & 07777) != 0)
+            throwLastError("chmod");
+    }
+
     void moveTo(const fs::path& target) {
         if (::rename(path(), target.c_str()) != 0)
             throwLastError("rename");
@@ -102,10 +108,12 @@ void syncFolder(const fs::path& folder) {
 
 } // namespace
 
-void replaceFile(const fs::path& file, std::string_view content, Links links) {
+void replaceFile(const fs::path& file, std::string_view content, Links links, FileMode mode) {
     const bool isFollowed = links == Links::followed && fs::is_symlink(fs::symlink_status(file));
     const fs::path target = isFollowed ? fs::weakly_canonical(file) : file;
     TemporaryFile temporary(target);
+    if (mode == FileMode::asBefore)
+        temporary.takeModeOf(target);
     temporary.write(content);
     temporary.moveTo(target);
     syncFolder(target.parent_path());

@@ -16,11 +16,20 @@ enum class Links {
     followed,
 };
 
-/// Puts `content` in the place of `file`, as a whole or not at all: written beside it, brought to the disk, renamed.
-/// The file is readable by its owner only. Throws std::system_error and leaves `file` as it was.
-void replaceFile(const std::filesystem::path& file, std::string_view content, Links links = Links::replaced);
+/// Who may read a file that was replaced.
+enum class FileMode {
+    ownerOnly,
+    /// Whoever might read the one before.
+    asBefore,
+};
 
-/// The same where nothing has that name, not even a link; else returns false, with nothing done.
+/// Puts `content` in the place of `file`, as a whole or not at all: written beside it, brought to the disk, renamed.
+/// Throws std::system_error and leaves `file` as it was.
+void replaceFile(const std::filesystem::path& file, std::string_view content, Links links = Links::replaced,
+                 FileMode mode = FileMode::ownerOnly);
+
+/// The same for a file for its owner only, where nothing has that name, not even a link; else returns false, with
+/// nothing done.
 bool createFile(const std::filesystem::path& file, std::string_view content);
 
 /// Removes what killed processes have left of files that they were about to write into `folder`, by the names that

@@ -14,11 +14,20 @@ namespace {
     throw std::system_error(error, std::generic_category(), what);
 }
 
+Date dateOf(const timespec& time) {
+    return std::chrono::floor<Date::duration>(Date{} + std::chrono::seconds{time.tv_sec} +
+                                              std::chrono::nanoseconds{time.tv_nsec});
+}
+
 } // namespace
 
 FileDescriptor openFile(const std::filesystem::path& file) {
-    FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status{};
+    return openFile(file, status);
+}
+
+FileDescriptor openFile(const std::filesystem::path& file, struct stat& status) {
+    FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!opened || ::fstat(opened.number(), &status) != 0)
         throwSystemError(errno, "open");
     if (!S_ISREG(status.st_mode))
@@ -30,7 +39,11 @@ std::string readWhole(const FileDescriptor& file) {
     struct stat status{};
     if (::fstat(file.number(), &status) != 0)
         throwSystemError(errno, "fstat");
-    std::string content(static_cast<std::size_t>(status.st_size), '\0');
+    return readWhole(file, static_cast<std::size_t>(status.st_size));
+}
+
+std::string readWhole(const FileDescriptor& file, std::size_t size) {
+    std::string content(size, '\0');
     std::size_t length = 0;
     while (length < content.size()) {
         const ssize_t count = ::read(file.number(), content.data() + length, content.size() - length);
@@ -46,12 +59,18 @@ std::string readWhole(const FileDescriptor& file) {
 
 Date modificationDate(const struct stat& status) {
 #ifdef __APPLE__
-    const timespec& time = status.st_mtimespec;
+    return dateOf(status.st_mtimespec);
 #else
-    const timespec& time = status.st_mtim;
+    return dateOf(status.st_mtim);
 #endif
-    return std::chrono::floor<Date::duration>(Date{} + std::chrono::seconds{time.tv_sec} +
-                                              std::chrono::nanoseconds{time.tv_nsec});
+}
+
+Date statusChangeDate(const struct stat& status) {
+#ifdef __APPLE__
+    return dateOf(status.st_ctimespec);
+#else
+    return dateOf(status.st_ctim);
+#endif
 }
 
 std::optional<Date> modificationDate(const std::filesystem::path& file) {

@@ -9,7 +9,7 @@
 
 namespace quillorn {
 
-/// Looks at a request before it is routed; its answer, if any, ends the request.
+/// Looks at the head of a request, before there is a body; its answer, if any, ends the request.
 using Guard = std::function<std::optional<HttpResponse>(const HttpRequest&)>;
 
 /// Lets through what names this machine as its host and, where it comes from a web page, as its origin: so no page of

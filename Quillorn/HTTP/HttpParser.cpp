@@ -85,23 +85,35 @@ std::optional<std::int64_t> decimal(std::string_view text) {
     return value;
 }
 
+std::int64_t contentLength(const HttpRequest& head) {
+    const auto header = head.headers.find("content-length");
+    return header == head.headers.end() ? 0 : decimal(header->second).value_or(0);
+}
+
 } // namespace
 
 HttpRequest HttpParser::readHttpRequest(Socket& socket) const {
+    HttpRequest request = readHead(socket);
+    readBody(socket, request);
+    return request;
+}
+
+HttpRequest HttpParser::readHead(Socket& socket) const {
     HttpRequest request;
     readRequestLine(request, socket.readLine());
     for (std::string line = socket.readLine(); !line.empty(); line = socket.readLine())
         readHeader(request, line);
-
-    const auto contentLength = request.headers.find("content-length");
-    if (contentLength == request.headers.end())
-        return request;
-    if (const auto length = decimal(contentLength->second)) {
-        if (*length < 0)
-            throw HttpParserError(Kind::negativeContentLength);
-        request.body = socket.readBytes(*length);
-    }
+    if (contentLength(request) < 0)
+        throw HttpParserError(Kind::negativeContentLength);
     return request;
+}
+
+void HttpParser::readBody(Socket& socket, HttpRequest& request) const {
+    request.body = socket.readBytes(contentLength(request));
+}
+
+bool promisesBody(const HttpRequest& head) {
+    return contentLength(head) > 0 || head.headers.contains("transfer-encoding");
 }
 
 bool supportsKeepAlive(const std::map<std::string, std::string>& headers) {

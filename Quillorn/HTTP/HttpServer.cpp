@@ -4,11 +4,14 @@
 
 namespace quillorn {
 
-HttpRouter::Match HttpServer::dispatch(const HttpRequest& request) const {
-    for (const auto& check : middleware) {
+std::optional<HttpResponse> HttpServer::refusal(const HttpRequest& request) const {
+    for (const auto& check : middleware)
         if (auto response = check(request))
-            return {{}, [response = std::move(*response)](const HttpRequest&) { return response; }};
-    }
+            return response;
+    return std::nullopt;
+}
+
+HttpRouter::Match HttpServer::dispatch(const HttpRequest& request) const {
     if (auto match = router.route(request.method, request.path))
         return std::move(*match);
     if (notFoundHandler)

@@ -67,9 +67,10 @@ class HttpServer : public HttpServerIO {
 
     /// Answers what no route matches; empty for a bare 404.
     HttpHandler notFoundHandler;
-    /// Run in order before the router; the first response ends the request.
+    /// Run in order when the head of a request is there; the first response ends the request, unread as it is.
     std::vector<std::function<std::optional<HttpResponse>(const HttpRequest&)>> middleware;
 
+    std::optional<HttpResponse> refusal(const HttpRequest& head) const override;
     HttpRouter::Match dispatch(const HttpRequest& request) const override;
 
   private:

@@ -19,6 +19,11 @@ namespace {
 constexpr int backlog = 128;
 constexpr std::chrono::milliseconds pauseWithoutResources{50};
 
+// What a client may still send behind an answer that ends the connection. More costs it the answer, perhaps; a slow
+// one holds no more than an idle connection does.
+constexpr std::size_t maximumDropped = 512 << 20;
+constexpr std::chrono::seconds patienceForInput{1};
+
 /// The connection died in the queue, or the network did for a moment; the next accept may well succeed.
 bool concernsOneConnection(int error) {
     switch (error) {
@@ -96,6 +101,12 @@ struct HttpServerIO::Run {
     bool accepting = true;
 };
 
+struct HttpServerIO::Connection {
+    Socket& socket;
+    std::optional<std::string> address{};
+    bool bodyIsUnread = false; // of the last request
+};
+
 HttpServerIO::HttpServerIO(SystemLog& log, std::string version) : m_log(log), m_version(std::move(version)) {}
 
 HttpServerIO::~HttpServerIO() {
@@ -158,6 +169,10 @@ bool HttpServerIO::isIPv4() const {
     return run->listener.isIPv4();
 }
 
+std::optional<HttpResponse> HttpServerIO::refusal(const HttpRequest&) const {
+    return std::nullopt;
+}
+
 HttpRouter::Match HttpServerIO::dispatch(const HttpRequest&) const {
     return {{}, [](const HttpRequest&) { return HttpResponse::notFound(); }};
 }
@@ -195,36 +210,53 @@ void HttpServerIO::serve(const std::shared_ptr<Run>& run, const std::shared_ptr<
     socket->close();
 }
 
-void HttpServerIO::handleConnection(const Run& run, Socket& socket) {
-    std::optional<std::string> address;
+void HttpServerIO::handleConnection(const Run& run, Socket& socket) const {
+    Connection connection{.socket = socket};
     try {
-        address = socket.peerAddress();
+        connection.address = socket.peerAddress();
     } catch (const SocketError&) {
         // No IPv4 peer: requests then have no address.
     }
+    while (run.operating && handleRequest(run, connection)) {
+    }
+    // To close on unread input is to reset the connection: the client loses what it has not yet read of the answer.
+    if (run.operating && (connection.bodyIsUnread || socket.hasUnread())) {
+        socket.endWriting();
+        socket.drain(maximumDropped, patienceForInput);
+    }
+}
+
+/// Whether another request may follow.
+bool HttpServerIO::handleRequest(const Run& run, Connection& connection) const {
     const HttpParser parser;
-    bool keepConnection = true;
-    while (keepConnection && run.operating) {
-        HttpRequest request = parser.readHttpRequest(socket);
-        request.address = address;
-        const HttpResponse response = answer(request);
-        keepConnection = supportsKeepAlive(request.headers);
-        if (!run.operating)
-            return;
-        try {
-            keepConnection = respond(run, socket, response, keepConnection);
-        } catch (const std::exception& error) {
-            m_log.log(fmt::format("Failed to send response: {}", error.what()));
-            return;
-        }
+    HttpRequest request = parser.readHead(connection.socket);
+    request.address = connection.address;
+    auto response = orFailure(request, [&] { return refusal(request); });
+    if (!response) {
+        parser.readBody(connection.socket, request);
+        response = orFailure(request, [&] { return answer(request); });
+    }
+    connection.bodyIsUnread = promisesBody(request) && request.body.empty();
+    if (!run.operating)
+        return false;
+    try {
+        const bool keepAlive = supportsKeepAlive(request.headers) && !connection.bodyIsUnread;
+        return respond(run, connection.socket, *response, keepAlive);
+    } catch (const std::exception& error) {
+        m_log.log(fmt::format("Failed to send response: {}", error.what()));
+        return false;
     }
 }
 
 HttpResponse HttpServerIO::answer(HttpRequest& request) const {
+    HttpRouter::Match match = dispatch(request);
+    request.params = std::move(match.params);
+    return match.handler(request);
+}
+
+std::optional<HttpResponse> HttpServerIO::orFailure(const HttpRequest& request, const Step& step) const {
     try {
-        HttpRouter::Match match = dispatch(request);
-        request.params = std::move(match.params);
-        return match.handler(request);
+        return step();
     } catch (const std::exception& error) {
         m_log.log(fmt::format("Handler of {} {} failed: {}", request.method, request.path, error.what()));
     } catch (...) {
@@ -241,9 +273,10 @@ bool HttpServerIO::respond(const Run& run, Socket& socket, const HttpResponse& r
     std::string head = fmt::format("HTTP/1.1 {} {}\r\n", response.statusCode(), response.reasonPhrase());
     if (content.length >= 0)
         head += fmt::format("Content-Length: {}\r\n", content.length);
-    if (keepsConnection)
-        head += "Connection: keep-alive\r\n";
-    for (const auto& [name, value] : response.responseHeaders(m_version))
+    const HttpResponse::Headers headers = response.responseHeaders(m_version);
+    if (!headers.contains("Connection"))
+        head += keepsConnection ? "Connection: keep-alive\r\n" : "Connection: close\r\n";
+    for (const auto& [name, value] : headers)
         head.append(name).append(": ").append(value).append("\r\n");
     head += "\r\n";
 

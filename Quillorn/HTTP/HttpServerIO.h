@@ -48,21 +48,28 @@ class HttpServerIO {
     std::uint16_t port() const;
     bool isIPv4() const;
 
+    /// Answers what is not to be let in. `head` is a request without its body, which is dropped unseen when there is an
+    /// answer. Called on the connection's worker, on many at once.
+    virtual std::optional<HttpResponse> refusal(const HttpRequest& head) const;
     /// What is to answer `request`. Called on the connection's worker, on many at once.
     virtual HttpRouter::Match dispatch(const HttpRequest& request) const;
 
   protected:
-    /// What the destructor does. A class that overrides dispatch() calls it in its own destructor, since a worker may
-    /// be inside of dispatch() until then.
+    /// What the destructor does. A class that overrides one of the two above calls it in its own destructor, since a
+    /// worker may be inside of it until then.
     void finish();
 
   private:
     struct Run;
+    struct Connection;
 
     void acceptLoop(const std::shared_ptr<Run>& run);
     void serve(const std::shared_ptr<Run>& run, const std::shared_ptr<Socket>& socket);
-    void handleConnection(const Run& run, Socket& socket);
+    void handleConnection(const Run& run, Socket& socket) const;
+    bool handleRequest(const Run& run, Connection& connection) const;
     HttpResponse answer(HttpRequest& request) const;
+    using Step = std::function<std::optional<HttpResponse>()>;
+    std::optional<HttpResponse> orFailure(const HttpRequest& request, const Step& step) const;
     bool respond(const Run& run, Socket& socket, const HttpResponse& response, bool keepAlive) const;
     void stop(const std::shared_ptr<Run>& run);
     std::shared_ptr<Run> currentRun() const;

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -202,6 +204,25 @@ std::string Socket::readBytes(std::int64_t length) {
         received += receive(bytes.data() + received, bytes.size() - received);
     }
     return bytes;
+}
+
+bool Socket::hasUnread() const noexcept {
+    char next = 0;
+    return m_inputBegin != m_inputEnd || ::recv(m_descriptor, &next, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+}
+
+void Socket::drain(std::size_t limit, std::chrono::milliseconds patience) noexcept {
+    m_inputBegin = m_inputEnd;
+    std::array<char, 64 * 1024> dropped; // NOLINT(cppcoreguidelines-pro-type-member-init): nobody reads it
+    pollfd input{m_descriptor, POLLIN, 0};
+    for (std::size_t count = 0; count < limit;) {
+        if (::poll(&input, 1, static_cast<int>(patience.count())) < 1)
+            return;
+        const ssize_t received = ::read(m_descriptor, dropped.data(), dropped.size());
+        if (received < 1)
+            return;
+        count += static_cast<std::size_t>(received);
+    }
 }
 
 void Socket::writeBytes(std::string_view first, std::string_view second) {

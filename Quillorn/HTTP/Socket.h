@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -36,6 +37,10 @@ class Socket {
     /// Exactly `length` bytes; none for a length below 1. Memory follows what has really arrived, so that a promise of
     /// terabytes costs nothing.
     std::string readBytes(std::int64_t length);
+    /// Whether something has arrived that was not read.
+    bool hasUnread() const noexcept;
+    /// Reads and drops what comes: up to the peer's end, to `limit` bytes, or until nothing comes for `patience`.
+    void drain(std::size_t limit, std::chrono::milliseconds patience) noexcept;
 
     void writeBytes(std::string_view bytes) { writeBytes(bytes, {}); }
     /// Both pieces one after the other, in one system call where the system takes them.

@@ -14,7 +14,8 @@ struct GuardTest : APITest {
         for (const std::string& lines : headers) {
             const Answer answer = call("GET", path, "", lines + "\r\n");
             EXPECT_EQ(answer.body, R"({"error":"Forbidden","message":")" + message + "\"}") << path << lines;
-            EXPECT_THAT(answer.head, StartsWith("HTTP/1.1 403 Forbidden\r\nContent-Type: application/json"));
+            EXPECT_THAT(answer.head,
+                        StartsWith("HTTP/1.1 403 Forbidden\r\nConnection: close\r\nContent-Type: application/json"));
         }
     }
 };
@@ -58,7 +59,8 @@ TEST_F(GuardTest, theKeyOpensEverythingButHealthAndDocumentation) {
     EXPECT_THAT(answerTo(server->port(), "GET/api/clients /docs HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 401 "));
     const Answer refused = get("/api/tasks");
     EXPECT_EQ(refused.body, R"({"error":"Unauthorized","message":"Valid Bearer token required"})");
-    EXPECT_THAT(refused.head, HasSubstr("HTTP/1.1 401 Unauthorized\r\nContent-Type: application/json"));
+    EXPECT_THAT(refused.head,
+                HasSubstr("HTTP/1.1 401 Unauthorized\r\nConnection: close\r\nContent-Type: application/json"));
     EXPECT_THAT(refused.head, HasSubstr("\r\nWWW-Authenticate: Bearer"));
 }
 

@@ -26,7 +26,9 @@ TEST_F(RecordTest, theLeastOfARequestGetsTheDefaults) {
     };
     for (const auto& [resource, body, members] : cases) {
         const Answer made = post("/api/" + resource, body);
-        EXPECT_EQ(made.head, "HTTP/1.1 201 Created\r\nContent-Type: application/json\r\nServer: Tidewire 9.8");
+        EXPECT_EQ(
+            made.head,
+            "HTTP/1.1 201 Created\r\nConnection: close\r\nContent-Type: application/json\r\nServer: Tidewire 9.8");
         const std::string id = *made["id"].asString(), date = R"("2026-01-15T12:00:00Z")";
         const std::string dates =
             resource == "time-entries" ? "" : fmt::format(R"(, "createdAt": {0}, "updatedAt": {0})", date);
@@ -198,7 +200,7 @@ TEST_F(RecordTest, whatIsDeletedTakesItsOwnAlongAndFreesTheRest) {
     };
     for (const auto& [record, left] : cases) {
         const Answer answer = call("DELETE", "/api/" + record);
-        EXPECT_EQ(answer.head, "HTTP/1.1 204 No Content\r\nServer: Tidewire 9.8") << record;
+        EXPECT_EQ(answer.head, "HTTP/1.1 204 No Content\r\nConnection: close\r\nServer: Tidewire 9.8") << record;
         EXPECT_EQ(answer.body, "");
         EXPECT_EQ(get("/api/" + record).status, 404);
         EXPECT_EQ(call("DELETE", "/api/" + record).status, 404);

@@ -61,13 +61,16 @@ TEST_F(HttpServerTest, sendsLengthAndKeepsTheConnectionWhenAsked) {
                                      "Server: Tidewire 7\r\n\r\nhello");
     }
     client.send(get("/text"));
-    EXPECT_EQ(client.rest(), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\nServer: Tidewire 7\r\n\r\nhello");
+    EXPECT_EQ(client.rest(),
+              "HTTP/1.1 200 OK\r\nContent-Length: 5\r\nConnection: close\r\nServer: Tidewire 7\r\n\r\nhello");
 }
 
 TEST_F(HttpServerTest, closesTheConnectionBehindResponsesWithoutALength) {
     const auto port = started();
-    EXPECT_EQ(answerTo(port, get("/raw", keep)), "HTTP/1.1 200 OK\r\nServer: Tidewire 7\r\n\r\nraw");
-    EXPECT_EQ(answerTo(port, get("/nowhere", keep)), "HTTP/1.1 404 Not Found\r\nServer: Tidewire 7\r\n\r\n");
+    EXPECT_EQ(answerTo(port, get("/raw", keep)),
+              "HTTP/1.1 200 OK\r\nConnection: close\r\nServer: Tidewire 7\r\n\r\nraw");
+    EXPECT_EQ(answerTo(port, get("/nowhere", keep)),
+              "HTTP/1.1 404 Not Found\r\nConnection: close\r\nServer: Tidewire 7\r\n\r\n");
 }
 
 TEST_F(HttpServerTest, takesPipelinedAndScatteredRequests) {
@@ -96,6 +99,23 @@ TEST_F(HttpServerTest, middlewareRunsInOrderBeforeTheRouter) {
     EXPECT_THAT(calls, ElementsAre("first /text", "second", "first /raw", "second"));
 }
 
+TEST_F(HttpServerTest, refusesAtTheHeadOfARequest) {
+    server.middleware.push_back([](const HttpRequest&) { return std::optional(text("no")); });
+    const auto port = started();
+    for (const std::string promise : {"Content-Length: 9\r\n", "Transfer-Encoding: chunked\r\n"}) {
+        TestClient client(port);
+        client.send("POST /echo HTTP/1.1\r\n" + keep + promise + "\r\n"); // and no body
+        EXPECT_EQ(client.rest(), "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n"
+                                 "Server: Tidewire 7\r\n\r\nno");
+    }
+}
+
+TEST_F(HttpServerTest, longAnswersArriveWholeBesideInputThatNobodyReads) {
+    const std::string answer(16'000'000, 'x');
+    server.GET["/long"] = streaming([&](auto& writer) { writer.write(answer); });
+    EXPECT_EQ(bodyOf(answerTo(started(), get("/long") + std::string(100'000, 'y'))).size(), answer.size());
+}
+
 TEST_F(HttpServerTest, registersForEachMethodAndForAll) {
     const HttpHandler handler = [](const HttpRequest& request) { return text(request.method); };
     server.DELETE["/d"] = handler;
@@ -121,7 +141,8 @@ TEST_F(HttpServerTest, whatHandlersAndBodiesThrowBecomesALine) {
     });
     const auto port = started();
     for (const auto* path : {"/error", "/number"})
-        EXPECT_EQ(answerTo(port, get(path, keep)), "HTTP/1.1 500 Internal Server Error\r\nServer: Tidewire 7\r\n\r\n");
+        EXPECT_EQ(answerTo(port, get(path, keep)),
+                  "HTTP/1.1 500 Internal Server Error\r\nConnection: close\r\nServer: Tidewire 7\r\n\r\n");
     EXPECT_THAT(answerTo(port, get("/half", keep)), EndsWith("\r\n\r\nhalf"));
     EXPECT_THAT(log.lines(), ElementsAre("Handler of GET /error failed: broken", "Handler of GET /number failed",
                                          "Failed to send response: no more"));

@@ -1,5 +1,6 @@
 #include "Integration/ProgramTest.h"
 #include "Platform/Process.h"
+#include "Support/ScopedLimit.h"
 #include "Support/TestClient.h"
 
 #include <algorithm>
@@ -15,12 +16,6 @@ namespace quillorn {
 namespace {
 
 using testing::StartsWith;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
 
 constexpr std::size_t megabyte = 1'000'000;
 
@@ -61,6 +56,15 @@ TEST_F(Hostile, clientsThatNeverEndTheirRequestTakeTheMemoryOfWhatTheySent) {
     for (int header = 0; header < 50'000; ++header)
         client.send(fmt::format("X-{}: {}\r\n", header, header));
     expectService(before, 20 * megabyte);
+}
+
+TEST_F(Hostile, refusedBodiesTakeNoMemory) {
+    const auto before = residentMemory();
+    TestClient client(server.port());
+    client.send("POST /api/tasks HTTP/1.1\r\nOrigin: http://example.com\r\nContent-Length: 40000001\r\n\r\n" +
+                std::string(40 * megabyte, 'x'));
+    expectService(before, 0);
+    EXPECT_THAT(client.rest(), StartsWith("HTTP/1.1 403 "));
 }
 
 TEST_F(Hostile, oneByteAtATimeHoldsUpNobody) {

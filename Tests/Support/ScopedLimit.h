@@ -5,6 +5,13 @@
 
 namespace quillorn {
 
+/// Sanitizers take memory of their own, far beyond what the program does.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool isSanitized = true;
+#else
+inline constexpr bool isSanitized = false;
+#endif
+
 /// A lower soft limit of this process, one of setrlimit(), as long as the object lives.
 class ScopedLimit {
   public:

@@ -25,6 +25,13 @@ constexpr const char* documentationPage =
     "<script id=\"api-reference\" data-url=\"/openapi.json\"></script>"
     "<script src=\"/docs/scalar.js\"></script></body></html>";
 
+// Runs before the viewer, which would ask its vendor for fonts and offer services of the vendor's.
+constexpr const char* viewerConfiguration =
+    "document.getElementById('api-reference').dataset.configuration = JSON.stringify({\n"
+    "    withDefaultFonts: false, telemetry: false, showDeveloperTools: 'never', hideClientButton: true,\n"
+    "    agent: {disabled: true}, mcp: {disabled: true},\n"
+    "});\n";
+
 /// `operation` is a member function of the controller or of what it derives from.
 template <class Controller, class Operation>
 Route route(const char* method, const char* path, const std::shared_ptr<Controller>& controller, Operation operation) {
@@ -49,13 +56,13 @@ std::optional<std::string> readResource(const Paths& paths, const char* name) {
     return std::nullopt;
 }
 
-/// Read at each request, so that a file that is put in place later is served.
-HttpHandler resource(const Paths& paths, const char* name, const char* contentType) {
-    return [&paths, name, contentType](const HttpRequest&) {
+/// Read at each request, so that a file that is put in place later is served. `preface` goes in front of it.
+HttpHandler resource(const Paths& paths, const char* name, const char* contentType, const char* preface = "") {
+    return [=, &paths](const HttpRequest&) {
         auto bytes = readResource(paths, name);
         if (!bytes)
             return HttpResponse::notFound();
-        return HttpResponse::raw(200, "OK", {{"Content-Type", contentType}}, writerOf(std::move(*bytes)));
+        return HttpResponse::raw(200, "OK", {{"Content-Type", contentType}}, writerOf(preface + std::move(*bytes)));
     };
 }
 
@@ -129,7 +136,8 @@ std::vector<Route> apiRoutes(ModelContainer& container, const Clock& clock, cons
         route("POST", "/api/notes/:id/pin", notes, &NoteController::pin),
         {"GET", "/openapi.json", resource(paths, "openapi.json", "application/json")},
         {"GET", "/docs", documentation},
-        {"GET", "/docs/scalar.js", resource(paths, "scalar.standalone.min.js", "application/javascript")},
+        {"GET", "/docs/scalar.js",
+         resource(paths, "scalar.standalone.min.js", "application/javascript", viewerConfiguration)},
     };
 }
 

@@ -13,12 +13,22 @@ namespace {
 constexpr std::size_t room = 32 << 20;
 constexpr std::size_t maximumEntries = 16;
 
+/// Of a path with its query, in bytes. A sender decides how long they are, and nobody repeats long ones.
+constexpr std::size_t maximumTarget = 2048;
+
+std::size_t targetSize(const HttpRequest& request) {
+    std::size_t size = request.path.size();
+    for (const auto& [name, value] : request.queryParams)
+        size += name.size() + value.size() + 2;
+    return size;
+}
+
 } // namespace
 
 ListCache::Visit ListCache::visit(const HttpRequest& request, Date now) {
     // Before the caller begins its snapshot: a commit in between makes its image useless, never wrong.
     const auto version = m_container.fileVersion();
-    if (!version)
+    if (!version || targetSize(request) > maximumTarget)
         return {};
     const std::lock_guard lock(m_mutex);
     Entry& entry = entryOf(request);

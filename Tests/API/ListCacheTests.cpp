@@ -105,6 +105,18 @@ TEST_F(ListCacheTest, whoHasWrittenReadsItAndEachAnswerIsOfOneMoment) {
     });
 }
 
+TEST_F(ListCacheTest, keepsNothingOfLongRequests) {
+    ListCache cache(*store.container);
+    const std::string longText(3000, 'x');
+    for (const auto& [path, query] : {std::pair(longText, std::string()), {"/", longText}}) {
+        HttpRequest request;
+        request.path = path;
+        request.queryParams = {{"title", query}};
+        for (int i = 0; i < 3; ++i)
+            EXPECT_FALSE(cache.visit(request, clock.now()).isRepeated);
+    }
+}
+
 TEST_F(ListCacheTest, keepsWhatIsAskedForAgainAndFindsRoom) {
     ListCache cache(*store.container);
     const Date now = clock.now();

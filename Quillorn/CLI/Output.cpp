@@ -16,7 +16,7 @@ void printJson(const Json& value) {
 }
 
 void printError(std::string_view words) {
-    fmt::print(stderr, "quillorn: {}\n", textFor(stderr, words, LineEnds::kept));
+    std::fputs(fmt::format("quillorn: {}\n", textFor(stderr, words, LineEnds::kept)).c_str(), stderr);
 }
 
 } // namespace quillorn

@@ -14,7 +14,8 @@ std::string shown(std::string_view text);
 /// For --json.
 void printJson(const Json& value);
 
-/// Says on standard error what went wrong; the words may have several lines.
+/// Says on standard error what went wrong; the words may have several lines. Where that fails nothing is thrown: the
+/// work goes on, and the program's status tells at its end.
 void printError(std::string_view words);
 
 } // namespace quillorn

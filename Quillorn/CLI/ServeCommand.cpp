@@ -41,9 +41,9 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     server.onChange = [&] {
         if (server.isRunning() || !server.lastError())
             return;
-        printError(*server.lastError());
         failed = true;
         session.mainQueue().stop();
+        printError(*server.lastError());
     };
     bool isStoreLost = false;
     app.onStoreLost = [&] {

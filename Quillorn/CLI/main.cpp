@@ -1,6 +1,7 @@
 #include "CLI/Invocation.h"
 #include "CLI/Output.h"
 #include "Platform/Process.h"
+#include "Platform/StandardStreams.h"
 
 #include <exception>
 
@@ -26,11 +27,14 @@ ProcessInfo describeProcess(int count, char** arguments) {
 } // namespace quillorn
 
 int main(int count, char** arguments) {
+    constexpr int failure = static_cast<int>(quillorn::ExitStatus::failure);
+    int status = failure;
     try {
+        quillorn::prepareStandardStreams();
         quillorn::configureMemory();
-        return static_cast<int>(quillorn::invoke(quillorn::describeProcess(count, arguments)));
+        status = static_cast<int>(quillorn::invoke(quillorn::describeProcess(count, arguments)));
     } catch (const std::exception& error) {
         quillorn::printError(error.what());
-        return static_cast<int>(quillorn::ExitStatus::failure);
     }
+    return quillorn::flushStandardStreams() ? status : failure;
 }

@@ -1,5 +1,6 @@
 #include "Platform/Json.h"
 
+#include "Platform/JsonMemory.h"
 #include "Platform/Text.h"
 
 #include <algorithm>
@@ -131,7 +132,7 @@ Json Json::parse(std::string_view text, int maximumDepth) {
     // either imprecise or, in full precision, runs out of its buffers on long fractions.
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::MemoryStream stream(text.data(), text.size());
-    rapidjson::Reader reader;
+    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory> reader;
     Builder builder(maximumDepth);
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
     if (builder.fault() != nullptr)

@@ -1,4 +1,5 @@
 #include "Platform/Json.h"
+#include "Platform/JsonMemory.h"
 #include "Platform/UTF8.h"
 
 #include <array>
@@ -142,7 +143,9 @@ void appendQuoted(SinkStream& stream, std::string_view text) {
     stream.Put('"');
 }
 
-struct CompactWriter : rapidjson::Writer<SinkStream> {
+using Encoding = rapidjson::UTF8<>;
+
+struct CompactWriter : rapidjson::Writer<SinkStream, Encoding, Encoding, JsonMemory> {
     using Writer::Writer;
     void text(std::string_view value) {
         Prefix(rapidjson::kStringType);
@@ -150,8 +153,10 @@ struct CompactWriter : rapidjson::Writer<SinkStream> {
     }
 };
 
-struct PrettyWriter : rapidjson::PrettyWriter<SinkStream> {
-    explicit PrettyWriter(SinkStream& stream) : rapidjson::PrettyWriter<SinkStream>(stream) { SetIndent(' ', 2); }
+using PrettyBase = rapidjson::PrettyWriter<SinkStream, Encoding, Encoding, JsonMemory>;
+
+struct PrettyWriter : PrettyBase {
+    explicit PrettyWriter(SinkStream& stream) : PrettyBase(stream) { SetIndent(' ', 2); }
     void text(std::string_view value) {
         PrettyPrefix(rapidjson::kStringType);
         appendQuoted(*os_, value);

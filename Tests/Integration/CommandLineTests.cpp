@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace quillorn {
@@ -48,6 +49,36 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         EXPECT_EQ(outcome.status, each.status) << each.part;
         EXPECT_THAT(each.status == 0 ? outcome.output : outcome.errors, HasSubstr(each.part));
     }
+}
+
+TEST_F(CommandLine, failsWhereItCannotWrite) {
+    const ServerProcess server(home.path());
+    const auto statusOf = [&](const std::vector<std::string>& arguments, const std::function<void()>& prepare) {
+        return ProgramProcess(home.path(), {.arguments = arguments, .prepare = prepare}).wait();
+    };
+    const std::pair<int, std::vector<std::string>> cases[] = {
+        {STDOUT_FILENO, {"settings", "list"}},
+        {STDOUT_FILENO, {"--help"}},
+        {STDERR_FILENO, {"dance"}},
+        {STDERR_FILENO, {"settings", "get", "nope"}},
+        {STDERR_FILENO, {"serve", "--port", std::to_string(server.port())}},
+    };
+    for (const auto& [stream, arguments] : cases) {
+        const auto open = [number = stream](const char* path) { ::dup2(::open(path, O_WRONLY | O_CLOEXEC), number); };
+        EXPECT_EQ(statusOf(arguments, [&, number = stream] { ::close(number); }), 1) << arguments.size();
+        EXPECT_EQ(statusOf(arguments, [&] { open("/dev/full"); }), 1) << arguments.size();
+    }
+    const auto leavePipe = [] {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) == 0)
+            ::dup2(ends[1], STDOUT_FILENO);
+    };
+    EXPECT_EQ(statusOf({"settings", "list"}, leavePipe), 1);
+    const auto allowNoFile = [] {
+        const rlimit none{};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    };
+    EXPECT_EQ(statusOf({"settings", "set", "apiPort", "2000"}, allowNoFile), 1);
 }
 
 TEST_F(CommandLine, keepsSettings) {

@@ -1,10 +1,14 @@
 #include "Platform/Json.h"
 
+#include "Support/ScopedLimit.h"
+
 #include <bit>
 #include <cmath>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <limits>
 #include <random>
+#include <unistd.h>
 
 using namespace std::string_literals;
 using testing::HasSubstr;
@@ -159,6 +163,16 @@ std::string written(const std::function<void(JsonWriter&)>& write, Json::Style s
     write(writer);
     writer.finish();
     return text;
+}
+
+TEST(Json, wantOfMemoryIsAnError) {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    if (isSanitized || pages == 0)
+        GTEST_SKIP() << "memory can't be bounded here";
+    const std::string text = '"' + std::string(64 << 20, 'x') + '"';
+    const ScopedLimit memory(RLIMIT_AS, pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + (96 << 20));
+    EXPECT_THROW(Json::parse(text), std::bad_alloc);
 }
 
 TEST(JsonWriter, putsTheReplacementCharacterForMalformedBytes) {

@@ -1,6 +1,7 @@
 #include "App/QuillornApp.h"
 
 #include "API/APIServer.h"
+#include "App/DataMigration.h"
 #include "MCP/MCPServer.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
@@ -86,6 +87,9 @@ void QuillornApp::openInMemory(const std::string& fatalWords) {
 }
 
 void QuillornApp::openStore() {
+    const DataMigration migration{m_environment.paths, m_environment.settings, m_environment.log, m_environment.clock};
+    migration.migrateOldLocation();
+    migration.migrateFromUnsandboxedLocation();
     m_storeFile = storeFile(m_environment.paths);
     const std::filesystem::path folder = m_storeFile.parent_path();
     try {

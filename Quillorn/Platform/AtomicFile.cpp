@@ -1,6 +1,9 @@
 #include "Platform/AtomicFile.h"
 
+#include "Platform/FileContent.h"
+
 #include "Platform/Leftovers.h"
+#include <array>
 
 #include <cerrno>
 #include <cstdlib>
@@ -138,6 +141,23 @@ void removeAbandonedFiles(const fs::path& folder, const std::function<bool(std::
             isMeant(std::string_view(name).substr(1, name.size() - 1 - pattern.size())))
             removeIfAbandoned(entry->path());
     }
+}
+
+void copyFile(const fs::path& source, const fs::path& file) {
+    const FileDescriptor opened = openFile(source);
+    TemporaryFile temporary(file);
+    std::array<char, std::size_t{64} * 1024> piece{};
+    for (;;) {
+        const ssize_t count = ::read(opened.number(), piece.data(), piece.size());
+        if (count == 0)
+            break;
+        if (count > 0)
+            temporary.write({piece.data(), static_cast<std::size_t>(count)});
+        else if (errno != EINTR)
+            throwLastError("read");
+    }
+    temporary.moveTo(file);
+    syncFolder(file.parent_path());
 }
 
 void createPrivateFolder(const fs::path& folder) {

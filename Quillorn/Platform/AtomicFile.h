@@ -37,6 +37,9 @@ bool createFile(const std::filesystem::path& file, std::string_view content);
 void removeAbandonedFiles(const std::filesystem::path& folder,
                           const std::function<bool(std::string_view target)>& isMeant);
 
+/// Puts a copy of `source` in the place of `file` in the same way, piece by piece. Throws std::system_error.
+void copyFile(const std::filesystem::path& source, const std::filesystem::path& file);
+
 /// Creates what is missing of `folder`, for its owner only. Throws std::system_error.
 void createPrivateFolder(const std::filesystem::path& folder);
 

@@ -1,12 +1,15 @@
 #include "Store/StoreFiles.h"
 
+#include "Platform/FileDescriptor.h"
 #include "Store/Database.h"
 #include "Store/StoreError.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace quillorn {
 
@@ -17,6 +20,17 @@ std::optional<FileIdentity> identityOf(const std::string& path) {
     if (errno == ENOENT || errno == ENOTDIR)
         return std::nullopt;
     throw StoreError(fmt::format("Can't look at {}: {}", path, std::generic_category().message(errno)));
+}
+
+bool isOpenElsewhere(const std::filesystem::path& store) {
+    // The bytes that SQLite's file format sets aside for readers.
+    struct flock readers{};
+    readers.l_type = F_WRLCK;
+    readers.l_whence = SEEK_SET;
+    readers.l_start = 0x40000002;
+    readers.l_len = 510;
+    const FileDescriptor file(::open(store.c_str(), O_RDONLY | O_CLOEXEC));
+    return file && ::fcntl(file.number(), F_GETLK, &readers) == 0 && readers.l_type != F_UNLCK;
 }
 
 StoreFiles::StoreFiles(const std::filesystem::path& store)

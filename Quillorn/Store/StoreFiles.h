@@ -21,6 +21,10 @@ struct FileIdentity {
 /// Absent where there is no file. Throws StoreError where that can't be told.
 std::optional<FileIdentity> identityOf(const std::string& path);
 
+/// Whether another process has that store open: SQLite locks the file of a store with a write-ahead log for reading as
+/// long as a connection lasts. For a process that hasn't opened it itself; false where that can't be told.
+bool isOpenElsewhere(const std::filesystem::path& store);
+
 /// The files that an open store is made of. SQLite goes on writing into a file that was removed or replaced, and
 /// reports every commit as done; so each writer looks first whether its paths still lead to what is open.
 class StoreFiles {

@@ -11,8 +11,10 @@ class FakePaths final : public Paths {
   public:
     explicit FakePaths(std::filesystem::path folder) : root(std::move(folder)) {}
 
-    std::filesystem::path applicationSupport() const override { return home() / "share"; }
-    std::filesystem::path configuration() const override { return home() / "config"; }
+    std::filesystem::path applicationSupport() const override { return existingHome() / "share"; }
+    std::filesystem::path configuration() const override { return existingHome() / "config"; }
+    std::optional<std::filesystem::path> home() const override { return hasHome ? std::optional(root) : std::nullopt; }
+    std::optional<std::filesystem::path> accountHome() const override { return root / "account"; }
     std::optional<std::filesystem::path> groupContainer(std::string_view identifier) const override {
         return hasGroupContainer ? std::optional(root / "groups" / identifier) : std::nullopt;
     }
@@ -23,7 +25,7 @@ class FakePaths final : public Paths {
     bool hasGroupContainer = false;
 
   private:
-    const std::filesystem::path& home() const {
+    const std::filesystem::path& existingHome() const {
         return hasHome ? root : throw std::runtime_error("Can't find the home folder");
     }
 };

@@ -32,12 +32,15 @@ std::optional<fs::path> homeFromPasswords() {
     return fs::path(found->pw_dir);
 }
 
+std::optional<fs::path> homeFolder() {
+    const auto home = folderFromEnvironment("HOME");
+    return home ? home : homeFromPasswords();
+}
+
 fs::path baseFolder(const char* variable, const char* belowHome) {
     if (auto folder = folderFromEnvironment(variable))
         return *folder;
-    auto home = folderFromEnvironment("HOME");
-    if (!home)
-        home = homeFromPasswords();
+    const auto home = homeFolder();
     if (!home)
         throw std::runtime_error("Can't find the home folder: HOME is not set and the user has none on record");
     return *home / belowHome;
@@ -56,6 +59,14 @@ fs::path LinuxPaths::applicationSupport() const {
 
 fs::path LinuxPaths::configuration() const {
     return baseFolder("XDG_CONFIG_HOME", ".config");
+}
+
+std::optional<fs::path> LinuxPaths::home() const {
+    return homeFolder();
+}
+
+std::optional<fs::path> LinuxPaths::accountHome() const {
+    return homeFromPasswords();
 }
 
 std::optional<fs::path> LinuxPaths::groupContainer(std::string_view) const {

@@ -13,6 +13,8 @@ class LinuxPaths final : public Paths {
 
     std::filesystem::path applicationSupport() const override;
     std::filesystem::path configuration() const override;
+    std::optional<std::filesystem::path> home() const override;
+    std::optional<std::filesystem::path> accountHome() const override;
     std::optional<std::filesystem::path> groupContainer(std::string_view identifier) const override;
     /// "Resources" beside the executable (a build tree), else "../share/quillorn" from there (an installation).
     std::filesystem::path resources() const override;

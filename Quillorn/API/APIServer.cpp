@@ -4,12 +4,14 @@
 #include "API/Routes.h"
 #include "HTTP/HttpErrors.h"
 #include "HTTP/HttpServer.h"
+#include "Platform/Background.h"
 #include "Platform/MainQueue.h"
 #include "Platform/SystemLog.h"
 
 #include <cassert>
 #include <chrono>
 #include <fmt/core.h>
+#include <latch>
 #include <system_error>
 #include <utility>
 
@@ -26,6 +28,14 @@ constexpr std::chrono::seconds unusedListTime{30};
 constexpr const char* startFailed = "Failed to start API server: ";
 
 } // namespace
+
+struct APIServer::Attempt {
+    explicit Attempt(std::unique_ptr<HttpServer> made) : server(std::move(made)) {}
+
+    std::unique_ptr<HttpServer> server;
+    /// Down as soon as the opening has come to its end, whatever that is.
+    std::latch opening{1};
+};
 
 APIServer::APIServer(APIServerEnvironment environment)
     : m_environment(std::move(environment)),
@@ -51,21 +61,21 @@ void APIServer::start(std::optional<std::uint16_t> port, bool externalAccess, st
         return setLastError(keyMissing);
     m_configuredListenAddresses =
         externalAccess ? ListenAddresses{"0.0.0.0", "::"} : ListenAddresses{"127.0.0.1", "::1"};
-    m_server = makeServer(wantsAuth);
-    open(wantsAuth);
+    m_attempt = std::make_shared<Attempt>(makeServer(wantsAuth));
+    m_tasks.start(open(m_attempt, wantsAuth));
 }
 
 void APIServer::stop() {
     checkThread();
     drop();
     m_environment.log.log("API Server stopped");
-    changed();
+    m_observers.tell();
 }
 
 void APIServer::setLastError(std::string text) {
     checkThread();
     m_lastError = std::move(text);
-    changed();
+    m_observers.tell();
 }
 
 std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) {
@@ -86,40 +96,40 @@ std::unique_ptr<HttpServer> APIServer::makeServer(bool requireAuth) {
     return server;
 }
 
-void APIServer::open(bool requireAuth) {
-    m_attempt = std::make_shared<Attempt>();
-    // The queue may get to the outcome when this start is long over, and this object with it.
-    const auto post = [&queue = m_environment.mainQueue,
-                       attempt = std::weak_ptr(m_attempt)](std::function<void()> work) {
-        queue.post([attempt, work = std::move(work)] {
-            if (!attempt.expired())
-                work();
+Task<> APIServer::open(std::shared_ptr<Attempt> attempt, bool requireAuth) {
+    attempt->server->onFailure = [this, &queue = m_environment.mainQueue, current = std::weak_ptr(attempt)] {
+        // The queue may get to it when this start is long over, and this object with it.
+        queue.post([this, current] {
+            if (!current.expired())
+                didFail("API Server failed: the socket was closed", "The server's socket was closed");
         });
     };
-    m_server->onFailure = [this, post] {
-        post([this] { didFail("API Server failed: the socket was closed", "The server's socket was closed"); });
-    };
+    std::optional<std::uint16_t> bound;
+    std::string fault;
+    std::string words;
     try {
-        m_opener = std::thread([this, post, requireAuth, port = m_port, &server = *m_server] {
-            try {
-                server.start(port, true);
-                post([this, requireAuth, bound = server.port()] { didOpen(bound, requireAuth); });
-            } catch (const SocketError& error) {
-                post([this, fault = std::string(error.what()),
-                      words = fmt::format("Can't listen on port {}: {}", port, error.text())] {
-                    didFail(startFailed + fault, words);
-                });
-            } catch (const std::exception& error) {
-                post([this, fault = std::string(error.what())] { didFail(startFailed + fault, fault); });
-            }
-        });
-    } catch (const std::system_error& error) {
-        didFail(startFailed + std::string(error.what()), error.what());
+        auto opening = [attempt, port = m_port](const std::stop_token&) {
+            const auto countDown = [](std::latch* latch) { latch->count_down(); };
+            const std::unique_ptr<std::latch, decltype(countDown)> atEnd(&attempt->opening, countDown);
+            attempt->server->start(port, true);
+            return attempt->server->port();
+        };
+        // From here on nothing but the background holds on to the attempt, so that it can come to an end.
+        attempt.reset();
+        bound = co_await m_environment.background.run(std::move(opening));
+    } catch (const SocketError& error) {
+        fault = error.what();
+        words = fmt::format("Can't listen on port {}: {}", m_port, error.text());
+    } catch (const std::exception& error) {
+        fault = words = error.what();
     }
+    if (bound)
+        didOpen(*bound, requireAuth);
+    else
+        didFail(startFailed + fault, words);
 }
 
 void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
-    m_opener.join();
     m_isRunning = true;
     m_port = boundPort;
     m_lastError.reset();
@@ -129,28 +139,25 @@ void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
     if (makeMCPHandler)
         m_environment.log.log(fmt::format("MCP endpoint available at http://{}:{}/mcp{}", host, m_port,
                                           requireAuth ? " (auth required)" : ""));
-    changed();
+    m_observers.tell();
 }
 
 void APIServer::didFail(const std::string& logLine, const std::string& words) {
     drop();
     m_lastError = words;
     m_environment.log.log(logLine);
-    changed();
+    m_observers.tell();
 }
 
 /// Whatever the state was, afterwards it is stopped.
 void APIServer::drop() {
-    m_attempt.reset();
-    if (m_opener.joinable())
-        m_opener.join();
-    m_server.reset();
     m_isRunning = false;
-}
-
-void APIServer::changed() const {
-    if (onChange)
-        onChange();
+    const auto attempt = std::exchange(m_attempt, nullptr);
+    if (!attempt)
+        return;
+    // A moment at the most; then the port is free.
+    attempt->opening.wait();
+    attempt->server.reset();
 }
 
 void APIServer::checkThread() const {

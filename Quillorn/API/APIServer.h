@@ -3,6 +3,8 @@
 #include "API/ListCache.h"
 #include "HTTP/HttpRouter.h"
 #include "Platform/MainQueue.h"
+#include "Platform/Observers.h"
+#include "Platform/Task.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,6 +15,7 @@
 
 namespace quillorn {
 
+class Background;
 class Clock;
 class HttpServer;
 class ModelContainer;
@@ -28,6 +31,7 @@ struct APIServerEnvironment {
     const Paths& paths;
     SystemLog& log;
     MainQueue& mainQueue;
+    Background& background;
     /// Of the program, for the `Server` header.
     std::string version;
 };
@@ -51,8 +55,8 @@ class APIServer {
     APIServer(const APIServer&) = delete;
     APIServer& operator=(const APIServer&) = delete;
 
-    /// Called after every change of the state below.
-    std::function<void()> onChange;
+    /// Tells after every change of the state below.
+    Observation observe(Observers<>::Handler handler) { return m_observers.add(std::move(handler)); }
     /// Makes, at each start, what answers POST /mcp; without it the server has no /mcp.
     std::function<HttpHandler()> makeMCPHandler;
 
@@ -65,7 +69,7 @@ class APIServer {
     void setLastError(std::string text);
 
     /// True from the start to the stop or failure, also while the socket is being opened.
-    bool hasServer() const { return m_server != nullptr; }
+    bool hasServer() const { return m_attempt != nullptr; }
     /// True once the socket listens.
     bool isRunning() const { return m_isRunning; }
     /// The configured port; after the start that really bound.
@@ -78,24 +82,23 @@ class APIServer {
 
   private:
     /// Lives from a start to its end, so that what was posted for it can tell whether it still matters.
-    struct Attempt {};
+    struct Attempt;
 
     std::unique_ptr<HttpServer> makeServer(bool requireAuth);
-    void open(bool requireAuth);
+    Task<> open(std::shared_ptr<Attempt> attempt, bool requireAuth);
     void didOpen(std::uint16_t boundPort, bool requireAuth);
     /// `words` are for the user.
     void didFail(const std::string& logLine, const std::string& words);
     void drop();
-    void changed() const;
     void checkThread() const;
 
     const APIServerEnvironment m_environment;
     const std::thread::id m_mainThread;
     ListCache m_lists;
     MainQueue::TimerId m_listTimer;
-    std::unique_ptr<HttpServer> m_server;
     std::shared_ptr<Attempt> m_attempt;
-    std::thread m_opener;
+    Observers<> m_observers;
+    TaskScope m_tasks;
     bool m_isRunning = false;
     std::uint16_t m_port = defaultPort;
     std::optional<std::string> m_lastError;

@@ -150,6 +150,7 @@ void QuillornApp::createServices(Schedules schedules) {
             .calendar = m_environment.calendar,
             .settings = m_environment.settings,
             .mainQueue = m_environment.mainQueue,
+            .background = *m_background,
             .log = m_environment.log,
         },
         m_storeFile, *m_container, m_runMode == RunMode::normal && schedules == Schedules::run);
@@ -160,6 +161,7 @@ void QuillornApp::createServices(Schedules schedules) {
         .paths = m_environment.paths,
         .log = m_environment.log,
         .mainQueue = m_environment.mainQueue,
+        .background = *m_background,
         .version = m_environment.version,
     });
     m_apiServer->makeMCPHandler = [this] {

@@ -37,13 +37,12 @@ void runToTheEnd(Session& session, const char* what, const Start& start) {
     int seconds = 0;
     const auto timer = session.mainQueue().every(std::chrono::seconds(1),
                                                  [&] { progress.show(fmt::format("{}… {} s", what, ++seconds)); });
-    service.onChange = [&] {
+    const Observation state = service.observe([&] {
         if (!service.isBackingUp() && !service.isRestoring())
             session.mainQueue().stop();
-    };
+    });
     start(service);
     session.mainQueue().run();
-    service.onChange = nullptr;
     session.mainQueue().cancel(timer);
     if (service.lastError())
         throw std::runtime_error(*service.lastError());

@@ -35,29 +35,28 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     raiseDescriptorLimit();
 
     QuillornApp& app = session.app();
-    app.timerService().resumeRunningEntry(app.mainContext());
     APIServer& server = app.apiServer();
     bool failed = false;
-    server.onChange = [&] {
+    Observation serverState = server.observe([&] {
         if (server.isRunning() || !server.lastError())
             return;
         failed = true;
         session.mainQueue().stop();
         printError(*server.lastError());
-    };
+    });
     bool isStoreLost = false;
     app.onStoreLost = [&] {
         isStoreLost = true;
         session.mainQueue().stop();
     };
     BackupService& backups = app.backupService();
-    backups.onChange = [&] {
+    const Observation backupState = backups.observe([&] {
         if (!backups.isBackingUp() && backups.lastError())
             printError(fmt::format("the backup failed: {}", *backups.lastError()));
-    };
+    });
     app.startAPIServer(combine(options, session.settings()));
     session.mainQueue().run();
-    server.onChange = nullptr;
+    serverState = {};
     if (!failed)
         server.stop();
     return failed || isStoreLost ? ExitStatus::failure : ExitStatus::success;

@@ -4,6 +4,7 @@
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
+#include "Platform/Background.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/FileContent.h"
@@ -30,7 +31,35 @@ namespace {
 constexpr std::chrono::seconds firstDelay{30};
 constexpr std::chrono::hours period{1};
 
+struct Backup {
+    fs::path file;
+    std::uintmax_t size = 0;
+    std::size_t pruned = 0;
+};
+
 } // namespace
+
+/// What happens in the background, where the service may be gone.
+class BackupService::Work {
+  public:
+    Work(const BackupEnvironment& environment, fs::path storeURL, fs::path folder, ModelContainer& container)
+        : m_environment(environment),
+          m_storeURL(std::move(storeURL)),
+          m_folder(std::move(folder)),
+          m_container(container) {}
+
+    Backup takeBackup(Date date) const;
+    /// Returns the safety snapshot, where there was something to keep.
+    std::optional<fs::path> restore(const fs::path& file) const;
+
+  private:
+    fs::path takeSnapshot(Date date) const;
+
+    BackupEnvironment m_environment;
+    fs::path m_storeURL;
+    fs::path m_folder;
+    ModelContainer& m_container;
+};
 
 BackupService::BackupService(BackupEnvironment environment, fs::path storeURL, ModelContainer& container, bool schedule)
     : m_environment(environment),
@@ -53,9 +82,6 @@ BackupService::~BackupService() {
     for (const auto& timer : {m_firstTimer, m_timer})
         if (timer)
             m_environment.mainQueue.cancel(*timer);
-    for (std::thread* thread : {&m_backupThread, &m_restoreThread})
-        if (thread->joinable())
-            thread->join();
 }
 
 std::optional<Date> BackupService::lastBackupDate() const {
@@ -72,7 +98,7 @@ bool BackupService::isBackupFolderAccessLost() const {
 
 void BackupService::setBackupFolder(const fs::path& folder) {
     chooseBackupFolder(m_environment.settings, folder);
-    changed();
+    m_observers.tell();
 }
 
 void BackupService::runScheduledBackup() {
@@ -80,26 +106,61 @@ void BackupService::runScheduledBackup() {
         runBackup(false);
 }
 
+BackupService::Work BackupService::work() const {
+    return {m_environment, m_storeURL, backupFolderURL(), m_container};
+}
+
 void BackupService::runBackup(bool force) {
     if (m_isBackingUp)
         return;
     m_isBackingUp = true;
-    changed();
+    m_observers.tell();
     std::error_code unknown;
     if (!fs::exists(m_storeURL, unknown))
-        return finishBackup("Skipped — no store yet", std::nullopt);
+        return finish(m_isBackingUp, "Skipped — no store yet", std::nullopt);
     if (const auto last = lastBackupDate(); !force && last && !hasStoreChangedSince(*last))
-        return finishBackup("Skipped — no changes since last backup", std::nullopt);
+        return finish(m_isBackingUp, "Skipped — no changes since last backup", std::nullopt);
     // What changes from here on belongs to the next one, be it in the copy or not.
-    const Date date = m_environment.clock.now();
-    inBackground(m_backupThread, [this, date, folder = backupFolderURL()]() -> MainQueue::Work {
-        lowerThreadPriority();
-        try {
-            return [this, backup = takeBackup(folder, date)] { finishBackup(backup); };
-        } catch (const std::exception& error) {
-            return [this, words = std::string(error.what())] { finishBackup(std::nullopt, words); };
-        }
-    });
+    m_tasks.start(backUp(m_environment.clock.now()));
+}
+
+Task<> BackupService::backUp(Date date) {
+    std::optional<Backup> backup;
+    std::string failure;
+    try {
+        auto taking = [work = work(), date](const std::stop_token&) {
+            Backup taken = work.takeBackup(date);
+            releaseFreeMemory();
+            return taken;
+        };
+        backup = co_await m_environment.background.run(std::move(taking), Background::Priority::low);
+    } catch (const std::exception& error) {
+        failure = error.what();
+    }
+    if (!backup)
+        co_return finish(m_isBackingUp, std::nullopt, failure);
+    m_lastBackupFile = backup->file;
+    noteDate(date);
+    std::string result = "Backed up " + fileSize(backup->size);
+    if (backup->pruned > 0)
+        result += fmt::format(", pruned {} old", backup->pruned);
+    finish(m_isBackingUp, std::move(result), std::nullopt);
+}
+
+void BackupService::noteDate(Date date) {
+    m_lastBackupDate = date;
+    try {
+        Settings(m_environment.settings).set(setting("backupLastDate"), formatISO8601(date));
+    } catch (const std::exception& error) {
+        m_environment.log.log(error.what()); // the backup is there; only the next run won't know when
+    }
+}
+
+void BackupService::finish(bool& isUnderWay, std::optional<std::string> result, std::optional<std::string> error) {
+    m_lastResult = std::move(result);
+    m_lastError = std::move(error);
+    isUnderWay = false;
+    m_observers.tell();
 }
 
 bool BackupService::hasStoreChangedSince(Date date) const {
@@ -110,49 +171,24 @@ bool BackupService::hasStoreChangedSince(Date date) const {
     });
 }
 
-/// Names have minutes, and no backup replaces another one: it takes the name of the next minute that is free. On the
-/// thread of a backup or a restore.
-fs::path BackupService::takeSnapshot(const fs::path& folder, Date date) const {
+/// Names have minutes, and no backup replaces another one: it takes the name of the next minute that is free.
+fs::path BackupService::Work::takeSnapshot(Date date) const {
     const Calendar& calendar = m_environment.calendar;
     TemporaryDirectory::removeAbandoned();
-    removeAbandonedFiles(folder, [&](std::string_view name) { return dateOfBackup(name, calendar).has_value(); });
+    removeAbandonedFiles(m_folder, [&](std::string_view name) { return dateOfBackup(name, calendar).has_value(); });
     return snapshotStore(
-        m_storeURL, folder, [&](int taken) { return backupFileName(date + std::chrono::minutes{taken}, calendar); },
+        m_storeURL, m_folder, [&](int taken) { return backupFileName(date + std::chrono::minutes{taken}, calendar); },
         m_container.random());
 }
 
-/// On the thread of the backup.
-BackupService::Backup BackupService::takeBackup(const fs::path& folder, Date date) const {
-    const auto& [clock, calendar, settings, queue, log] = m_environment;
+Backup BackupService::Work::takeBackup(Date date) const {
     Backup backup;
-    backup.date = date;
-    backup.file = takeSnapshot(folder, date);
-    backup.pruned = pruneBackups(folder, clock.now(), calendar);
+    backup.file = takeSnapshot(date);
+    backup.pruned = pruneBackups(m_folder, m_environment.clock.now(), m_environment.calendar);
     std::error_code error;
     const std::uintmax_t size = fs::file_size(backup.file, error);
     backup.size = error ? 0 : size;
     return backup;
-}
-
-void BackupService::finishBackup(const Backup& backup) {
-    m_lastBackupDate = backup.date;
-    m_lastBackupFile = backup.file;
-    try {
-        Settings(m_environment.settings).set(setting("backupLastDate"), formatISO8601(*m_lastBackupDate));
-    } catch (const std::exception& error) {
-        m_environment.log.log(error.what()); // the backup is there; only the next run won't know when
-    }
-    std::string result = "Backed up " + fileSize(backup.size);
-    if (backup.pruned > 0)
-        result += fmt::format(", pruned {} old", backup.pruned);
-    finishBackup(std::move(result), std::nullopt);
-}
-
-void BackupService::finishBackup(std::optional<std::string> result, std::optional<std::string> error) {
-    m_lastResult = std::move(result);
-    m_lastError = std::move(error);
-    m_isBackingUp = false;
-    changed();
 }
 
 void BackupService::restoreFromFile(const fs::path& file) {
@@ -162,26 +198,33 @@ void BackupService::restoreFromFile(const fs::path& file) {
     m_lastError.reset();
     m_lastResult.reset();
     m_lastSafetySnapshot.reset();
-    changed();
-    inBackground(m_restoreThread, [this, file, folder = backupFolderURL()]() -> MainQueue::Work {
-        try {
-            return [this, file, snapshot = restore(file, folder)] {
-                m_lastSafetySnapshot = snapshot;
-                finishRestore("Restored from " + file.filename().string(), std::nullopt);
-            };
-        } catch (const std::exception& error) {
-            return
-                [this, words = std::string(error.what())] { finishRestore(std::nullopt, "Restore failed: " + words); };
-        }
-    });
+    m_observers.tell();
+    m_tasks.start(restore(file));
 }
 
-/// On the thread of the restore.
-std::optional<fs::path> BackupService::restore(const fs::path& file, const fs::path& folder) const {
+Task<> BackupService::restore(fs::path file) {
+    std::string failure;
+    try {
+        auto restoring = [work = work(), file](const std::stop_token&) {
+            auto snapshot = work.restore(file);
+            releaseFreeMemory();
+            return snapshot;
+        };
+        m_lastSafetySnapshot = co_await m_environment.background.run(std::move(restoring));
+    } catch (const std::exception& error) {
+        failure = "Restore failed: " + std::string(error.what());
+    }
+    if (failure.empty())
+        finish(m_isRestoring, "Restored from " + file.filename().string(), std::nullopt);
+    else
+        finish(m_isRestoring, std::nullopt, failure);
+}
+
+std::optional<fs::path> BackupService::Work::restore(const fs::path& file) const {
     std::optional<fs::path> snapshot;
     std::error_code unknown;
     if (fs::exists(m_storeURL, unknown))
-        snapshot = takeSnapshot(folder, m_environment.clock.now());
+        snapshot = takeSnapshot(m_environment.clock.now());
 
     const TemporaryDirectory temporary(m_container.random());
     const fs::path copy = temporary / "source.store";
@@ -191,36 +234,6 @@ std::optional<fs::path> BackupService::restore(const fs::path& file, const fs::p
                                       {m_container.random(), m_container.notifications()}, m_environment.log);
     replaceStoreContents(*source, m_container);
     return snapshot;
-}
-
-void BackupService::finishRestore(std::optional<std::string> result, std::optional<std::string> error) {
-    m_lastResult = std::move(result);
-    m_lastError = std::move(error);
-    m_isRestoring = false;
-    changed();
-}
-
-void BackupService::changed() const {
-    if (onChange)
-        onChange();
-}
-
-void BackupService::inBackground(std::thread& thread, std::function<MainQueue::Work()> work) {
-    if (thread.joinable())
-        thread.join(); // has posted its result, and ends
-    auto post = [this, work = std::move(work), alive = std::weak_ptr(m_isAlive)] {
-        MainQueue::Work finish = work();
-        releaseFreeMemory();
-        m_environment.mainQueue.post([finish = std::move(finish), alive] {
-            if (!alive.expired())
-                finish();
-        });
-    };
-    try {
-        thread = std::thread(post);
-    } catch (const std::system_error&) {
-        post(); // without room for another thread a pause of this one is better than no backup
-    }
 }
 
 } // namespace quillorn

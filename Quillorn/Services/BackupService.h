@@ -2,18 +2,18 @@
 
 #include "Platform/Date.h"
 #include "Platform/MainQueue.h"
+#include "Platform/Observers.h"
+#include "Platform/Task.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
+#include <utility>
 
 namespace quillorn {
 
+class Background;
 class Calendar;
 class Clock;
 class ModelContainer;
@@ -26,12 +26,13 @@ struct BackupEnvironment {
     const Calendar& calendar;
     SettingsStore& settings;
     MainQueue& mainQueue;
+    Background& background;
     SystemLog& log;
 };
 
 /// Keeps compressed, checked copies of the store in a folder of the user's choice, thins them by age, and brings any
-/// of them back into the running application. Belongs to the main thread; the work itself runs on threads of its own,
-/// whose end the destructor waits for.
+/// of them back into the running application. Belongs to the main thread; the work itself runs in the background and
+/// may outlive this object there, but not the store.
 class BackupService {
   public:
     /// With `schedule` it takes backups by itself: 30 seconds after the start, then each hour.
@@ -41,8 +42,8 @@ class BackupService {
     BackupService(const BackupService&) = delete;
     BackupService& operator=(const BackupService&) = delete;
 
-    /// Called after the state below has changed.
-    std::function<void()> onChange;
+    /// Tells after the state below has changed.
+    Observation observe(Observers<>::Handler handler) { return m_observers.add(std::move(handler)); }
 
     /// The moment of which the last backup is, also in an earlier run. Absent while it lies ahead, as after a clock
     /// that was: then nobody knows.
@@ -71,26 +72,15 @@ class BackupService {
     bool isBackupFolderAccessLost() const;
 
   private:
-    struct Backup {
-        std::filesystem::path file;
-        Date date;
-        std::uintmax_t size = 0;
-        std::size_t pruned = 0;
-    };
+    class Work;
 
     void runScheduledBackup();
     bool hasStoreChangedSince(Date date) const;
-    Backup takeBackup(const std::filesystem::path& folder, Date date) const;
-    void finishBackup(const Backup& backup);
-    void finishBackup(std::optional<std::string> result, std::optional<std::string> error);
-    std::filesystem::path takeSnapshot(const std::filesystem::path& folder, Date date) const;
-    /// Returns the safety snapshot, where there was something to keep.
-    std::optional<std::filesystem::path> restore(const std::filesystem::path& file,
-                                                 const std::filesystem::path& folder) const;
-    void finishRestore(std::optional<std::string> result, std::optional<std::string> error);
-    void changed() const;
-    /// Runs `work` on `thread`, and what it returns on the main queue while this object is there.
-    void inBackground(std::thread& thread, std::function<MainQueue::Work()> work);
+    Work work() const;
+    Task<> backUp(Date date);
+    Task<> restore(std::filesystem::path file);
+    void noteDate(Date date);
+    void finish(bool& isUnderWay, std::optional<std::string> result, std::optional<std::string> error);
 
     const BackupEnvironment m_environment;
     const std::filesystem::path m_storeURL;
@@ -104,10 +94,8 @@ class BackupService {
     bool m_isRestoring = false;
     std::optional<MainQueue::TimerId> m_firstTimer;
     std::optional<MainQueue::TimerId> m_timer;
-    /// What threads have posted asks it whether we are still there.
-    std::shared_ptr<const bool> m_isAlive = std::make_shared<const bool>(true);
-    std::thread m_backupThread;
-    std::thread m_restoreThread;
+    Observers<> m_observers;
+    TaskScope m_tasks;
 };
 
 } // namespace quillorn

@@ -81,8 +81,8 @@ TEST_F(APIServerTest, withoutTheKeyThatTheSettingsDemandNothingStarts) {
 
 TEST_F(APIServerTest, aPortThatIsTakenIsAnErrorAndTheNextStartMayDoBetter) {
     start();
-    APIServer second({*store.container, clock, text, paths, log, loop, "1"});
-    second.onChange = [this] { loop.stop(); };
+    APIServer second({*store.container, clock, text, paths, log, loop, background, "1"});
+    const Observation secondState = second.observe([this] { loop.stop(); });
     second.start(server->port(), false, std::nullopt, false);
     runUntil([&] { return second.lastError().has_value(); });
     const std::string taken = "Can't listen on port " + std::to_string(server->port()) + ": Address already in use";

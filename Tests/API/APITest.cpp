@@ -43,8 +43,9 @@ void APITest::serve(ModelContainer& container) {
                                         .paths = paths,
                                         .log = log,
                                         .mainQueue = loop,
+                                        .background = background,
                                         .version = "9.8"});
-    server->onChange = [this] { loop.stop(); };
+    serverState = server->observe([this] { loop.stop(); });
 }
 
 void APITest::start(bool externalAccess, std::optional<std::string> key, bool requireAuthLocal) {

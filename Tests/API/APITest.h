@@ -1,6 +1,7 @@
 #pragma once
 
 #include "API/APIServer.h"
+#include "Platform/Background.h"
 #include "Platform/Json.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Text.h"
@@ -104,7 +105,9 @@ class APITest : public ::testing::Test {
     FakePaths paths{store.folder.path()};
     RecordingLog log;
     RunLoop loop{log};
+    Background background{loop};
     std::optional<APIServer> server;
+    Observation serverState;
 };
 
 struct RunningAPITest : APITest {

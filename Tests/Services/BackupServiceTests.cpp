@@ -11,7 +11,7 @@ namespace {
 TEST_F(BackupTest, keepsACompressedCopyOfTheStore) {
     addTag("kept");
     std::vector<bool> seen;
-    service->onChange = [&] { seen.push_back(service->isBackingUp()); };
+    const Observation state = service->observe([&] { seen.push_back(service->isBackingUp()); });
     service->runBackup(true);
     service->runBackup(true); // while one is under way it does nothing
     EXPECT_TRUE(service->isBackingUp());
@@ -275,10 +275,11 @@ TEST_F(BackupTest, goesWhereTheUserWants) {
     EXPECT_THROW(service->setBackupFolder(mine), std::runtime_error);
 }
 
-TEST_F(BackupTest, isBroughtToItsEndByTheDestructor) {
+TEST_F(BackupTest, isBroughtToItsEndWhenNobodyWaitsForIt) {
     addTag("a");
     service->runBackup(true);
     service.reset();
+    background = std::make_unique<Background>(queue);
     EXPECT_EQ(backupNames().size(), 1U);
     queue.runPosted(); // the result has nobody to go to
     service = makeService();
@@ -286,6 +287,7 @@ TEST_F(BackupTest, isBroughtToItsEndByTheDestructor) {
     service->runBackup(true);
     service->restoreFromFile(backups() / backupNames()[0]);
     service.reset();
+    background.reset();
     EXPECT_THAT(tags(), ElementsAre("a"));
     EXPECT_TRUE(fs::is_empty(temporary));
 }

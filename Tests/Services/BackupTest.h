@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Settings.h"
+#include "Platform/Background.h"
 #include "Platform/Calendar.h"
 #include "Platform/LZFSE.h"
 #include "Services/BackupService.h"
@@ -29,8 +30,8 @@ struct BackupTest : testing::Test, TestStore {
     BackupTest() { fs::create_directory(temporary); }
 
     std::unique_ptr<BackupService> makeService(bool schedule = false) {
-        return std::make_unique<BackupService>(BackupEnvironment{clock, calendar, settings, queue, log}, file(),
-                                               *container, schedule);
+        return std::make_unique<BackupService>(BackupEnvironment{clock, calendar, settings, queue, *background, log},
+                                               file(), *container, schedule);
     }
     /// Lets what is under way come to its end.
     void finish() {
@@ -91,6 +92,7 @@ struct BackupTest : testing::Test, TestStore {
     const ScopedEnvironment temporaryFolder{"TMPDIR", temporary.string()};
     FakeClock clock;
     ManualQueue queue{clock};
+    std::unique_ptr<Background> background = std::make_unique<Background>(queue);
     MemorySettings settings;
     Calendar calendar{"Europe/Berlin", "ar_EG"}; // whose digits are not for file names
     std::unique_ptr<BackupService> service = makeService();

@@ -77,25 +77,4 @@ std::vector<Project*> Client::activeProjects() const {
     return active;
 }
 
-std::size_t Client::totalTaskCount() const {
-    std::size_t count = 0;
-    for (const Project* project : projects())
-        count += project->taskCount();
-    return count;
-}
-
-std::size_t Client::activeTaskCount() const {
-    std::size_t count = 0;
-    for (const Project* project : projects())
-        count += project->activeTasks().size();
-    return count;
-}
-
-double Client::totalTimeSpent(Date now) const {
-    double seconds = 0;
-    for (const Project* project : projects())
-        seconds += project->totalTimeSpent(now);
-    return seconds;
-}
-
 } // namespace quillorn

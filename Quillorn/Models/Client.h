@@ -43,14 +43,8 @@ class Client final : public Entity {
     const List<Project>& projects() const;
     const List<ChatMessage>& chatMessages() const;
 
-    std::size_t projectCount() const { return projects().size(); }
     std::vector<Project*> activeProjects() const;
     std::size_t activeProjectCount() const { return activeProjects().size(); }
-    /// Over all projects, archived ones included.
-    std::size_t totalTaskCount() const;
-    std::size_t activeTaskCount() const;
-    /// In seconds; running entries count up to `now`.
-    double totalTimeSpent(Date now) const;
 
   private:
     friend class ModelContext;

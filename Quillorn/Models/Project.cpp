@@ -103,18 +103,6 @@ bool Project::isHidden() const {
     return owner != nullptr && owner->isArchived();
 }
 
-std::vector<ProjectTask*> Project::activeTasks() const {
-    std::vector<ProjectTask*> active;
-    for (ProjectTask* task : tasks())
-        if (!task->isCompleted())
-            active.push_back(task);
-    return active;
-}
-
-std::size_t Project::completedTaskCount() const {
-    return tasks().size() - activeTasks().size();
-}
-
 std::vector<TimeEntry*> Project::allTimeEntries() const {
     std::vector<TimeEntry*> entries;
     std::unordered_set<UUID> seen;
@@ -128,13 +116,6 @@ std::vector<TimeEntry*> Project::allTimeEntries() const {
     for (TimeEntry* entry : directTimeEntries())
         add(entry);
     return entries;
-}
-
-double Project::totalTimeSpent(Date now) const {
-    double seconds = 0;
-    for (const TimeEntry* entry : allTimeEntries())
-        seconds += entry->duration(now);
-    return seconds;
 }
 
 } // namespace quillorn

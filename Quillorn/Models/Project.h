@@ -48,13 +48,8 @@ class Project final : public Entity {
 
     /// Whether listings hide what is in it: the project or its client is archived.
     bool isHidden() const;
-    std::size_t taskCount() const { return tasks().size(); }
-    std::vector<ProjectTask*> activeTasks() const;
-    std::size_t completedTaskCount() const;
     /// Those of the tasks, then the direct ones; of entries with one id the first.
     std::vector<TimeEntry*> allTimeEntries() const;
-    /// In seconds, over allTimeEntries().
-    double totalTimeSpent(Date now) const;
 
   private:
     friend class ModelContext;

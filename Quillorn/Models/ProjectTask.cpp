@@ -8,7 +8,6 @@
 #include "Store/EntityType.h"
 #include "Store/ModelContext.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 namespace quillorn {
@@ -176,12 +175,6 @@ double ProjectTask::totalTimeSpent(Date now) const {
     for (const TimeEntry* entry : timeEntries())
         seconds += entry->duration(now);
     return seconds;
-}
-
-std::size_t ProjectTask::completedSubtaskCount() const {
-    const auto isCompleted = [](const ProjectTask* task) { return task->isCompleted(); };
-    const auto& list = subtasks();
-    return static_cast<std::size_t>(std::count_if(list.begin(), list.end(), isCompleted));
 }
 
 std::size_t ProjectTask::depth() const {

@@ -84,9 +84,7 @@ class ProjectTask final : public Entity {
     bool isOverdue(Date now) const { return m_dueDate && !m_completedAt && *m_dueDate < now; }
     /// In seconds; a running entry counts up to `now`.
     double totalTimeSpent(Date now) const;
-    bool hasSubtasks() const { return !subtasks().empty(); }
     std::size_t subtaskCount() const { return subtasks().size(); }
-    std::size_t completedSubtaskCount() const;
     /// Number of ancestors. A chain that runs into a circle ends where it would repeat.
     std::size_t depth() const;
     /// Whether listings hide it: its project, or that project's client, is archived.

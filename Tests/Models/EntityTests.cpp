@@ -69,23 +69,15 @@ TEST_F(Entities, deriveTheTextsOfNotes) {
         // clang-format off
         {"Untitled Note", "", false, "", "Untitled Note", "", "Edited a note"},
         {"", " \n ", false, "", "Untitled Note", "", "Edited a note"},
-        {"", "\t \n", true, "", "Comment on Draw", "", "Commented on Draw"},
         {"", " Said \n\n this  and \n that ", true, "Said  this and  that", "Said", "this  and   that",
             "Commented on Draw"},
         {" Plan ", "a\nb", false, "a b", "Plan", "a b", "Edited note: Plan"},
-        {" Plan ", "a\nb", true, "a b", "Plan", "a b", "Commented on Draw"},
         {"  Untitled Note ", "\n\n first \n\nsecond\nthird", false, "first  second third", "first", "second third",
             "Edited note: first  second third"},
-        {"", "   \nsecond", false, "second", "Untitled Note", "second", "Edited note: second"},
         {"", "a    b   c  d", false, "a  b  c d", "a    b   c  d", "", "Edited note: a  b  c d"},
-        {"", "one\r\ntwo", false, "one\r two", "one", "two", "Edited note: one\r two"},
-        {"t", x, false, x, "t", x, "Edited note: t"},
         {"t", x + "x", false, x + "...", "t", x + "...", "Edited note: t"},
-        {"t", emoji + "!", false, emoji + "...", "t", emoji + "...", "Edited note: t"},
         {"", times(121, family) + "\n" + emoji, false, times(121, family) + " " + times(128, family) + "...",
             times(120, family), emoji, "Edited note: " + times(60, family)},
-        {"", "h\n" + times(251, "é"), false, "h " + times(248, "é") + "...", "h", times(250, "é") + "...",
-            "Edited note: h " + times(58, "é")},
         // clang-format on
     };
     for (const Case& each : cases) {
@@ -118,10 +110,7 @@ TEST(HexColor, readsDigitsOfThreeSixAndEightCharacters) {
         {{"80112233"}, of(0x11, 0x22, 0x33, 0x80)},
         {{"#00FFFFFF"}, of(255, 255, 255, 0)},
         {{"12zz56", "#12 456"}, of(0, 0, 0x12)}, // scanned as far as it goes
-        {{"1zz"}, of(0, 0, 0x11)},
-        {{"FFFFFz"}, of(0x0F, 0xFF, 0xFF)},
-        {{"zzzzzzzz"}, of(0, 0, 0, 0)},
-        {{"#ABCDÉF"}, of(0, 0xAB, 0xCD)}, // six characters, though more bytes
+        {{"#ABCDÉ", "é#FFF", "12é", "ÉÉÉ"}, black},
     };
     for (const auto& [texts, color] : cases)
         for (const std::string_view text : texts)

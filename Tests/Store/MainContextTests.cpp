@@ -39,7 +39,7 @@ struct MainContextTest : testing::Test, TestStore {
 
 TEST_F(MainContextTest, showsWhatOthersSaveInPlace) {
     EXPECT_THAT(namesOf(task->tags()), ElementsAre("old"));
-    EXPECT_EQ(task->project()->taskCount(), 1U);
+    EXPECT_EQ(task->project()->tasks().size(), 1U);
     elsewhere([](ModelContext& other, ProjectTask& same) {
         same.setTitle("T2");
         same.setTags({&make<Tag>(other, {.name = "new"})});
@@ -50,7 +50,7 @@ TEST_F(MainContextTest, showsWhatOthersSaveInPlace) {
     EXPECT_THAT(told, ElementsAre("own"));
     EXPECT_EQ(task->title(), "T2");
     EXPECT_THAT(namesOf(task->tags()), ElementsAre("new"));
-    EXPECT_EQ(task->project()->taskCount(), 2U);
+    EXPECT_EQ(task->project()->tasks().size(), 2U);
 
     elsewhere([](ModelContext& other, ProjectTask& same) { other.remove(*same.project()); });
     queue.runPosted();

@@ -1,7 +1,6 @@
 #include "Models/HexColor.h"
 
-#include "Platform/Text.h"
-
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 
@@ -9,10 +8,14 @@ namespace quillorn {
 
 namespace {
 
-/// Letters of other scripts count too: they are digits to nobody, so it matters for the length only.
+bool isASCII(char byte) {
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+/// Bytes beyond ASCII are kept too: no color has them, at its ends neither.
 bool isAlphanumeric(char byte) {
     return (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-           static_cast<unsigned char>(byte) >= 0x80;
+           !isASCII(byte);
 }
 
 double channel(std::uint32_t value) {
@@ -26,9 +29,11 @@ HexColor HexColor::parse(std::string_view text) {
         text.remove_prefix(1);
     while (!text.empty() && !isAlphanumeric(text.back()))
         text.remove_suffix(1);
+    if (!std::ranges::all_of(text, isASCII))
+        return {};
     std::uint32_t number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number, 16);
-    switch (characterCount(text)) {
+    switch (text.size()) {
     case 3: {
         const auto digit = [&](unsigned shift) { return channel((number >> shift & 0xFU) * 17); };
         return {digit(8), digit(4), digit(0), 1};

@@ -44,11 +44,12 @@ constexpr char lowerASCII(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-std::unique_ptr<icu::Collator> makeCollator(const icu::Locale& locale, icu::Collator::ECollationStrength strength) {
+std::unique_ptr<icu::Collator> makeCollator(const icu::Locale& locale, icu::Collator::ECollationStrength strength,
+                                            UColAttributeValue numeric) {
     UErrorCode error = U_ZERO_ERROR;
     std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(locale, error));
     check(error);
-    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, error);
+    collator->setAttribute(UCOL_NUMERIC_COLLATION, numeric, error);
     check(error);
     collator->setStrength(strength);
     return collator;
@@ -68,8 +69,8 @@ struct Text::State {
         : name(icuLocaleName(localeName)),
           locale(name.c_str()),
           isTurkic(std::strcmp(locale.getLanguage(), "tr") == 0 || std::strcmp(locale.getLanguage(), "az") == 0),
-          standard(makeCollator(locale, icu::Collator::TERTIARY)),
-          caseless(makeCollator(locale, icu::Collator::SECONDARY)) {}
+          standard(makeCollator(locale, icu::Collator::TERTIARY, UCOL_ON)),
+          caseless(makeCollator(locale, icu::Collator::SECONDARY, UCOL_OFF)) {}
 
     std::string name;
     icu::Locale locale;

@@ -41,7 +41,7 @@ class Text {
     /// The order in which a file list would show them: by the locale's collation, digits as numbers. Negative, zero or
     /// positive; zero only for equal strings (ties are broken by the bytes).
     int compare(std::string_view a, std::string_view b) const;
-    /// The same without regard to case and without the tie-break.
+    /// By the locale alone, without regard to case, to what digits amount to, and without the tie-break.
     int compareIgnoringCase(std::string_view a, std::string_view b) const;
 
   private:

@@ -67,6 +67,10 @@ TEST_F(ProjectOrderTest, aScopeShowsGroupsAndLooseProjectsInOrder) {
     const auto names = namesOf(loose);
     EXPECT_EQ(names[0] + names[1] + names[4], "aAm");
     EXPECT_LT(loose[2]->id(), loose[3]->id());
+    project("Site 10", 8);
+    project("site 9", 8);
+    context.save();
+    EXPECT_EQ(namesOf(layout().loose)[5], "Site 10") << "digits are compared as letters are";
 }
 
 TEST_F(ProjectOrderTest, aNewProjectGoesToTheEndOfItsScope) {
@@ -117,6 +121,7 @@ TEST_F(ProjectOrderTest, ungroupingPutsTheMembersLast) {
     context.save();
     EXPECT_THAT(namesOf(layout().loose), ElementsAre("a", "b", "m", "n", "o"));
     EXPECT_EQ(find("m").sortOrder(), 8);
+    EXPECT_EQ(find("m").groupID(), std::nullopt);
     EXPECT_EQ(find("o").sortOrder(), 10);
     EXPECT_THAT(groups(), ElementsAre(H));
 

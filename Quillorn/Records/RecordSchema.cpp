@@ -29,16 +29,23 @@ void writeJson(JsonWriter& writer, std::string_view key, std::string_view json) 
     writer.value(Json::parse(json));
 }
 
-void writeProperty(JsonWriter& writer, const WireShape& shape, const FieldWords& words, RecordUse use) {
+void writeType(JsonWriter& writer, std::string_view type, bool mayBeNull) {
+    if (!mayBeNull)
+        return writeText(writer, "type", type);
+    writer.key("type");
+    writer.value(Json::Array{type, "null"});
+}
+
+void writeProperty(JsonWriter& writer, const WireShape& shape, const FieldWords& words, RecordUse use, bool mayBeNull) {
     const bool isUpdate = use == RecordUse::update;
     writer.beginObject();
     if (shape.record != nullptr)
         writeText(writer, "$ref", "#/components/schemas/" + std::string(shape.record().name));
     else
-        writeText(writer, "type", shape.type);
+        writeType(writer, shape.type, mayBeNull);
     if (shape.items != nullptr) {
         writer.key("items");
-        writeProperty(writer, *shape.items, {}, use);
+        writeProperty(writer, *shape.items, {}, use, false);
     }
     writeText(writer, "description", isUpdate && !words.inUpdate.empty() ? words.inUpdate : words.description);
     writeJson(writer, "enum", words.choices);
@@ -55,6 +62,8 @@ void writeProperty(JsonWriter& writer, const WireShape& shape, const FieldWords&
 } // namespace
 
 void writeSchema(JsonWriter& writer, const RecordType& type) {
+    // Null in a request is the same as leaving out; no answer has it.
+    const bool isRequest = type.name.ends_with("Request");
     std::vector<const WireField*> fields;
     for (const WireField& field : type.fields)
         fields.push_back(&field);
@@ -65,7 +74,7 @@ void writeSchema(JsonWriter& writer, const RecordType& type) {
     writer.beginObject();
     for (const WireField* field : fields) {
         writer.key(field->name);
-        writeProperty(writer, *field->shape, type.words[field->place], type.use);
+        writeProperty(writer, *field->shape, type.words[field->place], type.use, isRequest && !field->required);
     }
     writer.endObject();
     if (std::ranges::any_of(fields, &WireField::required)) {

@@ -115,9 +115,7 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
     std::vector<Case> tasks{
         {R"("title": "")", {titleEmpty}},
         {R"("title": " \t\u00a0\u3000")", {titleEmpty}},
-        {R"("priority": -1)", {priority}},
         {R"("priority": 4)", {priority}},
-        {R"("priority": 0)"},
         {R"("status": 3, "priority": 3)"},
         {R"("status": 9223372036854775807)", {status}},
         {R"("status": -1, "priority": 7, "title": "")", {titleEmpty, priority, status}},
@@ -130,7 +128,6 @@ TEST_F(RequestTest, everyRuleThatIsBrokenIsListedInOrder) {
         {url("javascript:" + times(2048, "y")), {longURL}},
         {url("JavaScript:alert(1)"), {scheme("javascript")}},
         {url("FILE:///etc/passwd"), {scheme("file")}},
-        {url("data:,x"), {scheme("data")}},
     };
     for (const char* good : {"", "https://example.com/a?b=[c]&d=%20#e", "https://example.com/\u00fc",
                              "mailto:somebody@example.com", "x-app+1.0:thing"})

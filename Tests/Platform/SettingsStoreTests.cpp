@@ -155,12 +155,6 @@ TEST_F(FileSettingsTest, whatCannotBeReadIsNotOverwrittenAndTheLastValuesStayInF
     EXPECT_TRUE(fs::is_fifo(file));
 }
 
-TEST_F(FileSettingsTest, aFolderThatCannotBeMadeIsAFailureInWords) {
-    writeFile(folder / "config", "a file in its place");
-    EXPECT_EQ(failure(), "Can't write the settings file " + file.string() + ": Not a directory");
-    EXPECT_EQ(settings.value("key"), std::nullopt);
-}
-
 TEST_F(FileSettingsTest, aFailedWriteKeepsFileAndValues) {
     settings.set("key", std::string(5000, 'x'));
     const std::string before = readFile(file);

@@ -92,15 +92,11 @@ TEST_F(RestoreTest, refusesWhatIsNoBackupAndLeavesTheDataAlone) {
     };
     const std::pair<std::string, std::string> cases[] = {
         {plain, "it is no backup: The data is not compressed with LZFSE"},
-        {"", "The data is not compressed with LZFSE"},
         {goodBytes.substr(0, goodBytes.size() / 2), "The compressed data is incomplete"},
-        {goodBytes + "x", "There is something behind the end of the compressed data"},
         {std::string(compressLZFSE(broken).view()), "Backup file failed integrity check — restore cancelled"},
-        {std::string(compressLZFSE("Dear diary").view()), "Backup file failed integrity check — restore cancelled"},
         {"bvx$", "Backup file failed integrity check — restore cancelled"}, // nothing, compressed
         {database("PRAGMA user_version = 1000"), "The store has schema version 1000"},
         {database("PRAGMA application_id = 7"), "The store file is a database of another program"},
-        {database("UPDATE ChatMessage SET key = -9223372036854775808"), "The row keys of ChatMessage are out of range"},
         {database("INSERT INTO Tag SELECT 9223372036854775807, randomblob(16), name, color, 1, 2 FROM Tag"),
          "The row keys of Tag are out of range"},
     };

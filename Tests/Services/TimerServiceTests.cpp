@@ -45,6 +45,7 @@ TEST_F(TimerServiceTest, startsTicksAndStops) {
     const Date start = clock.now();
     task(a).setCompleted(true, start);
     queue.runPosted();
+    const std::size_t timers = queue.timerCount();
     int changes = 0;
     timer.onChange = [&] { ++changes; };
     timer.adjustStart(start, context); // nothing runs
@@ -77,6 +78,7 @@ TEST_F(TimerServiceTest, startsTicksAndStops) {
     EXPECT_EQ(timer.activeTask(context), nullptr);
     settle();
     EXPECT_FALSE(timer.isRunning());
+    EXPECT_EQ(queue.timerCount(), timers);
 }
 
 TEST_F(TimerServiceTest, startingOnAnotherTaskEndsTheFirst) {

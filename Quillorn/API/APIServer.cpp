@@ -22,9 +22,6 @@ namespace {
 constexpr const char* keyMissing = "API server not started: external access and \"require API key\" both need an API "
                                    "key. Set one in Settings.";
 
-/// How long the text of a list is kept at least for those who ask again.
-constexpr std::chrono::seconds unusedListTime{30};
-
 constexpr const char* startFailed = "Failed to start API server: ";
 
 } // namespace
@@ -40,12 +37,10 @@ struct APIServer::Attempt {
 APIServer::APIServer(APIServerEnvironment environment)
     : m_environment(std::move(environment)),
       m_mainThread(std::this_thread::get_id()),
-      m_lists(m_environment.container),
-      m_listTimer(m_environment.mainQueue.every(unusedListTime, [this] { m_lists.dropUnused(); })) {}
+      m_lists(m_environment.container, m_environment.mainQueue) {}
 
 APIServer::~APIServer() {
     drop();
-    m_environment.mainQueue.cancel(m_listTimer);
 }
 
 void APIServer::start(std::optional<std::uint16_t> port, bool externalAccess, std::optional<std::string> authKey,

@@ -95,7 +95,6 @@ class APIServer {
     const APIServerEnvironment m_environment;
     const std::thread::id m_mainThread;
     ListCache m_lists;
-    MainQueue::TimerId m_listTimer;
     std::shared_ptr<Attempt> m_attempt;
     Observers<> m_observers;
     TaskScope m_tasks;

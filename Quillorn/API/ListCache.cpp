@@ -23,6 +23,9 @@ std::size_t targetSize(const HttpRequest& request) {
     return size;
 }
 
+/// How long the text of a list is kept at least for those who ask again.
+constexpr std::chrono::seconds unusedTime{30};
+
 } // namespace
 
 ListCache::Visit ListCache::visit(const HttpRequest& request, Date now) {
@@ -64,10 +67,23 @@ bool ListCache::isCurrent(const Visit& visit) const {
     return m_container.fileVersion() == visit.version;
 }
 
+ListCache::~ListCache() {
+    if (m_timer)
+        m_queue.cancel(*m_timer);
+}
+
+void ListCache::armTimer() {
+    if (!m_timer)
+        m_timer = m_queue.after(unusedTime, [this] { dropUnused(); });
+}
+
 void ListCache::dropUnused() {
     const std::lock_guard lock(m_mutex);
+    m_timer.reset();
     if (std::erase_if(m_entries, [](Entry& entry) { return !std::exchange(entry.wasUsed, false); }) > 0)
         releaseFreeMemory();
+    if (!m_entries.empty())
+        armTimer();
 }
 
 ListCache::Entry& ListCache::entryOf(const HttpRequest& request) {
@@ -80,6 +96,7 @@ ListCache::Entry& ListCache::entryOf(const HttpRequest& request) {
         if (m_entries.size() == maximumEntries)
             m_entries.pop_back();
         m_entries.insert(m_entries.begin(), Entry{.path = request.path, .query = request.queryParams});
+        armTimer();
     }
     return m_entries.front();
 }

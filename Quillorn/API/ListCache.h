@@ -2,10 +2,12 @@
 
 #include "HTTP/HttpRequest.h"
 #include "Platform/Date.h"
+#include "Platform/MainQueue.h"
 
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,7 +22,10 @@ struct ListImage;
 /// threads.
 class ListCache {
   public:
-    explicit ListCache(ModelContainer& container) : m_container(container) {}
+    ListCache(ModelContainer& container, MainQueue& queue) : m_container(container), m_queue(queue) {}
+    ~ListCache();
+    ListCache(const ListCache&) = delete;
+    ListCache& operator=(const ListCache&) = delete;
 
     /// What is known of a list when it is asked for, at `version` of the store.
     struct Visit {
@@ -35,8 +40,6 @@ class ListCache {
     void keep(const HttpRequest& request, const Visit& visit, std::shared_ptr<const ListImage> image);
     /// Whether the store still stands as it did at the visit.
     bool isCurrent(const Visit& visit) const;
-    /// Forgets what has not been asked for since the last call, and gives its memory back.
-    void dropUnused();
 
   private:
     struct Entry {
@@ -51,8 +54,15 @@ class ListCache {
     /// Puts the list's entry first, a new one if need be.
     Entry& entryOf(const HttpRequest& request);
 
+    /// Forgets what has not been asked for since the last call, and gives its memory back.
+    void dropUnused();
+    /// While there is something to forget.
+    void armTimer();
+
     ModelContainer& m_container;
+    MainQueue& m_queue;
     std::mutex m_mutex;
+    std::optional<MainQueue::TimerId> m_timer;
     std::vector<Entry> m_entries; // the last one used first
 };
 

@@ -7,6 +7,7 @@
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
 #include "Platform/Background.h"
+#include "Platform/FileWatch.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
@@ -144,6 +145,9 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 void QuillornApp::createServices(Schedules schedules) {
     m_background = std::make_unique<Background>(m_environment.mainQueue);
     m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
+    if (m_runMode == RunMode::normal && schedules == Schedules::run)
+        m_storeWatch = watchFile(m_container->configuration().url->string() + "-wal",
+                                 [context = m_mainContext.get()] { context->noticeFileChange(); });
     m_backupService = std::make_unique<BackupService>(
         BackupEnvironment{
             .clock = m_environment.clock,
@@ -175,8 +179,8 @@ TimerService& QuillornApp::timerService() {
     if (!m_timerService) {
         m_timerService =
             std::make_unique<TimerService>(m_environment.notifications, m_environment.mainQueue, m_environment.clock);
-        m_mainContext->addListener(
-            [this](const ChangeSet* saved) { m_timerService->storeDidChange(saved, mainContext()); });
+        m_timerFollowsStore = m_mainContext->observe(
+            [this](const ChangeSet& changes) { m_timerService->storeDidChange(changes, mainContext()); });
     }
     return *m_timerService;
 }

@@ -20,6 +20,7 @@ class Background;
 class BackupService;
 class Calendar;
 class Clock;
+class FileWatch;
 class MainQueue;
 class NotificationCenter;
 class Paths;
@@ -121,9 +122,11 @@ class QuillornApp {
     /// Goes before the container, which its work may use, and after the services whose tasks wait for it.
     std::unique_ptr<Background> m_background;
     std::unique_ptr<MainContext> m_mainContext;
+    std::unique_ptr<FileWatch> m_storeWatch;
     std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;
+    Observation m_timerFollowsStore;
 };
 
 } // namespace quillorn

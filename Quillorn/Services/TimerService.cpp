@@ -97,15 +97,13 @@ void TimerService::resumeRunningEntry(ModelContext& context) {
     takeUpUnseenEntry(context);
 }
 
-void TimerService::storeDidChange(const ChangeSet* saved, ModelContext& context) {
+void TimerService::storeDidChange(const ChangeSet& changes, ModelContext& context) {
     followActiveEntry(context);
-    if (saved == nullptr) {
-        takeUpUnseenEntry(context);
-        return;
-    }
-    for (const ChangeSet::Row& row : saved->rows)
-        if (row.type == &TimeEntry::entityType() && row.change == RowChange::inserted)
+    for (const ChangeSet::Row& row : changes.rows)
+        if (row.type == &TimeEntry::entityType() && row.change == RowChange::inserted && !row.isOfOthers)
             m_seen.insert(row.key);
+    if (changes.includesOthers())
+        takeUpUnseenEntry(context);
 }
 
 void TimerService::followActiveEntry(ModelContext& context) {

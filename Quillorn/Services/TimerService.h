@@ -52,9 +52,9 @@ class TimerService {
     /// Takes up the entry that began last of those that run; for the launch.
     void resumeRunningEntry(ModelContext& context);
 
-    /// To be told of every change of the store: `saved` is a save of this process, null when others may have written.
-    /// Lets go of an entry that has been ended or deleted, and takes up a timer that another process has started.
-    void storeDidChange(const ChangeSet* saved, ModelContext& context);
+    /// To be told of every change of the store. Lets go of an entry that has been ended or deleted, and takes up a
+    /// timer that another process has started.
+    void storeDidChange(const ChangeSet& changes, ModelContext& context);
 
   private:
     struct Running {

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Store/Database.h"
+#include "Platform/UUID.h"
 #include "Store/Relation.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -10,19 +11,35 @@ namespace quillorn {
 
 struct EntityType;
 
-/// What one save wrote: every row once, the rows of cascades included. A change of links alone counts as an update of
-/// the row whose list was changed.
+/// What became of one row. A later case outdoes an earlier one, except that a row which was inserted and then updated
+/// is inserted to everybody else.
+enum class RowChange {
+    /// None of its columns: one of its lists has got or lost a member.
+    related,
+    updated,
+    inserted,
+    deleted,
+};
+
+/// What commits have written: every row once, the rows of cascades included.
 struct ChangeSet {
     struct Row {
         const EntityType* type;
         RowKey key;
         RowChange change;
+        UUID id;
+        /// Whether another process has written it.
+        bool isOfOthers = false;
     };
     std::vector<Row> rows;
+    /// Any row may have changed, by whomever: what was replaced, or written where nobody kept count.
+    bool isEverything = false;
+
+    bool isEmpty() const { return rows.empty() && !isEverything; }
+    bool includesOthers() const { return isEverything || std::ranges::any_of(rows, &Row::isOfOthers); }
 };
 
-/// Posted after each save of this process, on the saving thread; the user info holds the ChangeSet as
-/// std::shared_ptr<const ChangeSet> under "changes", null when everything was replaced.
+/// Posted after each commit of this process, on the thread that made it. MainContext tells what was changed.
 inline constexpr std::string_view storeDidSave = "storeDidSave";
 
 } // namespace quillorn

@@ -1,9 +1,13 @@
 #include "Store/ContextSave.h"
 
 #include "Store/KeyCondition.h"
+#include "Store/StoreError.h"
 
 #include <fmt/core.h>
+#include <map>
+#include <set>
 #include <string>
+#include <utility>
 
 namespace quillorn {
 
@@ -16,25 +20,24 @@ void ContextSave::run() {
     }
     try {
         beginTransaction();
-        observeRows();
         writeAll();
+        readLog();
         (*m_context.m_database)->statement("COMMIT")->run();
     } catch (...) {
         abandon();
         throw;
     }
-    Database& connection = **m_context.m_database;
-    connection.observeRows(nullptr);
-    m_context.m_container.checkpointIfDue(connection);
+    m_context.m_container.checkpointIfDue(**m_context.m_database);
     m_context.m_writeGuard.reset();
+    noteEcho();
     settleObjects();
-    publish();
+    m_context.m_container.publish();
 }
 
 void ContextSave::beginTransaction() {
     if (m_context.m_writeGuard)
         return; // open since the context began
-    m_context.m_writeGuard.emplace(m_context.m_container.lockForWriting(m_patience));
+    m_context.m_writeGuard.emplace(m_turn ? std::move(*m_turn) : m_context.m_container.lockForWriting(m_patience));
     if (!m_context.m_database)
         m_context.m_database.emplace(m_context.m_container.m_pool.borrow());
     Database& connection = **m_context.m_database;
@@ -43,22 +46,8 @@ void ContextSave::beginTransaction() {
     connection.beginWriting(m_patience);
 }
 
-void ContextSave::observeRows() {
-    (*m_context.m_database)->observeRows([this](std::string_view table, RowKey key, RowChange change) {
-        for (const auto& registry : m_context.m_registries)
-            if (registry.type->name == table)
-                noteRow(registry.type, key, change);
-    });
-}
-
-void ContextSave::noteRow(const EntityType* type, RowKey key, RowChange change) {
-    const auto [place, isNew] = m_rows.emplace(RowId{type, key}, change);
-    // A row that was inserted and then updated is new to everybody else.
-    if (!isNew && change != RowChange::updated)
-        place->second = change;
-}
-
 void ContextSave::writeAll() {
+    m_logBefore = ChangeLog(**m_context.m_database, m_context.m_container.schema()).last();
     assignKeys();
     for (const auto& registry : m_context.m_registries)
         for (Entity* object : m_context.m_inserted)
@@ -143,8 +132,34 @@ void ContextSave::writeLinks() {
         statement->bind(1, change.owner->m_key);
         statement->bind(2, change.other->m_key);
         statement->run();
-        noteRow(change.owner->m_type, change.owner->m_key, RowChange::updated);
     }
+}
+
+void ContextSave::readLog() {
+    ChangeLog log(**m_context.m_database, m_context.m_container.schema());
+    auto entries = log.since(m_logBefore);
+    if (!entries)
+        throw StoreError("The store's log of changes is damaged");
+    m_entries = std::move(*entries);
+    if (m_entries.empty())
+        return;
+    const std::int64_t last = m_entries.back().number;
+    log.shorten(last);
+    // Before the commit, so that nobody takes them for another process's.
+    m_context.m_container.m_ownEntries.add(m_logBefore, last);
+}
+
+void ContextSave::noteEcho() const {
+    if (!m_context.m_echoes || m_entries.empty())
+        return;
+    // What the store's own rules have changed is news to this context too.
+    std::set<std::pair<const EntityType*, RowKey>> written;
+    for (const auto* objects : {&m_context.m_inserted, &m_context.m_changed})
+        for (const Entity* object : *objects)
+            written.emplace(object->m_type, object->m_key);
+    for (const auto& entry : m_entries)
+        if (entry.kind != ChangeLog::Entry::Kind::updated || written.contains({entry.type, entry.key}))
+            m_context.m_echoes->insert(entry.number);
 }
 
 void ContextSave::settleObjects() {
@@ -156,16 +171,14 @@ void ContextSave::settleObjects() {
     for (Entity* object : m_context.m_changed)
         object->m_changed = 0;
     bool deletions = false;
-    for (auto& registry : m_context.m_registries) {
-        for (const auto& [row, change] : m_rows) {
-            if (row.first != registry.type || change != RowChange::deleted)
-                continue;
-            Entity* const* found = registry.byKey.find(row.second);
-            if (found == nullptr)
-                continue;
-            (*found)->m_state = Entity::State::deleted;
-            deletions = true;
-        }
+    for (const auto& entry : m_entries) {
+        if (entry.kind != ChangeLog::Entry::Kind::deleted)
+            continue;
+        Entity* const* found = m_context.registryOf(*entry.type).byKey.find(entry.key);
+        if (found == nullptr)
+            continue;
+        (*found)->m_state = Entity::State::deleted;
+        deletions = true;
     }
     for (Entity* object : m_vanished)
         object->m_state = Entity::State::deleted;
@@ -177,18 +190,11 @@ void ContextSave::settleObjects() {
         m_context.forgetDeleted();
 }
 
-void ContextSave::publish() {
-    auto changes = std::make_shared<ChangeSet>();
-    for (const auto& [row, change] : m_rows)
-        changes->rows.push_back({row.first, row.second, change});
-    m_context.m_container.publish(std::move(changes));
-}
-
 void ContextSave::abandon() noexcept {
-    if (m_context.m_database) {
+    if (m_context.m_database)
         (*m_context.m_database)->rollBack();
-        (*m_context.m_database)->observeRows(nullptr);
-    }
+    if (!m_entries.empty())
+        m_context.m_container.m_ownEntries.takeBack(m_logBefore);
     m_context.m_writeGuard.reset();
     for (Entity* object : m_context.m_inserted)
         object->m_key = 0;

@@ -3,41 +3,46 @@
 #include "Store/ModelContext.h"
 
 #include <chrono>
-#include <map>
-#include <memory>
-#include <string_view>
+#include <cstdint>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace quillorn {
 
 /// One save of a context: inserts, updates, deletions and links in one transaction, then the objects follow.
 class ContextSave {
   public:
-    ContextSave(ModelContext& context, std::chrono::milliseconds patience) : m_context(context), m_patience(patience) {}
+    /// `turn` is the write lock, where it is at hand.
+    ContextSave(ModelContext& context, std::chrono::milliseconds patience,
+                std::optional<WriteLock::Guard> turn = std::nullopt)
+        : m_context(context),
+          m_patience(patience),
+          m_turn(std::move(turn)) {}
 
     /// Throws StoreError, with nothing written and the objects as they were.
     void run();
 
   private:
-    using RowId = std::pair<const EntityType*, RowKey>;
-
     void beginTransaction();
-    void observeRows();
     void writeAll();
     void assignKeys();
     void insertRow(Entity& object);
     void updateRow(Entity& object);
     void deleteRows();
     void writeLinks();
-    void noteRow(const EntityType* type, RowKey key, RowChange change);
+    void readLog();
     void settleObjects();
-    void publish();
+    /// For a context that follows the log: which entries it need not follow.
+    void noteEcho() const;
     void abandon() noexcept;
 
     ModelContext& m_context;
     std::chrono::milliseconds m_patience; // with other writers
-    /// What SQLite reports while the transaction runs, each row once.
-    std::map<RowId, RowChange> m_rows;
+    std::optional<WriteLock::Guard> m_turn;
+    std::int64_t m_logBefore = 0; // the number of the last entry that is not of this save
+    /// What this save has noted in the log.
+    std::vector<ChangeLog::Entry> m_entries;
     std::vector<Entity*> m_vanished; // changed here, but deleted by somebody else before
 };
 

@@ -135,23 +135,6 @@ void Database::checkpoint(bool truncateLog) noexcept {
     sqlite3_busy_timeout(m_handle, busyMilliseconds);
 }
 
-void Database::observeRows(RowObserver observer) {
-    m_rowObserver = std::move(observer);
-    if (!m_rowObserver) {
-        sqlite3_update_hook(m_handle, nullptr, nullptr);
-        return;
-    }
-    sqlite3_update_hook(
-        m_handle,
-        [](void* self, int operation, const char*, const char* table, sqlite3_int64 key) {
-            const RowChange change = operation == SQLITE_INSERT   ? RowChange::inserted
-                                     : operation == SQLITE_DELETE ? RowChange::deleted
-                                                                  : RowChange::updated;
-            static_cast<Database*>(self)->m_rowObserver(table, key, change);
-        },
-        this);
-}
-
 bool Database::hasMoved() const {
     int moved = 0;
     return sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;

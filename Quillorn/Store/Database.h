@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,9 +15,6 @@
 #include <typeindex>
 
 namespace quillorn {
-
-/// What happened to one row, as SQLite's update hook tells it.
-enum class RowChange { inserted, updated, deleted };
 
 /// One connection to a SQLite file, used by one thread at a time. It never checkpoints by itself, neither after a
 /// commit nor on closing: see WriteLock for why.
@@ -68,10 +64,6 @@ class Database {
     /// does no harm, since the log keeps everything, and is not reported.
     void checkpoint(bool truncateLog) noexcept;
 
-    using RowObserver = std::function<void(std::string_view table, std::int64_t key, RowChange change)>;
-    /// Called for every row written from now on, those of foreign key actions included. An empty function ends it.
-    void observeRows(RowObserver observer);
-
     /// Whether its path leads to another file than the one that is open, or to none.
     bool hasMoved() const;
 
@@ -102,7 +94,6 @@ class Database {
     std::map<std::string, Cached, std::less<>> m_statements;
     std::optional<Sight> m_derivedFrom;
     std::map<std::type_index, std::any> m_derived;
-    RowObserver m_rowObserver;
     int m_logPages = 0;
 };
 

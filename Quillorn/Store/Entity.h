@@ -27,7 +27,7 @@ class Entity {
     RowKey key() const { return m_key; }
     const EntityType& type() const { return *m_type; }
     ModelContext& context() const { return *m_context; }
-    /// True from the removal on; the object stays allocated until its context goes.
+    /// True from the removal on; the object stays allocated until its context goes, or lets go of it.
     bool isDeleted() const { return m_state == State::deleted; }
 
   protected:
@@ -59,6 +59,9 @@ class Entity {
     friend class RelationLoader;
     friend class ContextSave;
     friend class ContextRefresh;
+    friend class ContextRelease;
+    friend class Hold;
+    friend class ObservedRows;
     template <auto Member>
     friend struct ColumnAccess;
 
@@ -71,7 +74,9 @@ class Entity {
     RowKey m_key = 0;
     UUID m_id;
     std::uint32_t m_changed = 0; // a bit for each column that the next save writes
+    std::uint32_t m_holds = 0;   // how many hold it in a context that lets go of its objects
     State m_state = State::inserted;
+    bool m_isKept = false; // while ContextRelease looks for what stays
 };
 
 } // namespace quillorn

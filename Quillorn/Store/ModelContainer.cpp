@@ -3,7 +3,6 @@
 #include "Platform/NotificationCenter.h"
 #include "Platform/Process.h"
 #include "Platform/UUID.h"
-#include "Store/ChangeSet.h"
 #include "Store/StoreError.h"
 
 #include <fcntl.h>
@@ -106,6 +105,7 @@ void ModelContainer::open(const MigrationPlan* plan) {
     else
         migrateStoreByInference(*database, m_schema);
     // Last of all: it changes the file, and one that can't be brought to the schema must stay as it is.
+    ChangeLog(*database, m_schema).prepare();
     if (isInMemory()) {
         m_anchor = m_pool.open();
         return;
@@ -160,11 +160,9 @@ void ModelContainer::checkpointIfDue(Database& database) {
     database.checkpoint(database.logPages() >= truncatePages);
 }
 
-void ModelContainer::publish(std::shared_ptr<const ChangeSet> changes) noexcept {
+void ModelContainer::publish() noexcept {
     try {
-        Notification notification{.name = std::string(storeDidSave), .object = {}, .userInfo = {}};
-        notification.userInfo.emplace("changes", std::move(changes));
-        notifications().post(notification);
+        notifications().post({.name = std::string(storeDidSave), .object = {}, .userInfo = {}});
     } catch (...) {
         // The commit stands, whatever an observer makes of it.
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Store/ChangeLog.h"
 #include "Store/ConnectionPool.h"
 #include "Store/Migration.h"
 #include "Store/WriteLock.h"
@@ -17,7 +18,6 @@ class Clock;
 class NotificationCenter;
 class RandomSource;
 class StoreLostError;
-struct ChangeSet;
 
 /// Where a container keeps its data.
 struct ModelConfiguration {
@@ -69,6 +69,7 @@ class ModelContainer {
   private:
     friend class ModelContext;
     friend class ContextSave;
+    friend class MainContext;
     friend void replaceStoreContents(ModelContainer& source, ModelContainer& live);
 
     void open(const MigrationPlan* plan);
@@ -81,13 +82,14 @@ class ModelContainer {
     /// After a commit, under the write lock: keeps the write-ahead log short.
     void checkpointIfDue(Database& database);
     /// Posts storeDidSave; never throws.
-    void publish(std::shared_ptr<const ChangeSet> changes) noexcept;
+    void publish() noexcept;
 
     const Schema& m_schema;
     ModelConfiguration m_configuration;
     StoreEnvironment m_environment;
     WriteLock m_writeLock;
     ConnectionPool m_pool;
+    OwnEntries m_ownEntries;
     std::optional<StoreFiles> m_files; // absent for a store in memory
     /// Keeps a store in memory alive while no context is open.
     std::unique_ptr<Database> m_anchor;

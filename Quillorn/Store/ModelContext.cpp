@@ -46,8 +46,10 @@ ModelContext::Registry& ModelContext::registryOf(const EntityType& type) {
 
 Database& ModelContext::database() {
     checkThread();
-    if (!m_database)
+    if (!m_database) {
         m_database.emplace(m_container.m_pool.borrow());
+        noteUse();
+    }
     Database& connection = **m_database;
     // A store in memory has no snapshots: there a reader would stop the writers.
     if (!connection.inTransaction() && !m_container.isInMemory())
@@ -87,7 +89,31 @@ Entity& ModelContext::objectFromRow(Registry& registry, const Statement& row) {
     return *place;
 }
 
+Entity* ModelContext::findById(const EntityType& type, const UUID& id) {
+    Registry& registry = registryOf(type);
+    for (; registry.indexed < registry.objects.size(); ++registry.indexed) {
+        Entity* object = registry.objects[registry.indexed].get();
+        registry.byId.try_emplace(object->m_id, object);
+    }
+    const auto known = registry.byId.find(id);
+    if (known != registry.byId.end() && known->second->m_id == id && !known->second->isDeleted())
+        return known->second;
+    Entity* found = nullptr;
+    fetchInto(type, Query{.where = "id = ?", .values = {id}, .order = "key LIMIT 1"},
+              [&](Entity& object) { found = &object; });
+    return found;
+}
+
+Entity* ModelContext::findByKey(const EntityType& type, RowKey key) {
+    Entity* found = nullptr;
+    if (Entity* const* known = registryOf(type).byKey.find(key))
+        return (*known)->isDeleted() ? nullptr : *known;
+    fetchInto(type, Query{.where = "key = ?", .values = {key}}, [&](Entity& object) { found = &object; });
+    return found;
+}
+
 Entity& ModelContext::insertBlank(const EntityType& type) {
+    noteUse();
     Registry& registry = registryOf(type);
     std::unique_ptr<Entity> object = type.make();
     object->m_context = this;
@@ -101,11 +127,13 @@ Entity& ModelContext::insertBlank(const EntityType& type) {
 void ModelContext::noteChanged(Entity& object) {
     checkThread();
     assert(!object.isDeleted());
+    noteUse();
     if (object.m_state == Entity::State::stored)
         m_changed.push_back(&object);
 }
 
 void ModelContext::noteLink(const ToMany& relation, Entity& owner, Entity& other, bool linked) {
+    noteUse();
     // Undoing an unsaved change takes it back; the same pair may also have been changed from its other side.
     const auto samePair = [&](const LinkChange& change) {
         return change.relation->linkTable == relation.linkTable &&
@@ -123,6 +151,7 @@ void ModelContext::remove(Entity& object) {
     checkThread();
     if (object.isDeleted())
         return;
+    noteUse();
     if (object.m_state == Entity::State::inserted)
         std::erase(m_inserted, &object);
     else
@@ -172,6 +201,11 @@ void ModelContext::forgetDeleted() {
 void ModelContext::save(std::chrono::milliseconds patience) {
     checkThread();
     ContextSave(*this, patience).run();
+}
+
+void ModelContext::save(WriteLock::Guard turn) {
+    checkThread();
+    ContextSave(*this, m_patience, std::move(turn)).run();
 }
 
 void ModelContext::refresh() {

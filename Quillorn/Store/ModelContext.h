@@ -6,11 +6,13 @@
 #include "Store/ModelContainer.h"
 
 #include <chrono>
-#include <map>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -53,17 +55,16 @@ class ModelContext {
         return objects;
     }
 
-    /// The record of that id, the oldest where several carry it; null when there is none. Finds new records that are
-    /// not saved yet.
+    /// The record of that id; null when there is none. One that this context has, saved or not, is not looked up. Where
+    /// several rows carry the id it is one that this context has, else the oldest.
     template <class Type>
     Type* find(const UUID& id) {
-        Type* found = nullptr;
-        for (Entity* object : m_inserted)
-            if (object->m_type == &Type::entityType() && object->m_id == id)
-                return static_cast<Type*>(object);
-        fetchInto(Type::entityType(), Query{.where = "id = ?", .values = {id}, .order = "key LIMIT 1"},
-                  [&](Entity& object) { found = static_cast<Type*>(&object); });
-        return found;
+        return static_cast<Type*>(findById(Type::entityType(), id));
+    }
+    /// The same by row key.
+    template <class Type>
+    Type* find(RowKey key) {
+        return static_cast<Type*>(findByKey(Type::entityType(), key));
     }
 
     /// Makes a new record with a fresh id. The arguments go to its `initialize`.
@@ -79,7 +80,9 @@ class ModelContext {
 
     /// Writes everything in one transaction. When it throws StoreError, the store and the objects are as before:
     /// StoreBusyError when others were writing for longer than `patience`.
-    void save(std::chrono::milliseconds patience = WriteLock::usualPatience);
+    void save(std::chrono::milliseconds patience);
+    /// With the usual patience; that of the main context is short.
+    void save() { save(m_patience); }
     bool hasChanges() const {
         return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty() || !m_links.empty();
     }
@@ -107,12 +110,19 @@ class ModelContext {
     friend class RelationLoader;
     friend class ContextSave;
     friend class ContextRefresh;
+    friend class ContextRelease;
+    friend class MainContext;
+    friend class ObservedRows;
+    friend class ObservedCount;
 
     /// The objects of one type.
     struct Registry {
         const EntityType* type = nullptr;
         std::vector<std::unique_ptr<Entity>> objects;
         KeyMap<Entity*> byKey;
+        /// Of the first `indexed` objects. May also lead to one that has another id by now.
+        std::unordered_map<UUID, Entity*> byId;
+        std::size_t indexed = 0;
     };
     /// An unsaved change of a link: the table's first and second object, and whether they are to be linked.
     struct LinkChange {
@@ -136,7 +146,16 @@ class ModelContext {
                 visit(object);
     }
 
+    /// With the write lock at hand.
+    void save(WriteLock::Guard turn);
+    Entity* findById(const EntityType& type, const UUID& id);
+    Entity* findByKey(const EntityType& type, RowKey key);
     void checkThread() const;
+    /// To be called when a reading begins, and before anything is changed.
+    void noteUse() const {
+        if (m_used)
+            m_used();
+    }
     Registry& registryOf(const EntityType& type);
     Database& database();
     /// The object of the row that the statement stands on, made if need be.
@@ -160,6 +179,10 @@ class ModelContext {
     std::vector<Entity*> m_changed;
     std::vector<Entity*> m_removed;
     std::vector<LinkChange> m_links;
+    std::chrono::milliseconds m_patience = WriteLock::usualPatience;
+    std::function<void()> m_used;
+    /// For a context that follows the log of changes: the numbers of its own entries, which it need not follow.
+    std::optional<std::set<std::int64_t>> m_echoes;
 };
 
 } // namespace quillorn

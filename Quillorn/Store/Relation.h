@@ -19,6 +19,7 @@ class ReferenceBase {
     friend class RelationLoader;
     friend class ContextSave;
     friend class ContextRefresh;
+    friend class ContextRelease;
     template <auto Member>
     friend struct ColumnAccess;
 
@@ -46,6 +47,7 @@ class ListBase {
     friend class RelationLoader;
     friend class ContextSave;
     friend class ContextRefresh;
+    friend class ContextRelease;
 
     /// `loading` while its owner is one of those that the loader is at work for.
     enum class State : std::uint8_t { absent, notLoaded, loading, loaded };

@@ -113,11 +113,14 @@ void replaceStoreContents(ModelContainer& source, ModelContainer& live) {
         // The copy makes no reference without its target. Unwatched, tables are emptied at once instead of row by row.
         database->execute("PRAGMA foreign_keys = OFF");
         Transaction transaction(*database, Transaction::Kind::write);
+        ChangeLog log(*database, live.schema());
+        log.suspend(); // it would hold every row twice
         ContentCopy(reading, *database, live.schema()).run();
+        log.resume();
         transaction.commit();
         live.checkpointIfDue(*database);
     }
-    live.publish(nullptr);
+    live.publish();
 }
 
 } // namespace quillorn

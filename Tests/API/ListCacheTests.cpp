@@ -3,6 +3,7 @@
 #include "API/APITest.h"
 #include "API/ListImage.h"
 #include "Support/Dice.h"
+#include "Support/ManualQueue.h"
 #include "Support/TestRecords.h"
 #include "Support/Threads.h"
 
@@ -106,7 +107,7 @@ TEST_F(ListCacheTest, whoHasWrittenReadsItAndEachAnswerIsOfOneMoment) {
 }
 
 TEST_F(ListCacheTest, keepsNothingOfLongRequests) {
-    ListCache cache(*store.container);
+    ListCache cache(*store.container, loop);
     const std::string longText(3000, 'x');
     for (const auto& [path, query] : {std::pair(longText, std::string()), {"/", longText}}) {
         HttpRequest request;
@@ -118,7 +119,8 @@ TEST_F(ListCacheTest, keepsNothingOfLongRequests) {
 }
 
 TEST_F(ListCacheTest, keepsWhatIsAskedForAgainAndFindsRoom) {
-    ListCache cache(*store.container);
+    ManualQueue queue(clock);
+    ListCache cache(*store.container, queue);
     const Date now = clock.now();
     const auto visit = [&](const std::string& path, Date when) {
         HttpRequest request;
@@ -146,9 +148,9 @@ TEST_F(ListCacheTest, keepsWhatIsAskedForAgainAndFindsRoom) {
     EXPECT_FALSE(isKept("/large") || isKept("/small"));
 
     keep("/small", 10);
-    cache.dropUnused();
+    queue.advance(30s);
     EXPECT_TRUE(isKept("/small"));
-    cache.dropUnused();
+    queue.advance(30s);
     EXPECT_FALSE(isKept("/larger"));
 
     const auto [request, before] = visit("/late", now);

@@ -14,7 +14,7 @@ const Json& document() {
 
 TEST_F(APITest, openApiDescribesExactlyTheRoutesThatAreServed) {
     std::vector<std::string> served;
-    ListCache lists(*store.container);
+    ListCache lists(*store.container, loop);
     for (const auto& routes : {apiRoutes(*store.container, clock, text, paths, lists), mcpRoutes({})})
         for (const Route& route : routes)
             served.push_back(route.method + " " + route.path);

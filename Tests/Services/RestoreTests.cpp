@@ -13,7 +13,7 @@ using RestoreTest = BackupTest;
 TEST_F(RestoreTest, bringsBackTheDataAndCanBeUndone) {
     MainContext main(*container, queue, log);
     int told = 0;
-    main.addListener([&](const ChangeSet*) { ++told; });
+    const auto token = main.observe([&](const ChangeSet&) { ++told; });
     change(*container, [](ModelContext& context) {
         auto& task = make<ProjectTask>(context, {.title = "parent"});
         task.setTags({&make<Tag>(context, {.name = "then"})});

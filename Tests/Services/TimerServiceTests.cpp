@@ -18,7 +18,6 @@ using Work = std::function<void(ModelContext&)>;
 
 struct TimerServiceTest : testing::Test, TestStore {
     TimerServiceTest() {
-        main.addListener([this](const ChangeSet* saved) { timer.storeDidChange(saved, context); });
         a = make<ProjectTask>(context, {.title = "A"}).id();
         b = make<ProjectTask>(context, {.title = "B"}).id();
         context.save();
@@ -28,7 +27,10 @@ struct TimerServiceTest : testing::Test, TestStore {
     ProjectTask& task(const UUID& id) { return *context.find<ProjectTask>(id); }
     TimeEntry& entryOf(const UUID& id) { return **task(id).timeEntries().begin(); }
     /// What another process does: a container of its own, whose notifications this one does not get.
-    void inAnotherProcess(const Work& work) { change(*StoreSurroundings().open(file()), work); }
+    void inAnotherProcess(const Work& work) {
+        change(*StoreSurroundings().open(file()), work);
+        main.noticeFileChange();
+    }
     /// Lets the main context notice.
     void settle() { queue.advance(1s); }
     std::size_t runningEntries() { return context.fetch<TimeEntry>({.where = "endTime IS NULL"}).size(); }
@@ -38,14 +40,15 @@ struct TimerServiceTest : testing::Test, TestStore {
     MainContext main{*container, queue, log};
     ModelContext& context = main.context();
     TimerService timer{notifications, queue, clock};
+    Observation following = main.observe([this](const ChangeSet& changes) { timer.storeDidChange(changes, context); });
     UUID a, b;
 };
 
 TEST_F(TimerServiceTest, startsTicksAndStops) {
     const Date start = clock.now();
+    const std::size_t timers = queue.timerCount();
     task(a).setCompleted(true, start);
     queue.runPosted();
-    const std::size_t timers = queue.timerCount();
     int changes = 0;
     timer.onChange = [&] { ++changes; };
     timer.adjustStart(start, context); // nothing runs

@@ -34,8 +34,8 @@ std::int64_t integer(ModelContainer& container, const std::string& sql) {
 Lines contents(ModelContainer& container) {
     ModelContext context(container);
     Lines all;
-    for (const auto& table : lines(context, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name <> "
-                                            "'sqlite_sequence' ORDER BY name")) {
+    for (const auto& table : lines(context, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT "
+                                            "IN ('sqlite_sequence', 'ChangeLog') ORDER BY name")) {
         const auto values = lines(context, fmt::format(R"(
             SELECT iif(f."table" IS NULL, printf('typeof("%w") || hex("%w")', c.name, c.name),
                 printf('coalesce((SELECT (SELECT count(*) FROM "%w" b WHERE b.key <= a.key) FROM "%w" a WHERE a.key = t."%w"), ''-'')',

@@ -1,5 +1,7 @@
-#include "Store/ChangeSet.h"
+#include "Store/MainContext.h"
 #include "Store/StoreError.h"
+#include "Support/FakeClock.h"
+#include "Support/ManualQueue.h"
 #include "Support/ScopedLimit.h"
 #include "Support/StoreTest.h"
 
@@ -261,31 +263,40 @@ TEST(DeleteRules, takeAlongWhatBelongsAndClearWhatRefers) {
 
 TEST_F(Delete, andEveryOtherChangeIsToldOnceWithTheCascades) {
     populate(context);
+    FakeClock clock;
+    ManualQueue queue(clock);
+    MainContext main(*container, queue, log);
     std::vector<std::string> rows;
-    const auto token = notifications.observe(storeDidSave, [&](const Notification& notification) {
-        const auto changes = std::any_cast<std::shared_ptr<const ChangeSet>>(notification.userInfo.at("changes"));
-        for (const auto& row : changes->rows) {
-            const char* const kinds[] = {" inserted", " updated", " deleted"};
-            EXPECT_GT(row.key, 0);
+    std::vector<UUID> deleted;
+    const auto token = main.observe([&](const ChangeSet& changes) {
+        for (const auto& row : changes.rows) {
+            const char* const kinds[] = {" related", " updated", " inserted", " deleted"};
+            EXPECT_FALSE(row.isOfOthers);
             rows.push_back(std::string(row.type->name) + kinds[static_cast<int>(row.change)]);
+            if (row.change == RowChange::deleted && row.type == &ProjectTask::entityType())
+                deleted.push_back(row.id);
         }
     });
     const auto saved = [&] {
         rows.clear();
         context.save();
+        queue.runPosted();
         return rows;
     };
     auto& added = make<ProjectTask>(context, {.title = "new"});
     added.setTags({&named<Tag>(context, "tag")});
     named<Project>(context, "away").setName("renamed");
-    EXPECT_THAT(saved(), UnorderedElementsAre("ProjectTask inserted", "Project updated"));
+    EXPECT_THAT(saved(), UnorderedElementsAre("ProjectTask inserted", "Tag related", "Project updated"));
     added.setTags({});
-    EXPECT_THAT(saved(), ElementsAre("ProjectTask updated")) << "links alone";
+    EXPECT_THAT(saved(), UnorderedElementsAre("ProjectTask related", "Tag related"));
     named<ProjectTask>(context, "task").setTitle("task"); // no change
     named<ProjectTask>(context, "sub").setTitle("changed");
+    const UUID gone = named<ProjectTask>(context, "task").id();
     removing<ProjectTask>(context, "task");
-    EXPECT_THAT(saved(), UnorderedElementsAre("ProjectTask deleted", "TimeEntry deleted", "Note deleted",
-                                              "ProjectTask updated", "ProjectTask updated"));
+    EXPECT_THAT(saved(),
+                UnorderedElementsAre("ProjectTask deleted", "TimeEntry deleted", "Note deleted", "ProjectTask updated",
+                                     "ProjectTask updated", "Project related", "Tag related"));
+    EXPECT_THAT(deleted, ElementsAre(gone));
 }
 
 } // namespace

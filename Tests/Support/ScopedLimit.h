@@ -31,6 +31,11 @@ class ScopedLimit {
     rlimit m_before{};
 };
 
+/// No file or socket can be opened.
+struct NoDescriptors {
+    ScopedLimit descriptors{RLIMIT_NOFILE, 0};
+};
+
 /// Keeps the files of this process from growing: a disk without space, as far as SQLite can tell.
 struct FullDisk {
     FullDisk() { std::signal(SIGXFSZ, SIG_IGN); }

@@ -177,8 +177,7 @@ void QuillornApp::createServices(Schedules schedules) {
 
 TimerService& QuillornApp::timerService() {
     if (!m_timerService) {
-        m_timerService =
-            std::make_unique<TimerService>(m_environment.notifications, m_environment.mainQueue, m_environment.clock);
+        m_timerService = std::make_unique<TimerService>(m_environment.mainQueue, m_environment.clock);
         m_timerFollowsStore = m_mainContext->observe(
             [this](const ChangeSet& changes) { m_timerService->storeDidChange(changes, mainContext()); });
     }

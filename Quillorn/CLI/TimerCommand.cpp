@@ -82,10 +82,11 @@ ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process) {
     auto* task = timer.context.find<ProjectTask>(*id);
     if (task == nullptr)
         throw std::runtime_error(fmt::format("there is no task with the id {}", id->string()));
-    if (const TimeEntry* former = timer.service.activeEntry(timer.context))
-        fmt::print("Stopped: {}\n", line(*former, session.clock().now()));
+    const TimeEntry* former = timer.service.activeEntry(timer.context);
     timer.service.start(*task, timer.context);
     timer.context.save();
+    if (former != nullptr)
+        fmt::print("Stopped: {}\n", line(*former, session.clock().now()));
     fmt::print("Started: {}\n", shown(task->title()));
     printStillRunning(entriesBeside(timer.service.activeEntry(timer.context), timer.context), session.clock().now());
     return ExitStatus::success;

@@ -6,7 +6,7 @@
 #include "Platform/Clock.h"
 #include "Store/StoreError.h"
 
-#include <any>
+#include <utility>
 
 namespace quillorn {
 
@@ -22,20 +22,7 @@ void saveQuietly(ModelContext& context) {
 
 } // namespace
 
-TimerService::TimerService(NotificationCenter& notifications, MainQueue& queue, const Clock& clock)
-    : m_queue(queue),
-      m_clock(clock) {
-    m_completionObserver = notifications.observe(
-        quillornTaskCompleted,
-        [this](const Notification& notification) {
-            const auto found = notification.userInfo.find("taskId");
-            const UUID* task = found != notification.userInfo.end() ? std::any_cast<UUID>(&found->second) : nullptr;
-            // The completion has ended the entry by itself.
-            if (task != nullptr && m_running && m_running->task == *task)
-                reset();
-        },
-        &queue);
-}
+TimerService::TimerService(MainQueue& queue, const Clock& clock) : m_queue(queue), m_clock(clock) {}
 
 TimerService::~TimerService() {
     if (m_timer)
@@ -59,18 +46,21 @@ bool TimerService::isActive(const ProjectTask& task) const {
 }
 
 void TimerService::start(ProjectTask& task, ModelContext& context) {
-    if (isRunning())
-        stop(context);
     const Date now = m_clock.now();
+    endActiveEntry(context, now);
     const auto& entry = context.insert<TimeEntry>(TimeEntry::Arguments{.task = &task, .startTime = now});
     startWork(task, now);
     takeUp(entry);
 }
 
-void TimerService::stop(ModelContext& context) {
+void TimerService::endActiveEntry(ModelContext& context, Date now) const {
     TimeEntry* entry = activeEntry(context);
     if (entry != nullptr && entry->isRunning())
-        entry->setEndTime(m_clock.now());
+        entry->setEndTime(now);
+}
+
+void TimerService::stop(ModelContext& context) {
+    endActiveEntry(context, m_clock.now());
     saveQuietly(context);
     reset();
 }
@@ -93,17 +83,33 @@ void TimerService::adjustStart(Date date, ModelContext& context) {
 }
 
 void TimerService::resumeRunningEntry(ModelContext& context) {
-    m_seen.clear();
-    takeUpUnseenEntry(context);
+    takeUpLatest(context.fetch<TimeEntry>({.where = "endTime IS NULL"}));
 }
 
 void TimerService::storeDidChange(const ChangeSet& changes, ModelContext& context) {
     followActiveEntry(context);
+    if (m_running)
+        return;
+    if (changes.isEverything)
+        return resumeRunningEntry(context);
+    std::vector<TimeEntry*> begun;
     for (const ChangeSet::Row& row : changes.rows)
-        if (row.type == &TimeEntry::entityType() && row.change == RowChange::inserted && !row.isOfOthers)
-            m_seen.insert(row.key);
-    if (changes.includesOthers())
-        takeUpUnseenEntry(context);
+        if (row.type == &TimeEntry::entityType() && row.change == RowChange::inserted && row.isOfOthers)
+            if (auto* entry = context.find<TimeEntry>(row.key))
+                begun.push_back(entry);
+    takeUpLatest(begun);
+}
+
+/// Of those that run; of two that began at once, the one that was made later.
+void TimerService::takeUpLatest(const std::vector<TimeEntry*>& entries) {
+    const TimeEntry* latest = nullptr;
+    const auto order = [](const TimeEntry& entry) { return std::pair(entry.startTime(), entry.key()); };
+    for (const TimeEntry* entry : entries)
+        // One that has got its end here counts as ended, though that is not saved yet.
+        if (entry->isRunning() && (latest == nullptr || order(*latest) < order(*entry)))
+            latest = entry;
+    if (latest != nullptr)
+        takeUp(*latest);
 }
 
 void TimerService::followActiveEntry(ModelContext& context) {
@@ -120,18 +126,6 @@ void TimerService::followActiveEntry(ModelContext& context) {
     tick();
 }
 
-void TimerService::takeUpUnseenEntry(ModelContext& context) {
-    const auto running = context.fetch<TimeEntry>({.where = "endTime IS NULL", .order = "startTime DESC, key DESC"});
-    std::unordered_set<RowKey> keys;
-    for (const TimeEntry* entry : running) {
-        // One that has got its end here counts as ended, though that is not saved yet.
-        if (!m_running && entry->isRunning() && !m_seen.contains(entry->key()))
-            takeUp(*entry);
-        keys.insert(entry->key());
-    }
-    m_seen = std::move(keys);
-}
-
 void TimerService::takeUp(const TimeEntry& entry) {
     const ProjectTask* task = entry.task();
     m_running = Running{entry.id(), task != nullptr ? std::optional(task->id()) : std::nullopt, entry.startTime()};
@@ -139,7 +133,7 @@ void TimerService::takeUp(const TimeEntry& entry) {
         m_timer = m_queue.every(std::chrono::seconds(1), [this] { tick(); });
     // Anew from the start each time, so that a machine that slept leaves no error.
     m_elapsedTime = secondsBetween(m_running->startTime, m_clock.now());
-    changed();
+    m_observers.tell();
 }
 
 void TimerService::tick() {
@@ -149,7 +143,7 @@ void TimerService::tick() {
     if (elapsed == m_elapsedTime)
         return;
     m_elapsedTime = elapsed;
-    changed();
+    m_observers.tell();
 }
 
 void TimerService::reset() {
@@ -158,12 +152,7 @@ void TimerService::reset() {
     m_timer.reset();
     m_running.reset();
     m_elapsedTime = 0;
-    changed();
-}
-
-void TimerService::changed() const {
-    if (onChange)
-        onChange();
+    m_observers.tell();
 }
 
 } // namespace quillorn

@@ -2,13 +2,13 @@
 
 #include "Platform/Date.h"
 #include "Platform/MainQueue.h"
-#include "Platform/NotificationCenter.h"
+#include "Platform/Observers.h"
 #include "Platform/UUID.h"
 #include "Store/ModelContext.h"
 
-#include <functional>
 #include <optional>
-#include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace quillorn {
 
@@ -22,13 +22,13 @@ class TimeEntry;
 /// caller's context.
 class TimerService {
   public:
-    TimerService(NotificationCenter& notifications, MainQueue& queue, const Clock& clock);
+    TimerService(MainQueue& queue, const Clock& clock);
     ~TimerService();
     TimerService(const TimerService&) = delete;
     TimerService& operator=(const TimerService&) = delete;
 
-    /// Called after the state below has changed, once a second while the timer runs.
-    std::function<void()> onChange;
+    /// Tells after the state below has changed, once a second while the timer runs.
+    Observation observe(Observers<>::Handler handler) { return m_observers.add(std::move(handler)); }
 
     bool isRunning() const { return m_running.has_value(); }
     /// What the display shows, in seconds; 0 while nothing runs.
@@ -40,8 +40,8 @@ class TimerService {
     ProjectTask* activeTask(ModelContext& context) const;
     bool isActive(const ProjectTask& task) const;
 
-    /// Stops a timer that runs, and begins a new entry on the task, which goes in progress: a completed one is
-    /// reopened. The caller saves.
+    /// Ends the entry that runs and begins a new one on the task, which goes in progress: a completed one is reopened.
+    /// The caller saves, so that both are on the disk or neither.
     void start(ProjectTask& task, ModelContext& context);
     /// Ends the running entry and saves; a failure to save is not reported, the context tries again with its next save.
     void stop(ModelContext& context);
@@ -52,8 +52,9 @@ class TimerService {
     /// Takes up the entry that began last of those that run; for the launch.
     void resumeRunningEntry(ModelContext& context);
 
-    /// To be told of every change of the store. Lets go of an entry that has been ended or deleted, and takes up a
-    /// timer that another process has started.
+    /// To be told of every change that is on the disk. Lets go of an entry that has been ended or deleted, by whatever
+    /// surface, and takes up a timer that another process has started. Entries that other surfaces of this process
+    /// begin are never taken up.
     void storeDidChange(const ChangeSet& changes, ModelContext& context);
 
   private:
@@ -64,22 +65,18 @@ class TimerService {
     };
 
     void takeUp(const TimeEntry& entry);
+    void takeUpLatest(const std::vector<TimeEntry*>& entries);
+    void endActiveEntry(ModelContext& context, Date now) const;
     void followActiveEntry(ModelContext& context);
-    /// Takes up the latest running entry that nobody has seen yet; all that run now count as seen.
-    void takeUpUnseenEntry(ModelContext& context);
     void tick();
     void reset();
-    void changed() const;
 
     MainQueue& m_queue;
     const Clock& m_clock;
     std::optional<Running> m_running;
     double m_elapsedTime = 0;
     std::optional<MainQueue::TimerId> m_timer;
-    /// Running entries that are not for this service to take up any more: it had its choice, or they were made by
-    /// another surface of this process.
-    std::unordered_set<RowKey> m_seen;
-    Observation m_completionObserver;
+    Observers<> m_observers;
 };
 
 } // namespace quillorn

@@ -39,18 +39,18 @@ struct TimerServiceTest : testing::Test, TestStore {
     ManualQueue queue{clock};
     MainContext main{*container, queue, log};
     ModelContext& context = main.context();
-    TimerService timer{notifications, queue, clock};
+    TimerService timer{queue, clock};
     Observation following = main.observe([this](const ChangeSet& changes) { timer.storeDidChange(changes, context); });
     UUID a, b;
 };
 
 TEST_F(TimerServiceTest, startsTicksAndStops) {
+    task(a).setCompleted(true, clock.now());
+    settle();
     const Date start = clock.now();
     const std::size_t timers = queue.timerCount();
-    task(a).setCompleted(true, start);
-    queue.runPosted();
     int changes = 0;
-    timer.onChange = [&] { ++changes; };
+    const Observation state = timer.observe([&] { ++changes; });
     timer.adjustStart(start, context); // nothing runs
     timer.start(task(a), context);
     EXPECT_TRUE(timer.isRunning() && timer.isActive(task(a)) && !timer.isActive(task(b)));
@@ -118,22 +118,25 @@ TEST_F(TimerServiceTest, aLaunchTakesUpTheLatestRunningEntry) {
     EXPECT_EQ(runningEntries(), 1U);
 }
 
-TEST_F(TimerServiceTest, completingTheTaskResetsAndEndsTheEntryOnce) {
+TEST_F(TimerServiceTest, completingTheTaskResetsOnceItIsOnTheDisk) {
     timer.start(task(a), context);
     context.save();
     const Date completion = clock.now() + 30s;
+    {
+        ModelContext failing(*container);
+        failing.find<ProjectTask>(a)->setCompleted(true, completion);
+        queue.runPosted();
+    }
+    EXPECT_TRUE(timer.isActive(task(a))) << "nothing was saved";
     change(*container, [&](ModelContext& other) { other.find<ProjectTask>(a)->setCompleted(true, completion); });
     queue.runPosted();
     EXPECT_FALSE(timer.isRunning());
     EXPECT_EQ(entryOf(a).endTime(), completion);
-    // Of another task it is no business of the timer, and notifications without a proper id are passed over.
+    // Of another task it is no business of the timer.
     timer.start(task(b), context);
     task(a).setCompleted(false, clock.now());
     task(a).setCompleted(true, clock.now());
-    for (const std::any& id : {std::any(), std::any(b.string())})
-        notifications.post({std::string(quillornTaskCompleted), {}, {{"taskId", id}}});
-    notifications.post({std::string(quillornTaskCompleted), {}, {}});
-    queue.runPosted();
+    settle();
     EXPECT_TRUE(timer.isActive(task(b)));
 }
 

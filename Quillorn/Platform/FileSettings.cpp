@@ -1,6 +1,8 @@
 #include "Platform/AtomicFile.h"
 #include "Platform/Clock.h"
 #include "Platform/FileContent.h"
+#include "Platform/FileWatch.h"
+#include "Platform/QueuedObservers.h"
 #include "Platform/SettingsStore.h"
 #include "Platform/SystemLog.h"
 
@@ -117,6 +119,9 @@ struct FileSettings::State {
     /// Of the state that `values` came from; absent when the next access must read.
     std::optional<Fingerprint> fingerprint;
     std::string lastComplaint;
+    QueuedObservers observers;
+    /// Once somebody observes.
+    std::unique_ptr<FileWatch> watch;
 };
 
 /// A file that changed within the resolution of its time stamp can't be told from its former state, so a fresh one
@@ -248,6 +253,20 @@ void FileSettings::registerDefaults(const Json::Object& defaults) {
     const std::lock_guard lock(m_state->mutex);
     for (const auto& [key, value] : defaults)
         m_state->defaults.insert_or_assign(key, value);
+}
+
+Observation FileSettings::observe(MainQueue& queue, std::function<void()> handler) {
+    Observation observation = m_state->observers.add(queue, std::move(handler));
+    const std::lock_guard lock(m_state->mutex);
+    if (m_state->watch)
+        return observation;
+    try {
+        createPrivateFolder(m_state->file.parent_path());
+        m_state->watch = watchFile(m_state->file, [state = m_state.get()] { state->observers.tell(); });
+    } catch (const std::system_error& error) {
+        m_state->log.log(fmt::format("Settings are not watched: {}", error.what()));
+    }
+    return observation;
 }
 
 } // namespace quillorn

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Platform/Json.h"
+#include "Platform/Observers.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +12,7 @@
 
 namespace quillorn {
 
+class MainQueue;
 class SystemLog;
 
 /// Persisted values by key. Safe to share between threads.
@@ -25,6 +28,8 @@ class SettingsStore {
     virtual void remove(std::string_view key) = 0;
     /// Values to read where none is stored; they live as long as the process and are never written.
     virtual void registerDefaults(const Json::Object& defaults) = 0;
+    /// Tells, on the queue, that stored values may have changed, by this process or another.
+    [[nodiscard]] virtual Observation observe(MainQueue& queue, std::function<void()> handler) = 0;
 };
 
 /// Settings in one JSON file, replaced as a whole at each change (written beside it, fsync, rename), under an
@@ -40,6 +45,8 @@ class FileSettings final : public SettingsStore {
     void set(std::string_view key, Json value) override;
     void remove(std::string_view key) override;
     void registerDefaults(const Json::Object& defaults) override;
+    /// By the system's word on the file; where the system can't watch, nothing is told.
+    [[nodiscard]] Observation observe(MainQueue& queue, std::function<void()> handler) override;
 
   private:
     struct State;

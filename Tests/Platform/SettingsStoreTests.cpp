@@ -1,3 +1,4 @@
+#include "Platform/RunLoop.h"
 #include "Support/MemorySettings.h"
 #include "Support/RecordingLog.h"
 #include "Support/ScopedLimit.h"
@@ -90,6 +91,21 @@ TEST_F(FileSettingsTest, seesWhatOthersWriteAtOnceAndLeavesAnUnchangedFileAlone)
     EXPECT_EQ(settings.value("a"), Json(1));
     fs::remove(file);
     EXPECT_EQ(settings.value("a"), std::nullopt);
+}
+
+TEST_F(FileSettingsTest, whoObservesHearsOfChangesByAnybodyUntilItsTokenGoes) {
+    RunLoop loop(log);
+    FileSettings others(file, log);
+    int ended = 0;
+    std::optional<Observation> other = settings.observe(loop, [&] { ++ended; });
+    const Observation observation = settings.observe(loop, [&] { loop.stop(); });
+    other.reset();
+    for (FileSettings* writer : {&others, &settings}) {
+        writer->set("key", writer == &others);
+        loop.run();
+        EXPECT_EQ(settings.value("key"), Json(writer == &others));
+    }
+    EXPECT_EQ(ended, 0);
 }
 
 TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/QueuedObservers.h"
 #include "Platform/SettingsStore.h"
 
 #include <atomic>
@@ -21,16 +22,22 @@ class MemorySettings final : public SettingsStore {
         throwIfFailing();
         const std::lock_guard lock(m_mutex);
         m_values.insert_or_assign(std::string(key), std::move(value));
+        m_observers.tell();
     }
     void remove(std::string_view key) override {
         throwIfFailing();
         const std::lock_guard lock(m_mutex);
         m_values.erase(std::string(key));
+        m_observers.tell();
     }
     void registerDefaults(const Json::Object& defaults) override {
         const std::lock_guard lock(m_mutex);
         for (const auto& [key, value] : defaults)
             m_defaults.insert_or_assign(key, value);
+    }
+
+    Observation observe(MainQueue& queue, std::function<void()> handler) override {
+        return m_observers.add(queue, std::move(handler));
     }
 
     /// While it is set, changes throw as those to a full disk do.
@@ -50,6 +57,7 @@ class MemorySettings final : public SettingsStore {
     mutable std::mutex m_mutex;
     Json::Object m_values;
     Json::Object m_defaults;
+    QueuedObservers m_observers;
 };
 
 } // namespace quillorn

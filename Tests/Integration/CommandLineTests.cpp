@@ -2,6 +2,7 @@
 #include "Platform/FileDescriptor.h"
 #include "Support/TestClient.h"
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -143,8 +144,11 @@ struct OnTerminal : ProgramTest {
                                              }});
         program.wait();
         screen = {};
-        std::string text(4000, '\0');
-        text.resize(static_cast<std::size_t>(std::max<ssize_t>(0, ::read(terminal.number(), text.data(), 4000))));
+        std::string text;
+        std::array<char, 4096> piece{};
+        // A read gives what one write has left, up to the end that is an error where a terminal is concerned.
+        for (ssize_t count = 0; (count = ::read(terminal.number(), piece.data(), piece.size())) > 0;)
+            text.append(piece.data(), static_cast<std::size_t>(count));
         return text;
     }
 };

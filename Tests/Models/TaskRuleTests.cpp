@@ -160,5 +160,23 @@ TEST_F(TaskRules, deletionsAreConfirmedInWords) {
               (Confirmation{"Delete Note?", "This permanently deletes “head”. This can’t be undone."}));
 }
 
+TEST_F(TaskRules, movingTakesTheTaskAlone) {
+    auto &from = make<Project>(context), &to = make<Project>(context);
+    auto &task = make<ProjectTask>(context, {.project = &from}),
+         &child = make<ProjectTask>(context, {.project = &from});
+    child.setParentTask(&task);
+    const auto& comment = *addComment(task, "c", testNow);
+    moveTask(task, &to, later);
+    EXPECT_EQ(task.project(), &to);
+    EXPECT_EQ(task.updatedAt(), later);
+    EXPECT_EQ(child.project(), &from);
+    EXPECT_EQ(child.parentTask(), &task);
+    EXPECT_EQ(comment.project(), &from);
+    for (const Date untouched : {child.updatedAt(), from.updatedAt(), to.updatedAt()})
+        EXPECT_EQ(untouched, testNow);
+    moveTask(task, nullptr, later);
+    EXPECT_EQ(task.project(), nullptr);
+}
+
 } // namespace
 } // namespace quillorn

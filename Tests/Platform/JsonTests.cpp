@@ -198,5 +198,15 @@ TEST(JsonWriter, writesAsItGoesAndNothingBehindASinkThatThrew) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST(JsonWriter, losesNothingBetweenItsPieces) {
+    Json::Array expected;
+    // Lengths around the size of the buffer hit each of its edges.
+    for (const std::size_t length : {0u, 1u, 65'534u, 65'535u, 65'536u, 200'000u, 7u})
+        expected.emplace_back(std::string(length, 'x') + "\n\xC3\xA9");
+    for (int i = 0; i < 40'000; ++i)
+        expected.emplace_back(i);
+    EXPECT_EQ(Json::parse(written([&](JsonWriter& writer) { writer.value(expected); })), Json(expected));
+}
+
 } // namespace
 } // namespace quillorn

@@ -110,5 +110,20 @@ TEST_F(NotificationCenterTest, droppingATokenWaitsForTheHandlerOnAnotherThread) 
     EXPECT_TRUE(leftBeforeDropEnded);
 }
 
+TEST_F(NotificationCenterTest, manyThreadsPostObserveAndDropAtOnce) {
+    std::atomic<int> calls = 0;
+    const auto counter = center.observe("a", [&](const Notification&) { ++calls; });
+    onThreads(4, [&](int) {
+        for (int i = 0; i < 300; ++i) {
+            auto alive = std::make_unique<int>(1);
+            auto token = center.observe("a", [&value = *alive](const Notification&) { EXPECT_EQ(value, 1); });
+            post("a");
+            token = {};
+            alive.reset(); // no handler may still look at it
+        }
+    });
+    EXPECT_EQ(calls, 4 * 300);
+}
+
 } // namespace
 } // namespace quillorn

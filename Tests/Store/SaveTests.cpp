@@ -299,5 +299,24 @@ TEST_F(Delete, andEveryOtherChangeIsToldOnceWithTheCascades) {
     EXPECT_THAT(deleted, ElementsAre(gone));
 }
 
+TEST_F(Delete, takesAlongUnsavedRecordsToo) {
+    for (const bool stored : {true, false}) {
+        auto& project = make<Project>(context);
+        if (stored)
+            context.save();
+        auto& task = make<ProjectTask>(context, {.project = &project});
+        auto& sub = make<ProjectTask>(context);
+        sub.setParentTask(&task);
+        make<TimeEntry>(context, {.task = &task});
+        task.setTags({&make<Tag>(context)});
+        context.remove(project);
+        EXPECT_TRUE(task.isDeleted());
+        context.save();
+        EXPECT_EQ(sub.parentTask(), nullptr);
+    }
+    EXPECT_EQ(context.fetch<Project>().size() + context.fetch<TimeEntry>().size(), 0U);
+    EXPECT_EQ(context.fetch<ProjectTask>().size() + context.fetch<Tag>().size(), 4U);
+}
+
 } // namespace
 } // namespace quillorn

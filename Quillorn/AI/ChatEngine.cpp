@@ -56,7 +56,10 @@ AnswerStream<std::string> ChatEngine::begin(const Work& work) {
     auto exchange = std::make_shared<Exchange>(m_link);
     const Texts texts;
     setPhase(ChatEnginePhase::thinking);
-    exchange->tasks.start(answer(exchange->link, texts, work(exchange->link, texts)));
+    if (exchange->link->engine != nullptr)
+        exchange->tasks.start(answer(exchange->link, texts, work(exchange->link, texts)));
+    else
+        texts.finish(); // stopped by somebody who was told of the beginning
     return {texts, std::move(exchange)};
 }
 

@@ -37,6 +37,11 @@ void ScriptedServer::standBy(Script script) {
     m_standBy = std::move(script);
 }
 
+void ScriptedServer::forgetScripts() {
+    const std::lock_guard lock(m_mutex);
+    m_scripts.clear();
+}
+
 std::vector<HttpRequest> ScriptedServer::requests(std::size_t count) {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [&] { return m_requests.size() >= count; });

@@ -34,6 +34,8 @@ class ScriptedServer {
     std::string url() const { return "http://127.0.0.1:" + std::to_string(m_listener.boundPort()); }
     void expect(Script script);
     void standBy(Script script);
+    /// Those that no request has got.
+    void forgetScripts();
     /// Waits until so many requests have come, and gives them all.
     std::vector<HttpRequest> requests(std::size_t count = 0);
     /// Waits until a script has come to its silence, with all before it on its way.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AI/AIService.h"
-#include "Models/ParsedTaskResult.h"
+#include "Models/TaskNames.h"
 #include "Platform/Observers.h"
 
 #include <optional>

@@ -1,5 +1,6 @@
 #include "App/QuillornApp.h"
 
+#include "AI/AIEnvironment.h"
 #include "API/APIServer.h"
 #include "App/DataMigration.h"
 #include "MCP/MCPServer.h"
@@ -8,6 +9,7 @@
 #include "Platform/AtomicFile.h"
 #include "Platform/Background.h"
 #include "Platform/FileWatch.h"
+#include "Platform/HttpClient.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Paths.h"
 #include "Platform/SystemLog.h"
@@ -148,6 +150,7 @@ void QuillornApp::createServices(Schedules schedules) {
     if (m_runMode == RunMode::normal && schedules == Schedules::run)
         m_storeWatch = watchFile(m_container->configuration().url->string() + "-wal",
                                  [context = m_mainContext.get()] { context->noticeFileChange(); });
+    m_httpClient = std::make_unique<HttpClient>(m_environment.mainQueue);
     m_backupService = std::make_unique<BackupService>(
         BackupEnvironment{
             .clock = m_environment.clock,
@@ -182,6 +185,11 @@ TimerService& QuillornApp::timerService() {
             [this](const ChangeSet& changes) { m_timerService->storeDidChange(changes, mainContext()); });
     }
     return *m_timerService;
+}
+
+AIEnvironment QuillornApp::aiEnvironment() {
+    return {*m_httpClient,       m_environment.settings, mainContext(),     m_environment.mainQueue,
+            m_environment.clock, m_environment.calendar, m_environment.text};
 }
 
 StoreRecovery QuillornApp::storeRecovery() const {

@@ -15,12 +15,14 @@
 
 namespace quillorn {
 
+struct AIEnvironment;
 class APIServer;
 class Background;
 class BackupService;
 class Calendar;
 class Clock;
 class FileWatch;
+class HttpClient;
 class MainQueue;
 class NotificationCenter;
 class Paths;
@@ -91,6 +93,8 @@ class QuillornApp {
     APIServer& apiServer() { return *m_apiServer; }
     /// Made on first use.
     TimerService& timerService();
+    /// For conversations with a model; they must not outlive this object.
+    AIEnvironment aiEnvironment();
 
     /// Present in fallback mode only.
     const std::optional<std::string>& launchFailureMessage() const { return m_launchFailureMessage; }
@@ -123,6 +127,7 @@ class QuillornApp {
     std::unique_ptr<Background> m_background;
     std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<FileWatch> m_storeWatch;
+    std::unique_ptr<HttpClient> m_httpClient;
     std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;

@@ -1,5 +1,6 @@
 #include "CLI/CommandLine.h"
 
+#include "CLI/AICommandLine.h"
 #include "CLI/Output.h"
 #include "CLI/Suggestion.h"
 
@@ -156,6 +157,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addSettings(*app, chosen);
     addTimer(*app, chosen);
     addBackups(*app, chosen);
+    addAICommands(*app, chosen);
     addDoctor(*app, chosen);
     addHelp(*app, chosen);
     return app;

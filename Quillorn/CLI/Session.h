@@ -17,6 +17,7 @@ class Session {
     FileSettings& settings() { return m_world.settings(); }
     const Clock& clock() const { return m_world.clock(); }
     const Calendar& calendar() const { return m_world.calendar(); }
+    const Text& text() const { return m_world.text(); }
 
     /// Whether the user's store could not be opened; says so on standard error.
     bool hasFailed();

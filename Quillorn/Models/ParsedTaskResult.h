@@ -9,12 +9,6 @@
 
 namespace quillorn {
 
-/// The names that a sentence may refer to.
-struct TaskNames {
-    std::vector<std::string> projects;
-    std::vector<std::string> tags;
-};
-
 /// What a sentence says of a new task.
 struct ParsedTaskResult {
     std::string title;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/ParsedTaskResult.h"
+#include "Models/TaskNames.h"
 
 #include <string_view>
 

@@ -571,4 +571,9 @@ HttpClient::Running HttpClient::start(HttpCall call, HttpCallHandlers handlers) 
     return Running(m_engine->start(std::move(call), std::move(handlers)));
 }
 
+std::optional<std::string> HttpClient::hostOf(const std::string& url) {
+    const URLHandle parsed = parseURL(url);
+    return parsed ? std::optional(partOf(parsed.get(), CURLUPART_HOST)) : std::nullopt;
+}
+
 } // namespace quillorn

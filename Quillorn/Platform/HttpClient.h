@@ -93,6 +93,9 @@ class HttpClient {
     /// character; nothing is sent then.
     [[nodiscard]] Running start(HttpCall call, HttpCallHandlers handlers);
 
+    /// The host that a call to `url` would go to; absent where start() throws InvalidURL.
+    static std::optional<std::string> hostOf(const std::string& url);
+
   private:
     class Engine;
     std::shared_ptr<Engine> m_engine;

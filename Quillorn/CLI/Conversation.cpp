@@ -38,13 +38,17 @@ void Conversation::await(const std::function<void(AIChatView&)>& begin, bool sho
     m_endsLine = true;
     {
         ProgressLine progress;
+        bool isWaiting = false;
+        const auto isOver = [&] { return !m_view.isStreaming() && !m_view.streamingMessageID(); };
         const Observation news = m_view.observe([&] {
             showNews(showsText, progress);
-            if (!m_view.isStreaming() && !m_view.streamingMessageID())
+            if (isWaiting && isOver())
                 m_session.mainQueue().stop();
         });
         begin(m_view);
-        m_session.mainQueue().run();
+        isWaiting = !isOver();
+        if (isWaiting)
+            m_session.mainQueue().run();
     }
     if (!m_endsLine)
         fmt::print("\n");

@@ -1,11 +1,13 @@
 #include "CLI/Examination.h"
 
+#include "AI/AIService.h"
 #include "App/QuillornApp.h"
 #include "CLI/PortProbe.h"
 #include "Models/Formatters.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
 #include "Platform/FileContent.h"
+#include "Platform/HttpClient.h"
 #include "Platform/Paths.h"
 #include "Platform/SettingsStore.h"
 #include "Services/BackupFolder.h"
@@ -193,6 +195,22 @@ Finding examineSettings(const fs::path& file, const std::string& fault, const Se
             isThere(file) ? file.string() : fmt::format("no {}, all have their defaults", file.string())};
 }
 
+bool isThisMachine(const std::string& host) {
+    return host == "localhost" || host.ends_with(".localhost") || host.starts_with("127.") || host == "[::1]";
+}
+
+Finding examineAI(SettingsStore& store) {
+    if (!AIService::isConfigured(store))
+        return {"AI", true, "not configured; aiEndpoint and aiModel say which server and model to ask"};
+    const std::string endpoint = Settings(store).text(setting("aiEndpoint"));
+    const auto host = HttpClient::hostOf(endpoint);
+    if (!host)
+        return {"AI", false, fmt::format("aiEndpoint is no web address: {}", endpoint)};
+    return {"AI", true,
+            fmt::format("configured; the server {} is {}", *host,
+                        isThisMachine(*host) ? "on this machine" : "not on this machine: what is asked leaves it")};
+}
+
 Finding examinePort(SettingsStore& store) {
     const std::int64_t port = APIServerOptions::fromSettings(store).port;
     if (port < 1 || port > 65535)
@@ -258,6 +276,7 @@ std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, Rando
     findings.push_back(examineBackups(store, folder, backups, settings, now));
     findings.push_back(examineSettings(settingsPath, fault, settings));
     findings.push_back(examinePort(settings));
+    findings.push_back(examineAI(settings));
     findings.push_back(examineRoom(store, folder));
     return findings;
 }

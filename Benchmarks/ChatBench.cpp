@@ -21,6 +21,7 @@
 #include "Platform/TemporaryDirectory.h"
 #include "Platform/Text.h"
 #include "Stopwatch.h"
+#include "Store/ModelContext.h"
 
 #include <csignal>
 #include <curl/curl.h>

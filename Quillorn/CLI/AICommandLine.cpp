@@ -9,11 +9,16 @@ namespace quillorn {
 namespace {
 
 void addSubject(CLI::App& command, ChatSubjectOptions& options) {
-    CLI::Option_group* subject = command.add_option_group("Subject", "What it is about; one of these");
-    subject->add_option("--project", options.project, "A project: its id, the beginning of it, or its name")
-        ->type_name("P");
-    subject->add_option("--client", options.client, "A client, in the same way")->type_name("C");
-    subject->require_option(1);
+    CLI::Option* project =
+        command.add_option("--project", options.project, "A project: its id, the beginning of it, or its name")
+            ->type_name("P");
+    command.add_option("--client", options.client, "A client, in the same way")->type_name("C")->excludes(project);
+}
+
+/// One of the two is needed; a group of options would say so too, but is none for the man page and the completions.
+void requireSubject(const ChatSubjectOptions& options) {
+    if (!options.project && !options.client)
+        throw CLI::RequiredError("--project or --client");
 }
 
 void addAI(CLI::App& app, Action& chosen) {
@@ -42,7 +47,10 @@ void addChat(CLI::App& app, Action& chosen) {
     command->add_flag("--json", options->json, "Print the history as JSON")->needs(history);
     CLI::Option* clear = command->add_flag("--clear", options->clear, "Delete the conversation")->excludes(history);
     command->add_flag("--yes", options->confirmed, "Don't ask before deleting")->needs(clear);
-    command->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return chat(*options, process); }; });
+    command->callback([=, &chosen] {
+        requireSubject(*options);
+        chosen = [=](const ProcessInfo& process) { return chat(*options, process); };
+    });
 }
 
 void addSummary(CLI::App& app, Action& chosen) {
@@ -54,8 +62,10 @@ void addSummary(CLI::App& app, Action& chosen) {
     command->add_option("--from", options->from, "The first day")->required()->type_name("DATE");
     command->add_option("--to", options->to, "The last day, which counts whole")->required()->type_name("DATE");
     command->add_flag("--html", options->html, "Print HTML for a mail program");
-    command->callback(
-        [=, &chosen] { chosen = [=](const ProcessInfo& process) { return summarise(*options, process); }; });
+    command->callback([=, &chosen] {
+        requireSubject(*options);
+        chosen = [=](const ProcessInfo& process) { return summarise(*options, process); };
+    });
 }
 
 void addParse(CLI::App& app, Action& chosen) {

@@ -24,6 +24,10 @@ logged() {
     fi
 }
 
+can_install() {
+    [ "$(id -u)" = 0 ] || command -v sudo >/dev/null
+}
+
 # The packages of the sections of packages.txt that are not installed, one a line.
 missing_packages() {
     local wanted=" $* " section='' name command installed
@@ -34,6 +38,10 @@ missing_packages() {
             '['*) section=${name//[\[\]]/} ;;
             *)
                 [[ $wanted == *" $section "* ]] || continue
+                if [[ $command == '?' ]]; then
+                    can_install || continue
+                    command=''
+                fi
                 if [[ -z $command || $command == '#'* ]] || ! command -v "$command" >/dev/null; then
                     packages+=("$name")
                 fi
@@ -78,7 +86,7 @@ install_packages() {
     missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
     missing=${missing//$'\n'/ }
-    [ "$(id -u)" = 0 ] || command -v sudo >/dev/null ||
+    can_install ||
         die "these packages are missing, and only root can install them (there is no sudo): $missing"
     say "Installing Debian packages (output in build/setup.log): $missing"
     apt_get update || die "apt-get update failed"

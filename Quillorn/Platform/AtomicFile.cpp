@@ -109,6 +109,24 @@ void syncFolder(const fs::path& folder) {
         ::fsync(opened.number());
 }
 
+FileDescriptor openLockFile(const fs::path& lockFile) {
+    FileDescriptor file(::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file)
+        throwLastError("open");
+    return file;
+}
+
+/// False where the operation is not to wait and another one has the lock.
+bool lock(const FileDescriptor& file, int operation) {
+    while (::flock(file.number(), operation) != 0) {
+        if ((operation & LOCK_NB) != 0 && errno == EWOULDBLOCK)
+            return false;
+        if (errno != EINTR)
+            throwLastError("flock");
+    }
+    return true;
+}
+
 } // namespace
 
 void replaceFile(const fs::path& file, std::string_view content, Links links, FileMode mode) {
@@ -171,13 +189,13 @@ void createPrivateFolder(const fs::path& folder) {
     throwLastError("mkdir");
 }
 
-FileLock::FileLock(const fs::path& lockFile)
-    : m_file(::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)) {
-    if (!m_file)
-        throwLastError("open");
-    while (::flock(m_file.number(), LOCK_EX) != 0)
-        if (errno != EINTR)
-            throwLastError("flock");
+FileLock::FileLock(const fs::path& lockFile) : m_file(openLockFile(lockFile)) {
+    lock(m_file, LOCK_EX);
+}
+
+std::optional<FileLock> FileLock::tryLock(const fs::path& lockFile) {
+    FileDescriptor file = openLockFile(lockFile);
+    return lock(file, LOCK_EX | LOCK_NB) ? std::optional(FileLock(std::move(file))) : std::nullopt;
 }
 
 } // namespace quillorn

@@ -4,7 +4,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace quillorn {
 
@@ -48,8 +50,12 @@ void createPrivateFolder(const std::filesystem::path& folder);
 class FileLock {
   public:
     explicit FileLock(const std::filesystem::path& lockFile);
+    /// Absent, at once, while another one has it.
+    static std::optional<FileLock> tryLock(const std::filesystem::path& lockFile);
 
   private:
+    explicit FileLock(FileDescriptor file) : m_file(std::move(file)) {}
+
     FileDescriptor m_file;
 };
 

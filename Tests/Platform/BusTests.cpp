@@ -1,7 +1,7 @@
 #include "Platform/Linux/SystemdBus.h"
-#include "Platform/RunLoop.h"
 #include "Support/BusDaemon.h"
 #include "Support/RecordingLog.h"
+#include "Support/RunUntil.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -23,18 +23,7 @@ constexpr const char* path = "/com/quillorn/Test";
 /// Two processes' worth of connections to a daemon of their own.
 class BusTest : public testing::Test {
   protected:
-    /// Runs the loop until it holds.
-    void waitUntil(const std::function<bool()>& holds) {
-        const auto limit = loop.after(60s, [&] { loop.stop(); });
-        const auto poll = loop.every(1ms, [&] {
-            if (holds())
-                loop.stop();
-        });
-        loop.run();
-        loop.cancel(poll);
-        loop.cancel(limit);
-        ASSERT_TRUE(holds()) << "waited in vain";
-    }
+    void waitUntil(const std::function<bool()>& holds) { runUntil(loop, holds); }
 
     BusReply ask(BusCall call) {
         std::optional<BusReply> reply;

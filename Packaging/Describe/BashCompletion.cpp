@@ -1,5 +1,7 @@
 #include "Describe/Writers.h"
 
+#include "Models/Settings.h"
+
 #include <fmt/format.h>
 
 namespace quillorn {

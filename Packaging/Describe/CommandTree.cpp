@@ -1,7 +1,6 @@
 #include "Describe/CommandTree.h"
 
 #include "CLI/CommandLine.h"
-#include "Models/Settings.h"
 
 #include <CLI/CLI.hpp>
 
@@ -59,14 +58,6 @@ Offer offerFor(const ArgumentEntry& argument) {
     if (argument.name == "KEY")
         return Offer::settingKeys;
     return argument.name == "FILE" ? Offer::files : Offer::nothing;
-}
-
-std::vector<std::string> settingKeys() {
-    std::vector<std::string> keys;
-    keys.reserve(settingsCatalogue.size());
-    for (const Setting& setting : settingsCatalogue)
-        keys.emplace_back(setting.key);
-    return keys;
 }
 
 } // namespace quillorn

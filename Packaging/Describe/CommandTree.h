@@ -41,7 +41,4 @@ std::vector<const CommandEntry*> allCommands(const CommandEntry& top);
 enum class Offer { nothing, settingKeys, files };
 Offer offerFor(const ArgumentEntry& argument);
 
-/// The keys that `settings get`, `set` and `reset` take.
-std::vector<std::string> settingKeys();
-
 } // namespace quillorn

@@ -1,5 +1,7 @@
 #include "Describe/Writers.h"
 
+#include "Models/Settings.h"
+
 #include <fmt/format.h>
 
 namespace quillorn {
@@ -32,7 +34,7 @@ end
 complete -c quillorn -f
 )";
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result = "'";
     for (const char character : text) {
         if (character == '\'' || character == '\\')
@@ -43,12 +45,12 @@ std::string quoted(std::string_view text) {
 }
 
 std::string optionLine(const OptionEntry& option, const std::string& condition) {
-    std::string line = fmt::format("complete -c quillorn -n {}", quoted(condition));
+    std::string line = fmt::format("complete -c quillorn -n {}", inQuotes(condition));
     for (const std::string& name : option.names)
         line += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
     if (!option.value.empty())
         line += " -x";
-    return line + fmt::format(" -d {}\n", quoted(option.summary));
+    return line + fmt::format(" -d {}\n", inQuotes(option.summary));
 }
 
 std::string commandLines(const CommandEntry& command) {
@@ -60,14 +62,14 @@ std::string commandLines(const CommandEntry& command) {
     for (const OptionEntry& option : command.options)
         lines += optionLine(option, in);
     for (const CommandEntry& below : command.commands)
-        lines += fmt::format("complete -c quillorn -n {} -a {} -d {}\n", quoted(at), below.words.back(),
-                             quoted(below.summary));
+        lines += fmt::format("complete -c quillorn -n {} -a {} -d {}\n", inQuotes(at), below.words.back(),
+                             inQuotes(below.summary));
     // Only the first argument is one that a shell can offer anything for.
     const Offer offer = command.arguments.empty() ? Offer::nothing : offerFor(command.arguments.front());
     if (offer == Offer::settingKeys)
-        lines += fmt::format("complete -c quillorn -n {} -a '(__quillorn_keys)'\n", quoted(at));
+        lines += fmt::format("complete -c quillorn -n {} -a '(__quillorn_keys)'\n", inQuotes(at));
     else if (offer == Offer::files)
-        lines += fmt::format("complete -c quillorn -n {} -F\n", quoted(at));
+        lines += fmt::format("complete -c quillorn -n {} -F\n", inQuotes(at));
     return lines;
 }
 

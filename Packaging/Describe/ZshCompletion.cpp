@@ -1,12 +1,14 @@
 #include "Describe/Writers.h"
 
+#include "Models/Settings.h"
+
 #include <fmt/format.h>
 
 namespace quillorn {
 
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result = "'";
     for (const char character : text)
         result += character == '\'' ? "'\\''" : std::string(1, character);
@@ -36,23 +38,23 @@ std::string optionSpec(const OptionEntry& option) {
     if (!option.value.empty())
         spec += ":" + option.value + ": ";
     if (option.names.size() == 1)
-        return quoted(option.names.front() + spec);
+        return inQuotes(option.names.front() + spec);
     // The shell makes one word of each name.
-    return fmt::format("{}{{{}}}{}", quoted(fmt::format("({})", fmt::join(option.names, " "))),
-                       fmt::join(option.names, ","), quoted(spec));
+    return fmt::format("{}{{{}}}{}", inQuotes(fmt::format("({})", fmt::join(option.names, " "))),
+                       fmt::join(option.names, ","), inQuotes(spec));
 }
 
 std::string argumentSpec(const ArgumentEntry& argument) {
     const std::string begin = ":" + argument.name + ":";
     switch (offerFor(argument)) {
     case Offer::settingKeys:
-        return quoted(begin + "_quillorn_keys");
+        return inQuotes(begin + "_quillorn_keys");
     case Offer::files:
-        return quoted(begin + "_files");
+        return inQuotes(begin + "_files");
     case Offer::nothing:
         break;
     }
-    return quoted(begin + " ");
+    return inQuotes(begin + " ");
 }
 
 /// The rest of the function of a command that has others below it.
@@ -60,7 +62,7 @@ std::string choice(const CommandEntry& command) {
     std::string list;
     std::string cases;
     for (const CommandEntry& below : command.commands) {
-        list += fmt::format("                {}\n", quoted(below.words.back() + ":" + below.summary));
+        list += fmt::format("                {}\n", inQuotes(below.words.back() + ":" + below.summary));
         cases += fmt::format("                {}) {} ;;\n", below.words.back(), functionName(below));
     }
     return fmt::format(R"( \

@@ -9,6 +9,7 @@
 #include "Platform/SystemLog.h"
 
 #include <cassert>
+#include <cerrno>
 #include <chrono>
 #include <fmt/core.h>
 #include <latch>
@@ -23,6 +24,13 @@ constexpr const char* keyMissing = "API server not started: external access and 
                                    "key. Set one in Settings.";
 
 constexpr const char* startFailed = "Failed to start API server: ";
+
+/// What to do, behind the error.
+std::string adviceFor(const SocketError& error, std::uint16_t port) {
+    if (error.errorNumber() != EADDRINUSE)
+        return {};
+    return fmt::format("; another program listens on port {}: stop it, or choose another port", port);
+}
 
 } // namespace
 
@@ -113,7 +121,7 @@ Task<> APIServer::open(std::shared_ptr<Attempt> attempt, bool requireAuth) {
         attempt.reset();
         bound = co_await m_environment.background.run(std::move(opening));
     } catch (const SocketError& error) {
-        fault = error.what();
+        fault = error.what() + adviceFor(error, m_port);
         words = fmt::format("Can't listen on port {}: {}", m_port, error.text());
     } catch (const std::exception& error) {
         fault = words = error.what();
@@ -134,6 +142,7 @@ void APIServer::didOpen(std::uint16_t boundPort, bool requireAuth) {
     if (makeMCPHandler)
         m_environment.log.log(fmt::format("MCP endpoint available at http://{}:{}/mcp{}", host, m_port,
                                           requireAuth ? " (auth required)" : ""));
+    m_environment.log.log(fmt::format("API documentation at http://{}:{}/docs", host, m_port));
     m_observers.tell();
 }
 

@@ -1,6 +1,7 @@
 #include "API/Guards.h"
 
 #include "Platform/URLParts.h"
+#include "Platform/UTF8.h"
 
 #include <string_view>
 
@@ -52,8 +53,12 @@ Guard hostGuard() {
     };
 }
 
-Guard bearerGuard(std::string key) {
-    return [expected = "Bearer " + std::move(key)](const HttpRequest& request) -> std::optional<HttpResponse> {
+Guard bearerGuard(const std::string& key) {
+    // The values of headers are the bytes of the client as Latin-1; those of the key are UTF-8.
+    std::string header = "Bearer ";
+    for (const char byte : key)
+        appendLatin1(header, byte);
+    return [expected = std::move(header)](const HttpRequest& request) -> std::optional<HttpResponse> {
         const std::string& path = request.path;
         // The router takes a method with slashes for the first part of the path: that would lead elsewhere.
         const bool isPlain = request.method.find('/') == std::string::npos;

@@ -16,6 +16,6 @@ using Guard = std::function<std::optional<HttpResponse>(const HttpRequest&)>;
 /// another site reaches the server through the user's browser.
 Guard hostGuard();
 /// Demands the key as a Bearer token, except for health and documentation.
-Guard bearerGuard(std::string key);
+Guard bearerGuard(const std::string& key);
 
 } // namespace quillorn

@@ -12,6 +12,7 @@
 #include "Platform/HttpClient.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Paths.h"
+#include "Platform/SettingsStore.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupService.h"
@@ -34,6 +35,18 @@ constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
 /// Between the loss of the store and the end: for the answers that say so.
 constexpr std::chrono::milliseconds timeToAnswer{250};
 
+void checkReadAtStart(const SettingsStore& store) {
+    if (const std::string fault = store.fault(); !fault.empty())
+        throw std::runtime_error(fault);
+    for (const Setting& each : settingsCatalogue) {
+        const auto stored = each.isReadAtStart ? store.storedValue(each.key) : std::nullopt;
+        const bool isNumber = stored && each.type == SettingType::integer && isOfType(*stored, each.type);
+        if (stored && !isNumber && !isFit(*stored, each))
+            throw std::runtime_error(
+                fmt::format("API server not started: the setting {} has to be {}", each.key, describe(each)));
+    }
+}
+
 } // namespace
 
 std::filesystem::path storeFile(const Paths& paths) {
@@ -41,10 +54,12 @@ std::filesystem::path storeFile(const Paths& paths) {
 }
 
 APIServerOptions APIServerOptions::fromSettings(SettingsStore& store) {
+    checkReadAtStart(store);
     const Settings settings(store);
-    const std::int64_t port = settings.integer(setting("apiPort"));
+    const auto stored = store.storedValue("apiPort");
+    const std::int64_t* port = stored ? stored->asInteger() : nullptr;
     return {
-        .port = port == 0 ? std::int64_t{18080} : port,
+        .port = port != nullptr && *port != 0 ? *port : settings.integer(setting("apiPort")),
         .externalAccess = settings.boolean(setting("apiExternalAccess")),
         .requireAuthLocal = settings.boolean(setting("apiRequireAuthLocal")),
         .authKey = settings.text(setting("apiAuthKey")),
@@ -72,7 +87,7 @@ QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process,
     createServices(schedules);
     if (m_runMode == RunMode::normal && serverStart == ServerStart::bySetting &&
         Settings(m_environment.settings).boolean(setting("apiAutoStart")))
-        startAPIServer(APIServerOptions::fromSettings(m_environment.settings));
+        startAPIServerBySettings();
 }
 
 QuillornApp::~QuillornApp() = default;
@@ -194,6 +209,14 @@ AIEnvironment QuillornApp::aiEnvironment() {
 
 StoreRecovery QuillornApp::storeRecovery() const {
     return {m_launchFailureMessage.value_or(""), backupFolder(m_environment.settings, m_storeFile)};
+}
+
+void QuillornApp::startAPIServerBySettings() {
+    try {
+        startAPIServer(APIServerOptions::fromSettings(m_environment.settings));
+    } catch (const std::runtime_error& error) {
+        m_apiServer->setLastError(error.what());
+    }
 }
 
 void QuillornApp::startAPIServer(const APIServerOptions& options) {

@@ -64,7 +64,9 @@ struct APIServerOptions {
     bool requireAuthLocal = false;
     std::string authKey{};
 
-    /// A stored port of 0 counts as 18080.
+    /// A stored port of 0 counts as 18080; one out of range is for the start to refuse. Throws std::runtime_error when
+    /// the settings can't be read, or hold something else than they may: a server that asks for a key must not come up
+    /// without.
     static APIServerOptions fromSettings(SettingsStore& store);
 };
 
@@ -109,6 +111,7 @@ class QuillornApp {
     void startAPIServer(const APIServerOptions& options);
 
   private:
+    void startAPIServerBySettings();
     void openInMemory(const std::string& fatalWords);
     void openStore();
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;

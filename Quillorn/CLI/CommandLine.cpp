@@ -23,9 +23,13 @@ void addServe(CLI::App& app, Action& chosen) {
         ->type_name("N");
     command->add_flag("--external", options->external, "Let other machines reach the server; needs an API key");
     command->add_flag("--require-auth", options->requireAuth, "Require the API key on this machine too");
-    command->add_option("--key", options->key, "The API key; QUILLORN_API_KEY in the environment does the same")
-        ->envname("QUILLORN_API_KEY")
-        ->type_name("KEY");
+    CLI::Option* key = command->add_option("--key", options->key, "The API key; --key-file keeps it out of the history")
+                           ->type_name("KEY");
+    command
+        ->add_option("--key-file", options->keyFile,
+                     "A file with the API key, - for standard input; QUILLORN_API_KEY in the environment does the same")
+        ->excludes(key)
+        ->type_name("FILE");
     command->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return serve(*options, process); }; });
 }
 
@@ -38,6 +42,7 @@ void addSettings(CLI::App& app, Action& chosen) {
 
     CLI::App* list = settings->add_subcommand("list", "Show every setting and its value");
     list->add_flag("--all", options->all, "Also what services and windows keep for themselves");
+    list->add_flag("--show-keys", options->showKeys, "Also the keys, which are hidden otherwise");
     list->add_flag("--json", options->json, "Print JSON");
     list->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return listSettings(*options); }; });
 
@@ -48,8 +53,19 @@ void addSettings(CLI::App& app, Action& chosen) {
 
     CLI::App* set = settings->add_subcommand("set", "Change one setting");
     set->add_option("KEY", *key, "Name of the setting")->required();
-    set->add_option("VALUE", *value, "The new value")->required();
-    set->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return setSetting(*key, *value); }; });
+    auto isRead = std::make_shared<bool>(false);
+    auto isMade = std::make_shared<bool>(false);
+    CLI::Option* typed = set->add_option("VALUE", *value, "The new value");
+    CLI::Option* read = set->add_flag("--stdin", *isRead, "Read the value from standard input");
+    read->excludes(typed);
+    set->add_flag("--generate", *isMade, "Make a new key, for apiAuthKey")->excludes(typed)->excludes(read);
+    set->callback([=, &chosen] {
+        if (typed->count() == 0 && !*isRead && !*isMade)
+            throw CLI::RequiredError("VALUE");
+        chosen = [=](const ProcessInfo&) {
+            return *isMade ? generateSetting(*key) : *isRead ? readSetting(*key) : setSetting(*key, *value);
+        };
+    });
 
     CLI::App* reset = settings->add_subcommand("reset", "Go back to the default of one setting");
     reset->add_option("KEY", *key, "Name of the setting")->required();

@@ -17,6 +17,8 @@ struct ServeOptions {
     bool external = false;
     bool requireAuth = false;
     std::optional<std::string> key;
+    /// To read the key from; "-" is standard input.
+    std::optional<std::string> keyFile;
 };
 
 /// Runs the application without a window until SIGINT or SIGTERM.
@@ -25,12 +27,18 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process);
 struct SettingsOptions {
     /// Also what isn't chosen by the user.
     bool all = false;
+    /// Also what is secret.
+    bool showKeys = false;
     bool json = false;
 };
 
 ExitStatus listSettings(const SettingsOptions& options);
 ExitStatus getSetting(const std::string& key, const SettingsOptions& options);
 ExitStatus setSetting(const std::string& key, const std::string& value);
+/// The same with what standard input says.
+ExitStatus readSetting(const std::string& key);
+/// The same with a key that is made here.
+ExitStatus generateSetting(const std::string& key);
 ExitStatus resetSetting(const std::string& key);
 
 /// The timer of the user's store, also while a server runs on it.

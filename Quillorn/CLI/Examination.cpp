@@ -3,6 +3,7 @@
 #include "AI/AIService.h"
 #include "App/QuillornApp.h"
 #include "CLI/PortProbe.h"
+#include "CLI/Suggestion.h"
 #include "Models/Formatters.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
@@ -168,31 +169,48 @@ Finding examineBackups(const fs::path& store, const fs::path& folder, const std:
     return {"backups", true, text};
 }
 
-/// What is wrong with the file of the settings; empty for a sound or a missing one.
-std::string faultOfSettings(const fs::path& file) {
+struct SettingsContent {
+    /// What is wrong with the file; empty for a sound or a missing one.
+    std::string fault{};
+    Json::Object values{};
+};
+
+SettingsContent readSettings(const fs::path& file) {
     try {
-        if (Json::parse(readWhole(openFile(file))).asObject() == nullptr)
-            return "it is no JSON object";
+        const Json content = Json::parse(readWhole(openFile(file)));
+        if (const Json::Object* values = content.asObject())
+            return {.values = *values};
+        return {.fault = "it is no JSON object"};
     } catch (const JsonError& error) {
-        return error.what();
+        return {.fault = error.what()};
     } catch (const std::system_error& error) {
-        return error.code() == std::errc::no_such_file_or_directory ? "" : error.code().message();
+        return {.fault = error.code() == std::errc::no_such_file_or_directory ? "" : error.code().message()};
     }
-    return "";
 }
 
-Finding examineSettings(const fs::path& file, const std::string& fault, const SettingsStore& store) {
-    if (!fault.empty())
-        return {"settings", false,
-                fmt::format("{} can't be read ({}): mend it, or remove it to start with the defaults", file.string(),
-                            fault)};
-    for (const Setting& each : settingsCatalogue)
-        if (const auto stored = store.storedValue(each.key); stored && !isOfType(*stored, each.type))
-            return {"settings", false,
-                    fmt::format("{} is to be {}, and is not; \"quillorn settings reset {}\" mends it", each.key,
-                                describe(each.type), each.key)};
-    return {"settings", true,
-            isThere(file) ? file.string() : fmt::format("no {}, all have their defaults", file.string())};
+/// What is wrong with one entry of the file; empty when nothing is.
+std::string faultOf(const std::string& key, const Json& value) {
+    const Setting* known = findSetting(key);
+    if (known == nullptr)
+        return fmt::format("there is no setting {}{}", key, suggestion(key, settingKeys()));
+    return isFit(value, *known) ? std::string() : fmt::format("{} is to be {}, and is not", key, describe(*known));
+}
+
+std::vector<Finding> examineSettings(const fs::path& file, const SettingsContent& content) {
+    if (!content.fault.empty())
+        return {{"settings", false,
+                 fmt::format("{} can't be read ({}): mend it, or remove it to start with the defaults", file.string(),
+                             content.fault)}};
+    std::vector<Finding> findings;
+    for (const auto& [key, value] : content.values)
+        if (const std::string fault = faultOf(key, value); !fault.empty())
+            findings.push_back(
+                {"settings", false, fmt::format("{}; \"quillorn settings reset {}\" mends it", fault, key)});
+    if (findings.empty())
+        findings.push_back(
+            {"settings", true,
+             isThere(file) ? file.string() : fmt::format("no {}, all have their defaults", file.string())});
+    return findings;
 }
 
 bool isThisMachine(const std::string& host) {
@@ -212,7 +230,12 @@ Finding examineAI(SettingsStore& store) {
 }
 
 Finding examinePort(SettingsStore& store) {
-    const std::int64_t port = APIServerOptions::fromSettings(store).port;
+    std::int64_t port = 0;
+    try {
+        port = APIServerOptions::fromSettings(store).port;
+    } catch (const std::runtime_error& error) {
+        return {"port", false, error.what()};
+    }
     if (port < 1 || port > 65535)
         return {"port", false, fmt::format("{} is no port; \"quillorn settings reset apiPort\" mends it", port)};
     switch (probePort(static_cast<std::uint16_t>(port))) {
@@ -265,16 +288,17 @@ std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, Rando
                              Date now) {
     const fs::path store = storeFile(paths);
     const fs::path settingsPath = settingsFile(paths);
-    const std::string fault = faultOfSettings(settingsPath);
-    // A broken file would be set aside by the first who reads it.
-    FileSettings settings(fault.empty() ? settingsPath : settingsPath.parent_path() / "none", log);
+    const SettingsContent content = readSettings(settingsPath);
+    // What is wrong with a broken file is said once, by the finding.
+    FileSettings settings(content.fault.empty() ? settingsPath : settingsPath.parent_path() / "none", log);
     const fs::path folder = backupFolder(settings, store);
     const auto backups = backupsIn(folder, calendar);
 
     std::vector<Finding> findings = examineStore(store, !backups.empty(), random);
     findings.push_back({"SQLite", true, sqliteVersion()});
     findings.push_back(examineBackups(store, folder, backups, settings, now));
-    findings.push_back(examineSettings(settingsPath, fault, settings));
+    for (Finding& each : examineSettings(settingsPath, content))
+        findings.push_back(std::move(each));
     findings.push_back(examinePort(settings));
     findings.push_back(examineAI(settings));
     findings.push_back(examineRoom(store, folder));

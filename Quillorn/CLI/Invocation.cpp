@@ -16,12 +16,12 @@ namespace quillorn {
 namespace {
 
 /// The command among those that were given that could not make sense of all its words.
-const CLI::App& puzzled(const CLI::App& app) {
-    if (app.remaining_size() > 0)
+const CLI::App* puzzled(const CLI::App* app) {
+    if (app->remaining_size() > 0)
         return app;
-    for (const CLI::App* below : app.get_subcommands())
+    for (const CLI::App* below : app->get_subcommands())
         if (below->remaining_size(true) > 0)
-            return puzzled(*below);
+            return puzzled(below);
     return app;
 }
 
@@ -34,7 +34,7 @@ std::vector<std::string> optionsOf(const CLI::App& app) {
 }
 
 std::string wordsForExtras(const CLI::App& app) {
-    const CLI::App& command = puzzled(app);
+    const CLI::App& command = *puzzled(&app);
     const std::vector<std::string> remaining = command.remaining();
     const std::string word = remaining.empty() ? std::string() : remaining.front();
     if (word.starts_with('-'))

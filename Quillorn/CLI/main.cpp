@@ -1,4 +1,5 @@
 #include "CLI/Invocation.h"
+#include "CLI/KeyInput.h"
 #include "CLI/Output.h"
 #include "Platform/Process.h"
 #include "Platform/StandardStreams.h"
@@ -32,7 +33,9 @@ int main(int count, char** arguments) {
     try {
         quillorn::prepareStandardStreams();
         quillorn::configureMemory();
-        status = static_cast<int>(quillorn::invoke(quillorn::describeProcess(count, arguments)));
+        const quillorn::ProcessInfo process = quillorn::describeProcess(count, arguments);
+        quillorn::hideKeys(count, arguments);
+        status = static_cast<int>(quillorn::invoke(process));
     } catch (const std::exception& error) {
         quillorn::printError(error.what());
     }

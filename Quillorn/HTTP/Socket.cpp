@@ -1,6 +1,7 @@
 #include "HTTP/Socket.h"
 
 #include "HTTP/HttpErrors.h"
+#include "Platform/UTF8.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -79,17 +80,10 @@ sockaddr_storage localAddress(int descriptor) {
     return address;
 }
 
-void appendLatin1(std::string& line, std::string_view bytes) {
+void appendLine(std::string& line, std::string_view bytes) {
     for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte <= 13)
-            continue;
-        if (byte < 0x80) {
-            line += character;
-        } else {
-            line += static_cast<char>(0xC0 | byte >> 6);
-            line += static_cast<char>(0x80 | (byte & 0x3F));
-        }
+        if (static_cast<unsigned char>(character) > 13)
+            appendLatin1(line, character);
     }
 }
 
@@ -177,7 +171,7 @@ std::string Socket::readLine() {
             fillInput();
         const std::string_view waiting(m_input.get() + m_inputBegin, m_inputEnd - m_inputBegin);
         const auto lineFeed = waiting.find('\n');
-        appendLatin1(line, waiting.substr(0, lineFeed));
+        appendLine(line, waiting.substr(0, lineFeed));
         if (lineFeed != std::string_view::npos) {
             m_inputBegin += lineFeed + 1;
             return line;

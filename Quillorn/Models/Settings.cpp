@@ -3,9 +3,12 @@
 #include "Platform/Date.h"
 #include "Platform/Paths.h"
 #include "Platform/SettingsStore.h"
+#include "Platform/Terminal.h"
+#include "Platform/Text.h"
 
 #include <algorithm>
 #include <charconv>
+#include <fmt/core.h>
 
 namespace quillorn {
 
@@ -47,11 +50,27 @@ std::optional<Json> parseInteger(std::string_view text) {
     return Json(number);
 }
 
+/// A text of a wrong form is read as it stands, for its reader to refuse: none at all would mean something else, such
+/// as that there is no key.
+bool isReadable(const Json& value, const Setting& setting) {
+    const std::int64_t* number = value.asInteger();
+    return isOfType(value, setting.type) &&
+           (number == nullptr || (*number >= setting.least && *number <= setting.most));
+}
+
 } // namespace
+
+std::vector<std::string> settingKeys() {
+    std::vector<std::string> keys;
+    for (const Setting& setting : settingsCatalogue)
+        if (setting.kind == SettingKind::user)
+            keys.emplace_back(setting.key);
+    return keys;
+}
 
 Json Settings::value(const Setting& setting) const {
     const std::optional<Json> known = m_store.value(setting.key);
-    if (known && isOfType(*known, setting.type))
+    if (known && isReadable(*known, setting))
         return *known;
     return defaultOf(setting);
 }
@@ -73,7 +92,7 @@ std::string Settings::text(const Setting& setting) const {
 
 bool Settings::isStored(const Setting& setting) const {
     const std::optional<Json> stored = m_store.storedValue(setting.key);
-    return stored && isOfType(*stored, setting.type);
+    return stored && isReadable(*stored, setting);
 }
 
 void Settings::set(const Setting& setting, Json value) {
@@ -102,6 +121,21 @@ bool isOfType(const Json& value, SettingType type) {
         const auto isText = [](const Json& item) { return item.asString() != nullptr; };
         return list != nullptr && std::all_of(list->begin(), list->end(), isText);
     }
+    }
+    return false;
+}
+
+bool isFit(const Json& value, const Setting& setting) {
+    if (!isReadable(value, setting))
+        return false;
+    const std::string* text = value.asString();
+    switch (setting.form) {
+    case SettingForm::any:
+        return true;
+    case SettingForm::absoluteFolder:
+        return text->empty() || std::filesystem::path(*text).is_absolute();
+    case SettingForm::headerText:
+        return escapeControls(*text) == *text && trimWhitespaceAndNewlines(*text) == *text;
     }
     return false;
 }
@@ -135,12 +169,17 @@ std::string settingText(const Json& value) {
     return value.text();
 }
 
-std::string_view describe(SettingType type) {
-    switch (type) {
+std::string describe(const Setting& setting) {
+    switch (setting.type) {
     case SettingType::text:
-        return "a text";
+        return setting.form == SettingForm::absoluteFolder ? "a folder by its whole path, from / on"
+               : setting.form == SettingForm::headerText
+                   ? "a text without control characters, and without blanks at its ends"
+                   : "a text";
     case SettingType::integer:
-        return "a whole number";
+        return setting.most == std::numeric_limits<std::int64_t>::max()
+                   ? "a whole number"
+                   : fmt::format("a whole number from {} to {}", setting.least, setting.most);
     case SettingType::boolean:
         return "true or false";
     case SettingType::date:

@@ -84,17 +84,17 @@ std::optional<Content> readContent(const fs::path& file) {
     return content;
 }
 
-/// Absent, with the reason, when the text is no JSON object.
-std::optional<Json::Object> parseObject(const std::string& text, std::string& fault) {
+/// Throws Unreadable when the text is no JSON object.
+Json::Object parseObject(const std::string& text) {
+    constexpr const char* advice = "mend it, or remove it to start with the defaults";
     try {
         Json value = Json::parse(text);
         if (Json::Object* object = value.asObject())
             return std::move(*object);
-        fault = "it is no JSON object";
     } catch (const JsonError& error) {
-        fault = error.what();
+        throw Unreadable(fmt::format("{}; {}", error.what(), advice));
     }
-    return std::nullopt;
+    throw Unreadable(fmt::format("it is no JSON object; {}", advice));
 }
 
 } // namespace
@@ -105,9 +105,7 @@ struct FileSettings::State {
     fs::path lockFile() const { return file.string() + ".lock"; }
     void refresh();
     bool isCurrent() const;
-    bool load(std::string& fault);
-    void loadOrSetAside();
-    void setAside(const std::string& fault);
+    void load();
     /// Makes the stored object be what `edit` turns it into; `edit` says whether it changed anything.
     void change(const std::function<bool(Json::Object&)>& edit);
 
@@ -118,7 +116,8 @@ struct FileSettings::State {
     Json::Object values;
     /// Of the state that `values` came from; absent when the next access must read.
     std::optional<Fingerprint> fingerprint;
-    std::string lastComplaint;
+    /// Why the file can't be read; empty when it can.
+    std::string fault;
     QueuedObservers observers;
     /// Once somebody observes.
     std::unique_ptr<FileWatch> watch;
@@ -133,39 +132,14 @@ bool FileSettings::State::isCurrent() const {
            std::chrono::abs(SystemClock().now() - fingerprint->modified) > stampResolution;
 }
 
-/// Brings `values` up to date. False, with the fault, when the file holds no JSON object; throws Unreadable.
-bool FileSettings::State::load(std::string& fault) {
+/// Brings `values` up to date. Throws Unreadable, and leaves them as they were.
+void FileSettings::State::load() {
     fingerprint.reset();
     const auto content = readContent(file);
-    if (!content) {
-        values.clear();
-        return true;
-    }
-    auto object = parseObject(content->text, fault);
-    if (!object)
-        return false;
-    values = std::move(*object);
-    fingerprint = content->fingerprint;
-    lastComplaint.clear();
-    return true;
-}
-
-/// To be called under the file lock, so that nobody moves a file that another has just replaced.
-void FileSettings::State::loadOrSetAside() {
-    std::string fault;
-    if (!load(fault)) {
-        setAside(fault);
-        values.clear();
-    }
-}
-
-void FileSettings::State::setAside(const std::string& fault) {
-    const std::string base = fmt::format("{}.broken-{}", file.string(), formatISO8601(SystemClock().now()));
-    fs::path aside = base;
-    for (int i = 2; fs::exists(fs::symlink_status(aside)); ++i)
-        aside = fmt::format("{}-{}", base, i);
-    fs::rename(file, aside);
-    log.log(fmt::format("The settings file {} was broken ({}) and is now {}", file.string(), fault, aside.string()));
+    values = content ? parseObject(content->text) : Json::Object{};
+    if (content)
+        fingerprint = content->fingerprint;
+    fault.clear();
 }
 
 /// When the file can't be read the last values that could be stay in force: a process that runs short of descriptors
@@ -174,14 +148,10 @@ void FileSettings::State::refresh() {
     if (isCurrent())
         return;
     try {
-        std::string fault;
-        if (load(fault))
-            return;
-        const FileLock lock(lockFile());
-        loadOrSetAside();
+        load();
     } catch (const std::exception& error) {
         const std::string line = fmt::format("Can't read the settings file {}: {}", file.string(), wordsFor(error));
-        if (std::exchange(lastComplaint, line) != line)
+        if (std::exchange(fault, line) != line)
             log.log(line);
     }
 }
@@ -194,7 +164,7 @@ void FileSettings::State::change(const std::function<bool(Json::Object&)>& edit)
     try {
         createPrivateFolder(file.parent_path());
         const FileLock lock(lockFile());
-        loadOrSetAside();
+        load();
         Json::Object changed = values;
         if (!edit(changed))
             return;
@@ -216,6 +186,12 @@ std::optional<Json> FileSettings::storedValue(std::string_view key) const {
     m_state->refresh();
     const auto found = m_state->values.find(key);
     return found == m_state->values.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string FileSettings::fault() const {
+    const std::lock_guard lock(m_state->mutex);
+    m_state->refresh();
+    return m_state->fault;
 }
 
 std::optional<Json> FileSettings::value(std::string_view key) const {

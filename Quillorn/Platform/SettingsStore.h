@@ -23,6 +23,9 @@ class SettingsStore {
     virtual std::optional<Json> value(std::string_view key) const = 0;
     /// The stored value alone.
     virtual std::optional<Json> storedValue(std::string_view key) const = 0;
+    /// Why the stored values can't be read, in words for the user; empty where they can. Until they can, those that
+    /// were read last stay in force.
+    virtual std::string fault() const = 0;
     /// Throws std::runtime_error with words for the user when the value can't be kept.
     virtual void set(std::string_view key, Json value) = 0;
     virtual void remove(std::string_view key) = 0;
@@ -34,7 +37,7 @@ class SettingsStore {
 
 /// Settings in one JSON file, replaced as a whole at each change (written beside it, fsync, rename), under an
 /// advisory lock, so that several processes can change different keys. Changes by others are seen at the next read.
-/// A file that is no JSON object is renamed to "<name>.broken-<date>" with a line in the log, never overwritten.
+/// A file that can't be read or is no JSON object is left as it is, with a line in the log: it can ask for a key.
 class FileSettings final : public SettingsStore {
   public:
     FileSettings(std::filesystem::path file, SystemLog& log);
@@ -42,6 +45,7 @@ class FileSettings final : public SettingsStore {
 
     std::optional<Json> value(std::string_view key) const override;
     std::optional<Json> storedValue(std::string_view key) const override;
+    std::string fault() const override;
     void set(std::string_view key, Json value) override;
     void remove(std::string_view key) override;
     void registerDefaults(const Json::Object& defaults) override;

@@ -45,11 +45,12 @@ TEST_F(APIServerTest, aStartBindsReportsAndLogs) {
     EXPECT_NE(server->port(), 0);
     EXPECT_EQ(server->lastError(), std::nullopt);
     EXPECT_EQ(server->configuredListenAddresses(), (Addresses{"127.0.0.1", "::1"}));
-    EXPECT_THAT(log.lines(), ElementsAre("API Server started on " + root()));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("API Server started on " + root(), "API documentation at " + root() + "/docs"));
     server->stop();
     EXPECT_FALSE(server->isRunning() || server->hasServer());
     EXPECT_THROW(TestClient{server->port()}, std::runtime_error);
-    EXPECT_THAT(log.lines(), ElementsAre("API Server started on " + root(), "API Server stopped"));
+    EXPECT_THAT(log.lines(), ElementsAre(testing::_, testing::_, "API Server stopped"));
 }
 
 TEST_F(APIServerTest, externalAccessListensEverywhere) {
@@ -59,7 +60,8 @@ TEST_F(APIServerTest, externalAccessListensEverywhere) {
     EXPECT_TRUE(server->isExternalAccess());
     EXPECT_EQ(server->authKey(), "key");
     EXPECT_THAT(log.lines(), ElementsAre("API Server started on " + root("0.0.0.0") + " (external access)",
-                                         "MCP endpoint available at " + root("0.0.0.0") + "/mcp (auth required)"));
+                                         "MCP endpoint available at " + root("0.0.0.0") + "/mcp (auth required)",
+                                         "API documentation at " + root("0.0.0.0") + "/docs"));
     TestClient elsewhere(server->port(), "127.0.0.9");
     elsewhere.send("GET /api/health HTTP/1.1\r\n\r\n");
     EXPECT_THAT(elsewhere.rest(), StartsWith("HTTP/1.1 200 OK"));
@@ -88,7 +90,9 @@ TEST_F(APIServerTest, aPortThatIsTakenIsAnErrorAndTheNextStartMayDoBetter) {
     const std::string taken = "Can't listen on port " + std::to_string(server->port()) + ": Address already in use";
     EXPECT_FALSE(second.isRunning() || second.hasServer());
     EXPECT_EQ(second.lastError(), taken);
-    EXPECT_EQ(log.lines().back(), "Failed to start API server: bindFailed(\"Address already in use\")");
+    EXPECT_EQ(log.lines().back(),
+              "Failed to start API server: bindFailed(\"Address already in use\"); another program listens on port " +
+                  std::to_string(server->port()) + ": stop it, or choose another port");
     server->stop();
     EXPECT_EQ(second.lastError(), taken);
     second.start(std::nullopt, false, std::nullopt, false);
@@ -171,7 +175,7 @@ TEST_F(APIServerTest, mcpIsThereWhenSomebodyAnswersIt) {
         "HTTP/1.1 405 Method Not Allowed\r\nConnection: close\r\nAllow: POST\r\nContent-Type: application/json\r\n"
         "Server: Tidewire 9.8\r\n\r\n{\"error\":\"SSE streaming not supported\"}");
     EXPECT_THAT(mcp("DELETE"), EndsWith("\r\n\r\n{\"error\":\"Session termination not supported\"}"));
-    EXPECT_EQ(log.lines().back(), "MCP endpoint available at " + root() + "/mcp");
+    EXPECT_THAT(log.lines(), testing::Contains("MCP endpoint available at " + root() + "/mcp"));
     server->stop();
     start(false, "key", true);
     EXPECT_THAT(mcp("POST"), StartsWith("HTTP/1.1 401 "));

@@ -64,6 +64,12 @@ TEST_F(GuardTest, theKeyOpensEverythingButHealthAndDocumentation) {
     EXPECT_THAT(refused.head, HasSubstr("\r\nWWW-Authenticate: Bearer"));
 }
 
+TEST_F(GuardTest, keysCompareAsTheirBytes) {
+    start(false, "schlüssel 鍵", true);
+    check(200, "/api/tasks", {"Authorization: Bearer schlüssel 鍵"});
+    check(401, "/api/tasks", {"Authorization: Bearer schl\xFCssel 鍵", "Authorization: Bearer schlussel 鍵"});
+}
+
 TEST_F(GuardTest, withExternalAccessOnlyTheKeyCounts) {
     start(true, "s3cret");
     check(200, "/api/health", {"Host: example.com\r\nOrigin: http://example.com"});

@@ -191,6 +191,10 @@ TEST_F(QuillornAppTest, theServerStartsByTheSettings) {
     EXPECT_EQ(launch()->apiServer().lastError(),
               "API server not started: external access and \"require API key\" both need an API key. Set one in "
               "Settings.");
+    settings.set("apiRequireAuthLocal", "yes");
+    EXPECT_EQ(launch()->apiServer().lastError(),
+              "API server not started: the setting apiRequireAuthLocal has to be true or false");
+    settings.remove("apiRequireAuthLocal");
     settings.set("apiAutoStart", false);
     EXPECT_FALSE(launch()->apiServer().lastError());
     // Demo mode never starts it by itself.

@@ -198,7 +198,7 @@ TEST_F(Doctor, findsWhatIsWrongAndChangesNothing) {
          "none from before now; 1 of them dated later than now, which don't count (was the clock ahead?); take one"},
         {set("{"), "settings", "! " + settings.string() + " can't be read ("},
         {set(R"({"apiPort": "many"})"), "settings",
-         "! apiPort is to be a whole number, and is not; \"quillorn settings reset apiPort\" mends it"},
+         "! apiPort is to be a whole number from 1 to 65535, and is not; \"quillorn settings reset apiPort\" mends it"},
         {set(R"({"apiPort": 70000})"), "port", "! 70000 is no port"},
         {set(R"({"backupFolderPath": "/no/such/folder"})"), "backups",
          "! Quillorn can no longer write to /no/such/folder. Choose the folder again to restore access; backups go to "

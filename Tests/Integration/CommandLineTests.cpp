@@ -42,7 +42,21 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         {{"backup", "now"}, 2, "\"now\" was not expected\n"}, {{"settings", "get"}, 2, "KEY"},
         {{"serve", "--port", "70000"}, 2, "--port"}, {{"serve", "--port", "ten"}, 2, "--port"},
         {{"settings", "get", "nope"}, 1, "there is no setting \"nope\""},
-        {{"settings", "set", "apiPort", "ten"}, 1, "apiPort must be a whole number, not \"ten\""},
+        {{"settings", "set", "apiPort", "ten"}, 1, "apiPort must be a whole number from 1 to 65535, not \"ten\""},
+        {{"settings", "set", "apiPort", "0"}, 1, "to 65535"}, {{"settings", "set", "apiPort", "65536"}, 1, "to 65535"},
+        {{"settings", "set", "notificationHour", "24"}, 1, "notificationHour must be a whole number from 0 to 23"},
+        {{"settings", "set", "notificationMinute", "60"}, 1, "from 0 to 59"},
+        {{"settings", "set", "defaultPriority", "4"}, 1, "from 0 to 3"},
+        {{"settings", "set", "backupFolderPath", "here"}, 1, "a folder by its whole path"},
+        {{"settings", "set", "apiAuthKey", "key "}, 1, "apiAuthKey must be a text without control characters, and"},
+        {{"settings", "set", "apiAuthKey", "k\x7Fy"}, 1, "without blanks at its ends\n"},
+        {{"settings", "set", "apiAuthKey"}, 2, "VALUE is required"},
+        {{"settings", "set", "apiAuthKey", "key", "--stdin"}, 2, "excludes"},
+        {{"settings", "set", "aiModel", "--generate"}, 1, "only apiAuthKey can be made"},
+        {{"settings", "get", "apiprt"}, 1, "there is no setting \"apiprt\"; did you mean \"apiPort\"?"},
+        {{"settings", "set", "apiExternalAccess", "off"}, 0, "A server that runs takes up apiExternalAccess at its next"},
+        {{"serve", "--port", "0", "--key", " key"}, 1, "the API key must be a text without control characters"},
+        {{"serve", "--port", "0", "--key-file", "/no/such"}, 1, "/no/such can't be read: No such file"},
         // clang-format on
     };
     for (const Case& each : cases) {
@@ -233,6 +247,63 @@ TEST_F(Serve, takesOptionsForThisRunAndSettingsOtherwise) {
     EXPECT_EQ(outputOf({"settings", "get", "apiAuthKey"}), "secret\n");
 }
 
+TEST_F(Serve, keepsKeysOutOfSight) {
+    const auto status = [](const ServerProcess& server, const std::string& key) {
+        return server.request("GET", "/api/tasks", "", "Authorization: Bearer " + key + "\r\n").substr(9, 3);
+    };
+    writeFile(home / "key", "from file\n");
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"--require-auth", "--key", "typed"}, "typed"},
+        {{"--require-auth", "--key=typed"}, "typed"},
+        {{"--require-auth", "--key-file", home / "key"}, "from file"},
+    };
+    for (const auto& [options, key] : cases) {
+        const ServerProcess server(home.path(), {.arguments = options});
+        EXPECT_EQ(status(server, key), "200");
+        const std::string line = readFile("/proc/" + std::to_string(server.id()) + "/cmdline");
+        EXPECT_THAT(line, AllOf(HasSubstr("--require-auth"), Not(HasSubstr(key))));
+    }
+    ProgramProcess set(home.path(), {.arguments = {"settings", "set", "apiAuthKey", "--stdin"}});
+    set.tell("over the pipe");
+    set.closeInput();
+    EXPECT_EQ(set.wait(), 0);
+    EXPECT_EQ(outputOf({"settings", "get", "apiAuthKey"}), "over the pipe\n");
+    for (const char* form : {"--all", "--json"}) {
+        EXPECT_THAT(outputOf({"settings", "list", form}), Not(HasSubstr("over the pipe")));
+        EXPECT_THAT(outputOf({"settings", "list", form, "--show-keys"}), HasSubstr("over the pipe"));
+    }
+    EXPECT_EQ(run({"settings", "set", "apiAuthKey", "--generate"}).status, 0);
+    EXPECT_THAT(outputOf({"settings", "get", "apiAuthKey"}), testing::MatchesRegex("[0-9a-f]{64}\n"));
+}
+
+TEST_F(Serve, refusesSettingsThatItCannotBeSureOf) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"{", "settings.json: "},
+        {"[]", "it is no JSON object; mend it"},
+        {R"({"apiRequireAuthLocal": "true"})", "apiRequireAuthLocal has to be true or false"},
+        {R"({"apiExternalAccess": 1})", "apiExternalAccess has to be true or false"},
+        {R"({"apiAuthKey": 5})", "apiAuthKey has to be a text"},
+        {R"({"apiAuthKey": " x"})", "without blanks"},
+        {R"({"apiPort": "18080"})", "apiPort has to be a whole number from 1 to 65535"},
+        {R"({"apiPort": 70000})", "Port must be between 1 and 65535"},
+    };
+    const std::filesystem::path file = home / "config/Quillorn/settings.json";
+    std::filesystem::create_directories(file.parent_path());
+    for (const auto& [content, words] : cases) {
+        writeFile(file, content);
+        run({"settings", "get", "apiPort"}); // leaves the file where it is
+        const Outcome outcome = run({"serve"});
+        EXPECT_EQ(outcome.status, 1) << content;
+        EXPECT_THAT(outcome.errors, HasSubstr(words)) << content;
+        EXPECT_THAT(outputOf({"doctor"}), HasSubstr("settings  !!")) << content;
+    }
+    writeFile(file, R"({"apiPrt": 1})");
+    EXPECT_THAT(outputOf({"doctor"}), HasSubstr("there is no setting apiPrt; did you mean \"apiPort\"?; \"quillorn "
+                                                "settings reset apiPrt\" mends it"));
+    run({"settings", "reset", "apiPrt"});
+    EXPECT_EQ(readFile(file), "{}\n");
+}
+
 TEST_F(Serve, saysWhyItCannotStart) {
     const auto first = std::make_unique<ServerProcess>(home.path());
     const auto refusal = [&](std::vector<std::string> arguments) {
@@ -241,7 +312,10 @@ TEST_F(Serve, saysWhyItCannotStart) {
         EXPECT_EQ(outcome.status, 1);
         return outcome.errors;
     };
-    EXPECT_THAT(refusal({"--port", std::to_string(first->port())}), HasSubstr("Address already in use"));
+    EXPECT_THAT(
+        refusal({"--port", std::to_string(first->port())}),
+        testing::MatchesRegex("Failed to start API server: bindFailed.\"Address already in use\".; another program "
+                              "listens on port [0-9]+: stop it, or choose another port\n"));
     EXPECT_THAT(refusal({"--port", "0", "--external"}),
                 HasSubstr("API server not started: external access and \"require API key\" both need an API key. Set "
                           "one in Settings."));

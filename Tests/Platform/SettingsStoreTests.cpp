@@ -128,28 +128,22 @@ TEST_F(FileSettingsTest, processesThatChangeDifferentKeysLoseNothing) {
     EXPECT_EQ(Json::parse(readFile(file)).asObject()->size(), std::size_t{processes * each});
 }
 
-TEST_F(FileSettingsTest, brokenFilesAreSetAsideAndNeverOverwritten) {
-    settings.registerDefaults({{"a", "default"}});
-    fs::create_directories(file.parent_path());
-    std::vector<std::string> names{"settings.json", "settings.json.lock"};
+TEST_F(FileSettingsTest, brokenFilesStayAsTheyAreAndAreAFault) {
+    settings.set("requireAuth", true);
     for (const char* text : {"", "{\"a\": 1", "[1]", "null", "{\"a\": \"\xFF\"}"}) {
-        for (const bool reads : {true, false}) {
-            log.clear();
-            writeFile(file, text);
-            if (reads)
-                EXPECT_EQ(settings.value("a"), Json("default")) << text;
-            else
-                settings.set("b", 1);
-            ASSERT_EQ(log.lines().size(), 1u) << text;
-            const std::string line = log.lines()[0];
-            const fs::path aside = line.substr(line.rfind(" is now ") + 8);
-            EXPECT_TRUE(aside.string().starts_with(file.string() + ".broken-2")) << line;
-            EXPECT_EQ(readFile(aside), text);
-            EXPECT_EQ(fs::exists(file), !reads);
-            names.push_back(aside.filename());
-        }
+        log.clear();
+        writeFile(file, text);
+        EXPECT_EQ(settings.value("requireAuth"), Json(true)) << text;
+        EXPECT_EQ(FileSettings(file, log).value("requireAuth"), std::nullopt);
+        EXPECT_TRUE(settings.fault().starts_with("Can't read the settings file " + file.string() + ": ")) << text;
+        EXPECT_TRUE(settings.fault().ends_with("; mend it, or remove it to start with the defaults"));
+        EXPECT_EQ(failure(), settings.fault());
+        EXPECT_EQ(log.lines(), std::vector(2, settings.fault()));
+        EXPECT_EQ(readFile(file), text);
+        fs::remove(file);
+        settings.set("requireAuth", true);
+        EXPECT_EQ(settings.fault(), "");
     }
-    expectFiles(names);
 }
 
 TEST_F(FileSettingsTest, whatCannotBeReadIsNotOverwrittenAndTheLastValuesStayInForce) {

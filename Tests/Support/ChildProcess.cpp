@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 extern char** environ;
 
@@ -68,6 +69,10 @@ void ChildProcess::tell(const std::string& line) const {
     const std::string bytes = line + "\n";
     if (write(m_inputPipe, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
         throw std::runtime_error("the program does not listen: " + m_errors);
+}
+
+void ChildProcess::closeInput() {
+    close(std::exchange(m_inputPipe, -1));
 }
 
 std::string ChildProcess::nextLine(const std::string& stream, std::size_t& taken, std::string_view part) {

@@ -31,6 +31,8 @@ class ChildProcess {
 
     /// Writes a line to the program.
     void tell(const std::string& line) const;
+    /// The program reads the end of its input.
+    void closeInput();
     /// The next line of its output. Throws when the program ends before, as waitForLine() does.
     std::string answer() { return nextLine(m_output, m_answered, {}); }
     std::string ask(const std::string& line) {

@@ -17,6 +17,7 @@ class MemorySettings final : public SettingsStore {
         return stored ? stored : lookUp(m_defaults, key);
     }
     std::optional<Json> storedValue(std::string_view key) const override { return lookUp(m_values, key); }
+    std::string fault() const override { return {}; }
     void set(std::string_view key, Json value) override {
         (void)value.text(); // refuses what JSON can't say, as a file does
         throwIfFailing();

@@ -16,7 +16,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fmt/core.h>
+#include <fmt/format.h>
 #include <iterator>
 #include <map>
 #include <system_error>
@@ -32,6 +32,13 @@ using std::chrono::days;
 
 /// What is asked for beside twice the size of the store: room for a day's work.
 constexpr std::uintmax_t leastRoom = 64'000'000;
+
+/// The names of the time entries that run, the latest first.
+constexpr const char* runningEntries =
+    "SELECT coalesce(nullif(entry.title, ''), task.title, project.name || ' (General)', 'Unassigned') "
+    "FROM TimeEntry entry LEFT JOIN ProjectTask task ON task.key = entry.task "
+    "LEFT JOIN Project project ON project.key = entry.project "
+    "WHERE entry.endTime IS NULL ORDER BY entry.startTime DESC, entry.key DESC LIMIT 100";
 
 bool isThere(const fs::path& path) {
     std::error_code unknown;
@@ -95,7 +102,7 @@ std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomS
                                  file.string())}};
         return {{"store", true, fmt::format("{} will be made at the first start", file.string())}};
     }
-    const StoreCheck check = checkStore(file, random);
+    const StoreCheck check = checkStore(file, random, runningEntries);
     const std::string advice = "move it away (with its -wal and -shm), then \"quillorn restore FILE\" one of "
                                "\"quillorn backups\"";
     if (!check.fault.empty() && !check.isDamaged)
@@ -118,6 +125,12 @@ std::vector<Finding> examineStore(const fs::path& file, bool hasBackups, RandomS
                             fmt::format("version {}, to become {} at the next start", check.version, current.version)});
     else
         findings.push_back({"schema", true, fmt::format("version {}", check.version)});
+    if (!check.answers.empty())
+        findings.push_back({"timer", true,
+                            fmt::format("{} {}", fmt::join(check.answers, ", "),
+                                        check.answers.size() == 1
+                                            ? "runs"
+                                            : "run at once; \"quillorn timer stop --all\" stops all that runs")});
     return findings;
 }
 

@@ -36,7 +36,19 @@ std::optional<std::string> query(sqlite3* database, const char* sql, StoreCheck&
     return text != nullptr ? reinterpret_cast<const char*>(text) : "";
 }
 
-StoreCheck checkFile(const fs::path& file, bool isAlone) {
+/// The first column of every row; none where the question makes no sense.
+std::vector<std::string> answersTo(sqlite3* database, const std::string& question) {
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(database, question.c_str(), -1, &statement, nullptr);
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> owner(statement, sqlite3_finalize);
+    std::vector<std::string> answers;
+    while (statement != nullptr && sqlite3_step(statement) == SQLITE_ROW)
+        if (const unsigned char* text = sqlite3_column_text(statement, 0))
+            answers.emplace_back(reinterpret_cast<const char*>(text));
+    return answers;
+}
+
+StoreCheck checkFile(const fs::path& file, bool isAlone, const std::string& question) {
     StoreCheck check;
     sqlite3* handle = nullptr;
     const int opened =
@@ -60,12 +72,14 @@ StoreCheck checkFile(const fs::path& file, bool isAlone) {
         check.fault = *result;
         check.isDamaged = true;
     }
+    if (check.fault.empty())
+        check.answers = answersTo(handle, question);
     return check;
 }
 
 } // namespace
 
-StoreCheck checkStore(const fs::path& file, RandomSource& random) {
+StoreCheck checkStore(const fs::path& file, RandomSource& random, const std::string& question) {
     const fs::path log = file.string() + "-wal";
     const fs::path sharedMemory = file.string() + "-shm";
     std::error_code unknown;
@@ -75,13 +89,13 @@ StoreCheck checkStore(const fs::path& file, RandomSource& random) {
     // SQLite makes both files beside a store that has them not, even to read; then nobody has it open, though, and it
     // can be read as a file of its own. Where a log has lost its companion, a copy gets a new one.
     if (isInUse || !hasLog || logSize == 0)
-        return checkFile(file, !isInUse);
+        return checkFile(file, !isInUse, question);
     try {
         const TemporaryDirectory temporary(random);
         const fs::path copy = temporary / "copy.store";
         fs::copy_file(file, copy);
         fs::copy_file(log, copy.string() + "-wal");
-        return checkFile(copy, false);
+        return checkFile(copy, false, question);
     } catch (const std::system_error& error) {
         return {.fault = fmt::format("Can't copy it to look into it: {}", error.code().message())};
     }

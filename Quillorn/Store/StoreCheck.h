@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace quillorn {
 
@@ -16,10 +17,13 @@ struct StoreCheck {
     /// As Schema has them; 0 where the file is too damaged to tell.
     int applicationId = 0;
     int version = 0;
+    /// The first column of each row that the question brought.
+    std::vector<std::string> answers{};
 };
 
-/// Reads all of a store that others may be using. Changes nothing and makes no file beside it.
-StoreCheck checkStore(const std::filesystem::path& file, RandomSource& random);
+/// Reads all of a store that others may be using. Changes nothing and makes no file beside it. `question` is a SELECT
+/// to put to a sound one; where the store has no such tables there is no answer.
+StoreCheck checkStore(const std::filesystem::path& file, RandomSource& random, const std::string& question = {});
 
 /// Of the library that is in use.
 std::string sqliteVersion();

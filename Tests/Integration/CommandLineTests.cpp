@@ -205,6 +205,7 @@ TEST_F(Timer, namesEveryEntryThatRuns) {
     const Json status = Json::parse(outputOf({"timer", "status", "--json"}));
     EXPECT_EQ(*status.find("displayName"), Json("Second"));
     EXPECT_EQ(*status.find("others")->asArray()->at(0).find("displayName"), Json("First"));
+    EXPECT_THAT(outputOf({"doctor"}), HasSubstr("\ntimer     ok  Second, First run at once; \"quillorn timer stop "));
     const std::string rest = "Still running: First  [0-9:]+\n\"quillorn timer stop --all\" stops all that runs\n$";
     EXPECT_THAT(outputOf({"timer", "start", ids[2]}),
                 testing::ContainsRegex("^Stopped: Second  [0-9:]+\nStarted: Third\n" + rest));

@@ -2,6 +2,7 @@
 
 #include "Models/Settings.h"
 #include "Platform/Calendar.h"
+#include "Platform/FileContent.h"
 #include "Platform/SettingsStore.h"
 #include "Services/BackupError.h"
 #include "Services/BackupRetention.h"
@@ -92,21 +93,53 @@ std::string backupFileName(Date date, const Calendar& calendar) {
     return fmt::format("{}{}{}", namePrefix, minuteText(date, calendar), nameSuffix);
 }
 
-std::optional<Date> dateOfBackup(std::string_view fileName, const Calendar& calendar) {
+namespace {
+
+/// The wall-clock time in a name; absent for a name that no backup has.
+std::optional<std::chrono::local_seconds> minuteOfName(std::string_view fileName) {
     if (fileName.size() < namePrefix.size() + nameSuffix.size() || !fileName.starts_with(namePrefix) ||
         !fileName.ends_with(nameSuffix))
         return std::nullopt;
     fileName.remove_prefix(namePrefix.size());
     fileName.remove_suffix(nameSuffix.size());
-    const auto minute = parseMinute(fileName);
+    return parseMinute(fileName);
+}
+
+/// When a file was written, if the name can be of that minute in some zone of the earth: then that is when the backup
+/// was taken, in whatever zone its user was. A copy without its dates is not, most times.
+std::optional<Date> dateByFile(const fs::path& file, std::chrono::local_seconds minute) {
+    using namespace std::chrono;
+    const auto written = modificationDate(file);
+    if (!written)
+        return std::nullopt;
+    const Date asUTC{duration_cast<Date::duration>(minute.time_since_epoch())};
+    // Zones are whole quarters of an hour from UTC. The file is done a while after the minute that it is named for, or
+    // just before, where it had to take the next name.
+    constexpr minutes quarter{15}, early{1}, late{2}, west{-12 * 60}, east{14 * 60};
+    const auto ahead = floor<minutes>(asUTC - *written + late);
+    const auto offset = minutes{ahead - (ahead % quarter + quarter) % quarter};
+    if (offset < west || offset > east || asUTC - *written - offset > early)
+        return std::nullopt;
+    return asUTC - offset;
+}
+
+} // namespace
+
+std::optional<Date> dateOfBackup(std::string_view fileName, const Calendar& calendar) {
+    const auto minute = minuteOfName(fileName);
     return minute ? std::optional(calendar.instant(*minute)) : std::nullopt;
 }
 
 std::map<Date, fs::path> listBackups(const fs::path& folder, const Calendar& calendar) {
     std::map<Date, fs::path> backups;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-        if (const auto date = dateOfBackup(entry.path().filename().string(), calendar); date && !entry.is_directory())
-            backups.emplace(*date, entry.path());
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        const auto minute = minuteOfName(entry.path().filename().string());
+        if (!minute || entry.is_directory())
+            continue;
+        Date date = dateByFile(entry.path(), *minute).value_or(calendar.instant(*minute));
+        while (!backups.emplace(date, entry.path()).second)
+            date += std::chrono::seconds{1}; // of the same minute in two zones
+    }
     return backups;
 }
 

@@ -31,7 +31,8 @@ std::string backupFileName(Date date, const Calendar& calendar);
 /// Absent for a name that no backup has.
 std::optional<Date> dateOfBackup(std::string_view fileName, const Calendar& calendar);
 
-/// The backups of a folder. Throws std::system_error when it can't be read.
+/// The backups of a folder, by when they were taken: names have the time of the zone in which that was, and the dates
+/// of the files tell which. Throws std::system_error when it can't be read.
 std::map<Date, std::filesystem::path> listBackups(const std::filesystem::path& folder, const Calendar& calendar);
 
 /// In ascending order.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
@@ -97,6 +98,27 @@ TEST_F(BackupCommands, askOnATerminal) {
     ProgramProcess demo(home.path(), {.arguments = {"backup", "-QUILLORN_DEMO"}});
     EXPECT_EQ(demo.wait(), 1);
     EXPECT_THAT(demo.errors(), HasSubstr("demo mode"));
+}
+
+TEST_F(BackupCommands, knowTheAgeOfABackupFromAnyZone) {
+    run({"timer", "status"}); // makes a store
+    std::string file = outputOf({"backup"});
+    file = file.substr(file.find('\n') + 1, file.size() - file.find('\n') - 2);
+    const std::time_t taken = std::time(nullptr);
+    for (const int offset : {-12 * 60, -5 * 60, 5 * 60 + 45, 14 * 60}) {
+        char name[] = "Quillorn-yyyymmdd-hhmm.store.lzfse";
+        const std::time_t wall = taken + offset * 60;
+        std::tm parts{};
+        std::strftime(name, sizeof name, "Quillorn-%Y%m%d-%H%M.store.lzfse", gmtime_r(&wall, &parts));
+        const fs::path elsewhere = folder() / "Backups" / name;
+        fs::rename(file, elsewhere); // and keeps the date of the file
+        file = elsewhere;
+        EXPECT_THAT(outputOf({"backups"}), testing::ContainsRegex("lzfse +([0-9]+ seconds?|1 minute) ")) << name;
+        EXPECT_THAT(outputOf({"doctor"}), testing::ContainsRegex("the last one ([0-9]+ seconds?|1 minute) ago\n"))
+            << name;
+    }
+    fs::last_write_time(file, fs::last_write_time(file) - std::chrono::hours{99}); // the name is all that is left
+    EXPECT_THAT(outputOf({"doctor"}), HasSubstr("none from before now"));
 }
 
 TEST_F(BackupCommands, bringBackWhatADiskHasLost) {

@@ -46,7 +46,7 @@ void showHistory(const AIChatView& view, bool json) {
         printJson(array);
 }
 
-ExitStatus clearHistory(AIChatView& view, bool confirmed) {
+ExitStatus clearHistory(Session& session, AIChatView& view, bool confirmed) {
     if (!confirmed && ::isatty(STDIN_FILENO) != 1) {
         printError("clearing deletes the conversation; without a terminal to ask on it needs --yes");
         return ExitStatus::usage;
@@ -62,6 +62,7 @@ ExitStatus clearHistory(AIChatView& view, bool confirmed) {
         }
     }
     view.clear();
+    session.saveChanges();
     return ExitStatus::success;
 }
 
@@ -138,7 +139,7 @@ ExitStatus chat(const ChatOptions& options, const ProcessInfo& process) {
     if (options.history || options.clear) {
         Conversation conversation(session, options);
         if (options.clear)
-            return clearHistory(conversation.view(), options.confirmed);
+            return clearHistory(session, conversation.view(), options.confirmed);
         showHistory(conversation.view(), options.json);
         return ExitStatus::success;
     }

@@ -53,6 +53,7 @@ void Conversation::await(const std::function<void(AIChatView&)>& begin, bool sho
     if (!m_endsLine)
         fmt::print("\n");
     (void)std::fflush(stdout);
+    m_session.saveChanges();
     if (m_view.error())
         throw std::runtime_error(*m_view.error());
 }

@@ -19,6 +19,9 @@ class Session {
     const Calendar& calendar() const { return m_world.calendar(); }
     const Text& text() const { return m_world.text(); }
 
+    /// Lets the main context save what it has, however long others write. Throws std::runtime_error when it can't.
+    void saveChanges();
+
     /// Whether the user's store could not be opened; says so on standard error.
     bool hasFailed();
 

@@ -9,6 +9,7 @@
 #include "HTTP/Socket.h"
 #include "Models/Client.h"
 #include "Models/Project.h"
+#include "Models/ProjectTotals.h"
 #include "Models/SchemaVersions.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
@@ -185,11 +186,13 @@ double readTable(ModelContainer& container, const std::string& table) {
 
 void compareTools(World& world) {
     std::optional<ChatContext> chat;
-    std::size_t most = 0;
+    std::int64_t most = -1;
     ModelContext context(*world.container);
-    for (const Client* client : context.fetch<Client>())
-        if (client->totalTaskCount() >= most) {
-            most = client->totalTaskCount();
+    const auto clients = context.fetch<Client>();
+    const ClientTotalsTable totals(context, clients, world.clock.now());
+    for (const Client* client : clients)
+        if (totals.of(*client).totalTaskCount > most) {
+            most = totals.of(*client).totalTaskCount;
             chat = ChatContext::of(*client);
         }
     const ToolExecutor tools({*world.container, world.clock, world.calendar, world.text}, *chat);

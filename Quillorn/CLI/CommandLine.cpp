@@ -1,6 +1,7 @@
 #include "CLI/CommandLine.h"
 
 #include "CLI/AICommandLine.h"
+#include "CLI/AgentCommands.h"
 #include "CLI/Output.h"
 #include "CLI/Suggestion.h"
 
@@ -174,6 +175,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addTimer(*app, chosen);
     addBackups(*app, chosen);
     addAICommands(*app, chosen);
+    addAgentCommands(*app, chosen);
     addDoctor(*app, chosen);
     addHelp(*app, chosen);
     return app;

@@ -207,6 +207,21 @@ std::string settingsSnippet(const APIConfig& config) {
     return snippet(config, !config.key.empty());
 }
 
+std::string clientConfig(std::string_view client, const APIConfig& config) {
+    const std::string url = config.baseURL() + "/mcp";
+    const std::string bearer = "Bearer " + config.key;
+    if (client == "codex")
+        return "[mcp_servers.quillorn]\nurl = " + Json(url).text() +
+               (config.authRequired() ? "\nhttp_headers = { \"Authorization\" = " + Json(bearer).text() + " }" : "");
+    Json::Object server{{client == "gemini-cli" ? "httpUrl" : "url", url}};
+    if (client != "gemini-cli" && client != "cursor")
+        server.emplace("type", "http");
+    if (config.authRequired())
+        server.emplace("headers", Json::Object{{"Authorization", bearer}});
+    const char* list = client == "vscode" ? "servers" : "mcpServers";
+    return Json(Json::Object{{list, Json::Object{{"quillorn", std::move(server)}}}}).text(Json::Style::pretty);
+}
+
 std::string_view directive() {
     return "## Quillorn task tracking\n"
            "Track all work in Quillorn using the `quillorn` MCP server.\n"

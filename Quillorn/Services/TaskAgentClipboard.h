@@ -2,6 +2,7 @@
 
 #include "Platform/Date.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -31,6 +32,10 @@ struct APIConfig {
     bool authRequired() const { return (isExternal || requiresAuthLocal) && !key.empty(); }
 };
 
+/// The clients whose configuration is known; "generic" is what most of the others take.
+inline constexpr std::array<std::string_view, 6> agentClients{"generic", "claude-code", "vscode",
+                                                              "cursor",  "gemini-cli",  "codex"};
+
 /// Texts for coding agents.
 namespace TaskAgentClipboard {
 
@@ -42,6 +47,9 @@ std::string brief(const ProjectTask& task, const APIConfig& config, Date now, co
 std::string briefSnippet(const APIConfig& config);
 /// The same with the key wherever there is one.
 std::string settingsSnippet(const APIConfig& config);
+
+/// The server as one of agentClients wants it in its file, with the key where the server asks for it.
+std::string clientConfig(std::string_view client, const APIConfig& config);
 
 /// What a project's notes for an agent say of Quillorn, with the two names left to fill in.
 std::string_view directive();

@@ -1,6 +1,7 @@
 #include "Services/TaskAgentClipboard.h"
 
 #include "Platform/Calendar.h"
+#include "Platform/Json.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 
@@ -93,6 +94,22 @@ TEST_F(TaskAgentClipboardTest, theKeyStandsWhereItIsNeeded) {
     }
     EXPECT_EQ(TaskAgentClipboard::briefSnippet({.isExternal = true, .machineName = "desk"}),
               "{\n  \"mcpServers\": {\n    \"quillorn\": {\n      \"url\": \"http://desk:18080/mcp\"\n    }\n  }\n}");
+}
+
+TEST(AgentClients, getWhatTheirFilesWant) {
+    const APIConfig config{.requiresAuthLocal = true, .key = "k"};
+    const std::string url = R"("http://localhost:18080/mcp")";
+    const std::string headers = R"("headers": { "Authorization": "Bearer k" }, )";
+    const std::pair<const char*, std::string> files[] = {
+        {"generic", R"({ "mcpServers": { "quillorn": { )" + headers + R"("type": "http", "url": )" + url + " } } }"},
+        {"vscode", R"({ "servers": { "quillorn": { )" + headers + R"("type": "http", "url": )" + url + " } } }"},
+        {"cursor", R"({ "mcpServers": { "quillorn": { )" + headers + R"("url": )" + url + " } } }"},
+        {"gemini-cli", R"({ "mcpServers": { "quillorn": { )" + headers + R"("httpUrl": )" + url + " } } }"},
+    };
+    for (const auto& [client, file] : files)
+        EXPECT_EQ(Json::parse(TaskAgentClipboard::clientConfig(client, config)), Json::parse(file)) << client;
+    EXPECT_EQ(TaskAgentClipboard::clientConfig("codex", config),
+              "[mcp_servers.quillorn]\nurl = " + url + "\nhttp_headers = { \"Authorization\" = \"Bearer k\" }");
 }
 
 } // namespace

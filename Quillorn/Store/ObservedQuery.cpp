@@ -161,32 +161,33 @@ void ObservedRows::addUnsavedRows(Found& found) const {
 void ObservedRows::show() {
     if (!m_found)
         return;
-    const Found found = *std::exchange(m_found, std::nullopt);
+    Found found = std::move(*m_found);
+    m_found.reset();
     RowSteps told;
     if (found.isEverything) {
         m_isStale = false;
         told.isReplaced = true;
-        replace(found.matching);
+        replace(m_rows, found.matching);
+        m_rows = std::move(found.matching);
     } else {
-        Objects rows;
-        std::ranges::copy_if(m_rows, std::back_inserter(rows), [&](const Entity* object) {
-            return std::ranges::find(found.affected, object) == found.affected.end();
-        });
+        Objects rows = m_rows;
+        for (const Entity* object : found.affected)
+            std::erase(rows, object);
         const auto isEarlier = [this](const Entity* a, const Entity* b) { return isBefore(a, b); };
         for (Entity* object : found.matching)
             rows.insert(std::ranges::lower_bound(rows, object, isEarlier), object);
         told = stepsTo(rows, found);
-        replace(std::move(rows));
+        replace(found.affected, found.matching);
+        m_rows = std::move(rows);
     }
     if (told.isReplaced || !told.steps.empty())
         m_observers.tell(told);
 }
 
-void ObservedRows::replace(Objects rows) {
-    for (Entity* object : rows)
+void ObservedRows::replace(const Objects& former, const Objects& next) {
+    for (Entity* object : next)
         ++object->m_holds;
-    m_rows.swap(rows);
-    for (Entity* object : rows)
+    for (Entity* object : former)
         --object->m_holds;
 }
 

@@ -103,7 +103,8 @@ class ObservedRows {
     Objects shown(const std::vector<RowKey>& keys) const;
     void addUnsavedRows(Found& found) const;
     void show();
-    void replace(Objects rows);
+    /// Holds these in place of those.
+    static void replace(const Objects& former, const Objects& next);
     RowSteps stepsTo(const Objects& rows, const Found& found) const;
 
     ConditionFollower m_follower;

@@ -46,7 +46,8 @@ void addTrigger(Objects& triggers, std::string_view event, const std::string& wh
 /// Beside the row itself, those whose lists it enters or leaves.
 void addTriggers(Objects& triggers, const EntityType& type) {
     const std::string_view name = type.name;
-    std::string inserted = note(name, "NEW", Kind::inserted), deleted = note(name, "OLD", Kind::deleted);
+    std::string inserted = note(name, "NEW", Kind::inserted);
+    std::string deleted = note(name, "OLD", Kind::deleted);
     for (std::size_t place = 0; place < type.columns.size(); ++place) {
         const Column& column = type.columns[place];
         if (column.target == nullptr || type.inverseOf(place) == nullptr)

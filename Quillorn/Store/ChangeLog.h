@@ -19,11 +19,11 @@ class ChangeLog {
     struct Entry {
         enum class Kind { related, updated, inserted, deleted, linked };
 
-        std::int64_t number;
-        const EntityType* type;
-        RowKey key;
-        Kind kind;
-        UUID id;
+        std::int64_t number = 0;
+        const EntityType* type = nullptr;
+        RowKey key = 0;
+        Kind kind = Kind::related;
+        UUID id{};
         /// For who asks to fill in: whether another process has made it, and whether he has made it himself.
         bool isOfOthers = false;
         bool isKnown = false;

@@ -24,10 +24,10 @@ enum class RowChange {
 /// What commits have written: every row once, the rows of cascades included.
 struct ChangeSet {
     struct Row {
-        const EntityType* type;
-        RowKey key;
-        RowChange change;
-        UUID id;
+        const EntityType* type = nullptr;
+        RowKey key = 0;
+        RowChange change = RowChange::related;
+        UUID id{};
         /// Whether another process has written it.
         bool isOfOthers = false;
     };

@@ -154,6 +154,7 @@ class ObservedQuery {
 class ObservedCount {
   public:
     ObservedCount(MainContext& main, const EntityType& type, ObservedCondition condition = {});
+    ~ObservedCount() = default;
     ObservedCount(const ObservedCount&) = delete;
     ObservedCount& operator=(const ObservedCount&) = delete;
 

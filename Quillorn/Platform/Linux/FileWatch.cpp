@@ -78,7 +78,7 @@ class FolderWatch final : public FileWatch {
 
     /// Reads what has come; whether some of it was about the file.
     bool hasNews() const {
-        alignas(inotify_event) std::array<std::byte, 4096> buffer;
+        alignas(inotify_event) std::array<std::byte, 4096> buffer{};
         bool found = false;
         for (ssize_t size = 0; (size = ::read(m_events.number(), buffer.data(), buffer.size())) > 0;) {
             for (ssize_t at = 0; at < size;) {

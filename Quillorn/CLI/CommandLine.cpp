@@ -60,7 +60,15 @@ void addSettings(CLI::App& app, Action& chosen) {
     CLI::Option* read = set->add_flag("--stdin", *isRead, "Read the value from standard input");
     read->excludes(typed);
     set->add_flag("--generate", *isMade, "Make a new key, for apiAuthKey")->excludes(typed)->excludes(read);
+    // A value may begin with a dash, as no option of this command does.
+    set->allow_extras();
     set->callback([=, &chosen] {
+        std::vector<std::string> rest = set->remaining();
+        std::erase(rest, "--"); // behind which the library takes everything for a value
+        if (typed->count() == 0 && rest.size() == 1 && !rest[0].starts_with("--"))
+            return void(chosen = [=](const ProcessInfo&) { return setSetting(*key, rest[0]); });
+        if (!rest.empty())
+            throw CLI::ExtrasError(rest);
         if (typed->count() == 0 && !*isRead && !*isMade)
             throw CLI::RequiredError("VALUE");
         chosen = [=](const ProcessInfo&) {

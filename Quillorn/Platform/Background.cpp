@@ -47,7 +47,7 @@ Background::~Background() {
         entry.thread.join();
 }
 
-void Background::spawn(Priority priority, const std::stop_source& stop, std::function<void()> work) {
+void Background::spawn(Priority priority, const std::stop_source& stop, const std::function<void()>& work) {
     m_threads->joinEnded();
     const std::lock_guard lock(m_threads->mutex);
     Threads::Entry& entry = m_threads->entries.emplace_back();

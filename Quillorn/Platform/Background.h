@@ -48,6 +48,9 @@ class Background {
 
   private:
     struct StopAtEnd {
+        StopAtEnd() = default;
+        StopAtEnd(const StopAtEnd&) = delete;
+        StopAtEnd& operator=(const StopAtEnd&) = delete;
         ~StopAtEnd() { source.request_stop(); }
         mutable std::stop_source source{};
     };
@@ -74,7 +77,7 @@ class Background {
         Outcome<Result> outcome;
     };
 
-    void spawn(Priority priority, const std::stop_source& stop, std::function<void()> work);
+    void spawn(Priority priority, const std::stop_source& stop, const std::function<void()>& work);
 
     struct Threads;
     MainQueue& m_queue;

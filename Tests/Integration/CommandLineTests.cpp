@@ -181,6 +181,12 @@ TEST_F(OnTerminal, controlCharactersAreEscapedAndInPipesTheyAreNot) {
     EXPECT_THAT(shownBy({"timer", "status", "--json"}), HasSubstr(R"("displayName": ")" + escaped + ".\",\r\n"));
     EXPECT_THAT(shownBy({"timer", "stop", "--all"}), StartsWith("Stopped: " + escaped));
     run({"settings", "set", "aiModel", hostile});
+    for (const auto& [words, value] : {std::pair(std::vector<std::string>{"-x"}, "-x\n"), {{"--", "--y"}, "--y\n"}}) {
+        std::vector<std::string> command{"settings", "set", "aiReasoningEffort"};
+        command.insert(command.end(), words.begin(), words.end());
+        run(command);
+        EXPECT_EQ(outputOf({"settings", "get", "aiReasoningEffort"}), value);
+    }
     EXPECT_EQ(shownBy({"settings", "get", "aiModel"}), escaped + "\r\n");
     EXPECT_THAT(shownBy({"settings", "get", "\x1B[2J"}), HasSubstr("there is no setting \"\\u001B[2J\""));
     EXPECT_THAT(shownBy({"serve", "\x1B[2J"}), HasSubstr("\"\\u001B[2J\" was not expected"));

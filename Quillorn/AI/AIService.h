@@ -26,6 +26,8 @@ class AnswerStream {
     AnswerStream(Sequence<Piece> pieces, std::shared_ptr<void> source)
         : m_pieces(std::move(pieces)),
           m_source(std::move(source)) {}
+    AnswerStream(const AnswerStream&) = delete;
+    AnswerStream& operator=(const AnswerStream&) = delete;
     AnswerStream(AnswerStream&&) noexcept = default;
     AnswerStream& operator=(AnswerStream&&) noexcept = default;
     ~AnswerStream() = default;

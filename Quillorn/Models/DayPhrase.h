@@ -15,7 +15,7 @@ class Calendar;
 struct DayPhrase {
     std::chrono::local_days day;
     /// Bytes of the text that say it.
-    std::size_t length;
+    std::size_t length = 0;
 };
 
 /// Reads "today", "tomorrow", "in 2 weeks", "friday", "next friday", "end of (the) week", "next week" or "2026-02-11"

@@ -37,6 +37,7 @@ class Observers {
     using Handler = std::function<void(Arguments...)>;
 
     Observers() = default;
+    ~Observers() = default;
     Observers(const Observers&) = delete;
     Observers& operator=(const Observers&) = delete;
 

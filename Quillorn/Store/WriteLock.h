@@ -30,6 +30,7 @@ class WriteLock {
 
     /// `file` is created, with mode 0600, beside the store; absent for a store in memory. Throws StoreError.
     explicit WriteLock(const std::optional<std::filesystem::path>& file);
+    ~WriteLock() = default;
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;
 

@@ -16,6 +16,7 @@ namespace quillorn {
 class AIChatView {
   public:
     AIChatView(const AIEnvironment& environment, const ChatContext& context);
+    ~AIChatView() = default;
     AIChatView(const AIChatView&) = delete;
     AIChatView& operator=(const AIChatView&) = delete;
 

@@ -104,4 +104,12 @@ std::string Calendar::mediumDate(Date date) const {
     return m_state->formats.mediumDate(floor<seconds>(m_state->toLocal(date)));
 }
 
+std::string Calendar::abbreviatedDate(Date date) const {
+    return m_state->formats.formatFields(floor<seconds>(m_state->toLocal(date)), "yMMMd");
+}
+
+std::string Calendar::abbreviatedDateAndTime(Date date) const {
+    return m_state->formats.formatFields(floor<seconds>(m_state->toLocal(date)), "yMMMdjmm");
+}
+
 } // namespace quillorn

@@ -45,6 +45,10 @@ class Calendar {
     std::string format(Date date, std::string_view pattern) const;
     /// The locale's medium date style, no time ("Jan 31, 2026").
     std::string mediumDate(Date date) const;
+    /// The day with an abbreviated month, as the locale writes it ("31. Jan. 2026").
+    std::string abbreviatedDate(Date date) const;
+    /// The same with hour and minute.
+    std::string abbreviatedDateAndTime(Date date) const;
 
   private:
     struct State;

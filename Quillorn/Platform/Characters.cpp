@@ -6,6 +6,9 @@
 #include <memory>
 #include <stdexcept>
 #include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
 #include <unicode/utext.h>
 
 namespace quillorn {
@@ -49,6 +52,9 @@ class CharacterBoundaries {
 
     UText* m_text = nullptr;
 };
+
+/// In bytes; far beyond any title, and within what ICU counts.
+constexpr std::size_t maximumNormalized = 1 << 24;
 
 /// Where each byte is a character of its own.
 bool isPlain(std::string_view text) {
@@ -104,6 +110,28 @@ std::string_view characterPrefix(std::string_view text, std::size_t count) {
     while (count > 0 && boundaries.next())
         --count;
     return text.substr(0, boundaries.position());
+}
+
+std::string normalizedText(std::string_view text) {
+    const bool isLong = text.size() > maximumNormalized;
+    icu::UnicodeString lower = icu::UnicodeString::fromUTF8(
+        {text.data(), static_cast<std::int32_t>(isLong ? maximumNormalized : text.size())});
+    lower.toLower(icu::Locale::getRoot());
+    icu::UnicodeString collapsed;
+    bool isGap = false;
+    for (std::int32_t i = 0; i < lower.length(); i = lower.moveIndex32(i, 1)) {
+        const UChar32 character = lower.char32At(i);
+        if (u_isUWhiteSpace(character)) {
+            isGap = !collapsed.isEmpty();
+            continue;
+        }
+        if (isGap)
+            collapsed.append(u' ');
+        isGap = false;
+        collapsed.append(character);
+    }
+    std::string result;
+    return collapsed.toUTF8String(result);
 }
 
 std::string_view trimBlanks(std::string_view text) {

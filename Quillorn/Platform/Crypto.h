@@ -22,6 +22,9 @@ class SystemRandom final : public RandomSource {
     void fill(std::span<std::uint8_t> bytes) override;
 };
 
+/// The SHA-256 of the bytes of `text`.
+std::array<std::uint8_t, 32> sha256(std::string_view text);
+
 /// Two lower-case hexadecimal digits for each byte.
 std::string hexString(std::span<const std::uint8_t> bytes);
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <mutex>
 #include <stdexcept>
+#include <unicode/dtptngen.h>
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 
@@ -50,6 +51,18 @@ struct DateFormats::State {
         return format;
     }
 
+    std::string patternOf(std::string_view skeleton) const {
+        UErrorCode error = U_ZERO_ERROR;
+        const std::unique_ptr<icu::DateTimePatternGenerator> generator(
+            icu::DateTimePatternGenerator::createInstance(locale, error));
+        check(error);
+        const std::string fields(skeleton);
+        const icu::UnicodeString best = generator->getBestPattern(icu::UnicodeString::fromUTF8(fields), error);
+        check(error);
+        std::string pattern;
+        return best.toUTF8String(pattern);
+    }
+
     static std::string text(const icu::DateFormat& format, std::chrono::local_seconds time) {
         icu::UnicodeString formatted;
         format.format(static_cast<double>(time.time_since_epoch().count()) * 1000, formatted);
@@ -62,6 +75,7 @@ struct DateFormats::State {
     /// By pattern: making one takes ten times as long as using it, and one must not be used by two threads.
     std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> formats;
     std::unique_ptr<icu::DateFormat> medium;
+    std::map<std::string, std::string> patterns; // by skeleton
 };
 
 DateFormats::DateFormats(std::string_view locale) : m_state(std::make_unique<State>(locale)) {}
@@ -77,6 +91,18 @@ std::string DateFormats::format(std::chrono::local_seconds time, std::string_vie
         found = m_state->formats.emplace(std::move(key), std::move(format)).first;
     }
     return State::text(*found->second, time);
+}
+
+std::string DateFormats::formatFields(std::chrono::local_seconds time, std::string_view skeleton) {
+    std::string pattern;
+    {
+        const std::lock_guard lock(m_state->mutex);
+        std::string& known = m_state->patterns[std::string(skeleton)];
+        if (known.empty())
+            known = m_state->patternOf(skeleton);
+        pattern = known;
+    }
+    return format(time, pattern);
 }
 
 std::string DateFormats::mediumDate(std::chrono::local_seconds time) {

@@ -15,6 +15,8 @@ class DateFormats {
 
     /// By a Unicode date pattern.
     std::string format(std::chrono::local_seconds time, std::string_view pattern);
+    /// The locale's own order and words for the fields of a Unicode skeleton such as "yMMMd".
+    std::string formatFields(std::chrono::local_seconds time, std::string_view skeleton);
     /// In the locale's medium date style.
     std::string mediumDate(std::chrono::local_seconds time);
     /// The day on which the locale's weeks begin.

@@ -292,6 +292,8 @@ CURL* HttpClient::Transfer::makeHandle() {
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, m_headers.get());
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    if (m_call.isDirect)
+        curl_easy_setopt(curl, CURLOPT_PROXY, "");  // not even that of the environment
     curl_easy_setopt(curl, CURLOPT_QUICK_EXIT, 1L); // a name that is being looked up holds nobody up
     curl_easy_setopt(curl, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, m_errorText.data());
@@ -345,7 +347,7 @@ void HttpClient::Transfer::readHeader(std::string_view line) {
     if (!isEnd || status < 200) // before 200 it was not the answer yet
         return handOver([](Inbox&) {});
     const bool isRedirect = status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-    if (isRedirect && !m_location.empty())
+    if (isRedirect && !m_location.empty() && !m_call.isDirect)
         m_target = redirected(m_call.url, m_location);
     if (m_target)
         return handOver([](Inbox&) {});

@@ -47,6 +47,8 @@ struct HttpCall {
     std::string body;
     /// How long the server may keep silent, from the start or from its last byte on.
     std::chrono::milliseconds timeout{0};
+    /// Asks that server and no other: no proxy, and no redirect is followed.
+    bool isDirect = false;
 };
 
 /// What is told of a call, on the main thread, in this order.

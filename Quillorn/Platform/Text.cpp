@@ -10,6 +10,7 @@
 #include <unicode/coll.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 namespace quillorn {
@@ -38,6 +39,17 @@ icu::UnicodeString foldKey(std::string_view text, bool isTurkic) {
     key = composer->normalize(key, error);
     check(error);
     return key;
+}
+
+icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::UnicodeString decomposed = icu::Normalizer2::getNFDInstance(error)->normalize(text, error);
+    check(error);
+    icu::UnicodeString bare;
+    for (std::int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1))
+        if (const UChar32 character = decomposed.char32At(i); u_charType(character) != U_NON_SPACING_MARK)
+            bare.append(character);
+    return bare;
 }
 
 constexpr char lowerASCII(char c) {
@@ -128,6 +140,16 @@ Text::Needle Text::needle(std::string_view text) const {
 
 bool Text::contains(std::string_view text, std::string_view part) const {
     return needle(part).isIn(text);
+}
+
+std::string Text::folded(std::string_view text) const {
+    std::string result;
+    return withoutAccents(foldKey(text, m_state->isTurkic)).toUTF8String(result);
+}
+
+bool Text::containsFolded(std::string_view text, std::string_view part) const {
+    const std::string wanted = folded(part);
+    return !wanted.empty() && folded(text).find(wanted) != std::string::npos;
 }
 
 int Text::compare(std::string_view a, std::string_view b) const {

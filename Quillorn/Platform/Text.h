@@ -38,6 +38,11 @@ class Text {
     /// Whether `text` contains `part`, as Needle says.
     bool contains(std::string_view text, std::string_view part) const;
 
+    /// `text` without case and accents, for comparing what people say: "ÚRGENT" and "urgent" are the same.
+    std::string folded(std::string_view text) const;
+    /// Whether `text` contains `part` when both are folded. An empty part is in no text.
+    bool containsFolded(std::string_view text, std::string_view part) const;
+
     /// The order in which a file list would show them: by the locale's collation, digits as numbers. Negative, zero or
     /// positive; zero only for equal strings (ties are broken by the bytes).
     int compare(std::string_view a, std::string_view b) const;
@@ -57,6 +62,9 @@ std::string_view characterPrefix(std::string_view text, std::size_t count);
 std::string_view trimBlanks(std::string_view text);
 /// Without white space and line ends at both ends.
 std::string_view trimWhitespaceAndNewlines(std::string_view text);
+/// In lower case by the rules that no locale changes, with one blank for each stretch of white space and line ends and
+/// none at the ends: what texts are told apart by when how they were typed does not matter.
+std::string normalizedText(std::string_view text);
 bool isValidUTF8(std::string_view text);
 
 } // namespace quillorn

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/RunLoop.h"
+#include "Platform/Task.h"
+
+#include <exception>
+#include <type_traits>
+#include <utility>
+
+namespace quillorn {
+
+namespace detail {
+
+template <typename T>
+Task<> finishTask(RunLoop& loop, Task<T> task, Outcome<T>& outcome) {
+    try {
+        if constexpr (std::is_void_v<T>) {
+            co_await std::move(task);
+            outcome.succeed();
+        } else {
+            outcome.succeed(co_await std::move(task));
+        }
+    } catch (...) {
+        outcome.fail(std::current_exception());
+    }
+    loop.stop();
+}
+
+} // namespace detail
+
+/// Runs the loop until the task has come to its end, and gives what it gives or throws: for programs that do one thing.
+template <typename T>
+T runTask(RunLoop& loop, Task<T> task) {
+    Outcome<T> outcome;
+    TaskScope scope;
+    scope.start(detail::finishTask(loop, std::move(task), outcome));
+    while (!outcome.isThere()) // who has stopped the loop may have meant something else
+        loop.run();
+    return outcome.take();
+}
+
+} // namespace quillorn

@@ -3,6 +3,7 @@
 #include "AI/AIEnvironment.h"
 #include "API/APIServer.h"
 #include "App/DataMigration.h"
+#include "App/ReminderServices.h"
 #include "MCP/MCPServer.h"
 #include "Models/SchemaVersions.h"
 #include "Models/Settings.h"
@@ -12,6 +13,7 @@
 #include "Platform/HttpClient.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Paths.h"
+#include "Platform/ReminderStore.h"
 #include "Platform/SettingsStore.h"
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
@@ -160,6 +162,8 @@ void QuillornApp::fetchStoreFromGroupContainer(const std::filesystem::path& fold
 }
 
 void QuillornApp::createServices(Schedules schedules) {
+    m_reminderStore = makeReminderStore(m_environment.settings, m_environment.paths, m_environment.calendar,
+                                        m_environment.clock, m_environment.log);
     m_background = std::make_unique<Background>(m_environment.mainQueue);
     m_mainContext = std::make_unique<MainContext>(*m_container, m_environment.mainQueue, m_environment.log);
     if (m_runMode == RunMode::normal && schedules == Schedules::run)
@@ -176,6 +180,22 @@ void QuillornApp::createServices(Schedules schedules) {
             .log = m_environment.log,
         },
         m_storeFile, *m_container, m_runMode == RunMode::normal && schedules == Schedules::run);
+    const bool isUsers = m_runMode == RunMode::normal;
+    m_reminderServices = std::make_unique<ReminderServices>(ReminderServices::Surroundings{
+        .container = *m_container,
+        .importsInto = isUsers ? m_container.get() : nullptr,
+        .clock = m_environment.clock,
+        .calendar = m_environment.calendar,
+        .text = m_environment.text,
+        .settings = m_environment.settings,
+        .mainQueue = m_environment.mainQueue,
+        .background = *m_background,
+        .log = m_environment.log,
+        .httpClient = *m_httpClient,
+        .reminders = *m_reminderStore,
+        .recordsFile = isUsers ? reminderRecordsFile(m_environment.paths) : std::filesystem::path(),
+        .schedule = isUsers && schedules == Schedules::run,
+    });
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,
@@ -205,6 +225,14 @@ TimerService& QuillornApp::timerService() {
 AIEnvironment QuillornApp::aiEnvironment() {
     return {*m_httpClient,       m_environment.settings, mainContext(),     m_environment.mainQueue,
             m_environment.clock, m_environment.calendar, m_environment.text};
+}
+
+ReminderImportService& QuillornApp::reminderImport() {
+    return m_reminderServices->importService();
+}
+
+ReminderIntents& QuillornApp::reminderIntents() {
+    return m_reminderServices->intents();
 }
 
 StoreRecovery QuillornApp::storeRecovery() const {

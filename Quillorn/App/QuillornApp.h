@@ -27,6 +27,10 @@ class MainQueue;
 class NotificationCenter;
 class Paths;
 class RandomSource;
+class ReminderImportService;
+class ReminderIntents;
+class ReminderServices;
+class ReminderStore;
 class SettingsStore;
 class SystemLog;
 class Text;
@@ -93,6 +97,9 @@ class QuillornApp {
     Background& background() { return *m_background; }
     BackupService& backupService() { return *m_backupService; }
     APIServer& apiServer() { return *m_apiServer; }
+    /// Does nothing but in normal mode: what it remembers is the user's.
+    ReminderImportService& reminderImport();
+    ReminderIntents& reminderIntents();
     /// Made on first use.
     TimerService& timerService();
     /// For conversations with a model; they must not outlive this object.
@@ -126,12 +133,15 @@ class QuillornApp {
     std::atomic<bool> m_isStoreLost = false;
     std::unique_ptr<ModelContainer> m_container;
     std::optional<std::string> m_launchFailureMessage;
-    /// Goes before the container, which its work may use, and after the services whose tasks wait for it.
+    std::unique_ptr<ReminderStore> m_reminderStore;
+    /// Goes before the container and the reminders, which its work may use, and after the services whose tasks wait for
+    /// it.
     std::unique_ptr<Background> m_background;
     std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<FileWatch> m_storeWatch;
     std::unique_ptr<HttpClient> m_httpClient;
     std::unique_ptr<BackupService> m_backupService;
+    std::unique_ptr<ReminderServices> m_reminderServices;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;
     Observation m_timerFollowsStore;

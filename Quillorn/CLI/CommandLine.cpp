@@ -3,6 +3,7 @@
 #include "CLI/AICommandLine.h"
 #include "CLI/AgentCommands.h"
 #include "CLI/Output.h"
+#include "CLI/ReminderCommandLine.h"
 #include "CLI/Suggestion.h"
 
 #include <CLI/CLI.hpp>
@@ -184,6 +185,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addBackups(*app, chosen);
     addAICommands(*app, chosen);
     addAgentCommands(*app, chosen);
+    addReminderCommands(*app, chosen);
     addDoctor(*app, chosen);
     addHelp(*app, chosen);
     return app;

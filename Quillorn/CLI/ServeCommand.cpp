@@ -4,8 +4,10 @@
 #include "CLI/Output.h"
 #include "CLI/Session.h"
 #include "Models/Settings.h"
+#include "Platform/Bus.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
+#include "Reminders/RemindersBusService.h"
 #include "Services/BackupService.h"
 #include "Services/TimerService.h"
 
@@ -64,6 +66,14 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
         if (!backups.isBackingUp() && backups.lastError())
             printError(fmt::format("the backup failed: {}", *backups.lastError()));
     });
+    // Where there is no session bus nobody could call; one that comes later is found. What is shown to play with is not
+    // for other programs.
+    std::unique_ptr<Bus> bus;
+    std::unique_ptr<RemindersBusService> reminders;
+    if (app.runMode() == RunMode::normal) {
+        bus = connectBus(BusKind::session, session.mainQueue(), nullptr);
+        reminders = std::make_unique<RemindersBusService>(*bus, app.reminderIntents(), session.calendar());
+    }
     app.startAPIServer(serverOptions);
     if (!server.hasServer()) {
         printError(server.lastError().value_or("the API server could not be started"));

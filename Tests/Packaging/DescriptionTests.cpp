@@ -60,7 +60,7 @@ struct Descriptions : ProgramTest {
         arguments.emplace_back("--help");
         const std::string text = outputOf(arguments);
         std::vector<Help> all{{command, {}, {}}};
-        const std::regex option(R"(\n  (?:(-\w),)?(--[\w-]+)[ \n])"), below(R"(\n  (\w+) )");
+        const std::regex option(R"(\n  (?:(-\w),)?(--[\w-]+)[ \n])"), below(R"(\n  ([\w-]+) )");
         const std::size_t commands = std::min(text.find("\nSubcommands:"), text.size());
         const std::string options = text.substr(0, commands), rest = text.substr(commands);
         const std::sregex_iterator end;

@@ -65,7 +65,7 @@ class Shares {
     }
 
     struct Share {
-        RowKey key;
+        RowKey key = 0;
         TimeSum time;
     };
     /// The largest ones first.

@@ -4,9 +4,9 @@
 
 namespace quillorn {
 
-std::optional<HttpResponse> HttpServer::refusal(const HttpRequest& request) const {
+std::optional<HttpResponse> HttpServer::refusal(const HttpRequest& head) const {
     for (const auto& check : middleware)
-        if (auto response = check(request))
+        if (auto response = check(head))
             return response;
     return std::nullopt;
 }

@@ -184,9 +184,8 @@ std::string APIConfig::baseURL() const {
     return fmt::format("http://{}:{}", host(), port);
 }
 
-namespace TaskAgentClipboard {
-
-std::string brief(const ProjectTask& task, const APIConfig& config, Date now, const Calendar& calendar) {
+std::string TaskAgentClipboard::brief(const ProjectTask& task, const APIConfig& config, Date now,
+                                      const Calendar& calendar) {
     Lines lines;
     add(lines, {"# Quillorn Task — Agent Brief", "",
                 "You are working on this Quillorn task. Prefer the MCP tools when connected;",
@@ -199,15 +198,15 @@ std::string brief(const ProjectTask& task, const APIConfig& config, Date now, co
     return joined(lines);
 }
 
-std::string briefSnippet(const APIConfig& config) {
+std::string TaskAgentClipboard::briefSnippet(const APIConfig& config) {
     return snippet(config, config.authRequired());
 }
 
-std::string settingsSnippet(const APIConfig& config) {
+std::string TaskAgentClipboard::settingsSnippet(const APIConfig& config) {
     return snippet(config, !config.key.empty());
 }
 
-std::string clientConfig(std::string_view client, const APIConfig& config) {
+std::string TaskAgentClipboard::clientConfig(std::string_view client, const APIConfig& config) {
     const std::string url = config.baseURL() + "/mcp";
     const std::string bearer = "Bearer " + config.key;
     if (client == "codex")
@@ -222,7 +221,7 @@ std::string clientConfig(std::string_view client, const APIConfig& config) {
     return Json(Json::Object{{list, Json::Object{{"quillorn", std::move(server)}}}}).text(Json::Style::pretty);
 }
 
-std::string_view directive() {
+std::string_view TaskAgentClipboard::directive() {
     return "## Quillorn task tracking\n"
            "Track all work in Quillorn using the `quillorn` MCP server.\n"
            "- Client: `<CLIENT>` · Project: `<PROJECT>`. Look up IDs with `list_clients` / `list_projects`; never "
@@ -235,7 +234,5 @@ std::string_view directive() {
            "- When the work is done and verified, call `complete_task`. If blocked, add a comment saying why and leave "
            "it open.";
 }
-
-} // namespace TaskAgentClipboard
 
 } // namespace quillorn

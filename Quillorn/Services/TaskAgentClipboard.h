@@ -37,23 +37,23 @@ inline constexpr std::array<std::string_view, 6> agentClients{"generic", "claude
                                                               "cursor",  "gemini-cli",  "codex"};
 
 /// Texts for coding agents.
-namespace TaskAgentClipboard {
+struct TaskAgentClipboard {
+    TaskAgentClipboard() = delete;
 
-/// All about one task, and how to work on it through REST and MCP, as Markdown. It shows the key where the server asks
-/// for it.
-std::string brief(const ProjectTask& task, const APIConfig& config, Date now, const Calendar& calendar);
+    /// All about one task, and how to work on it through REST and MCP, as Markdown. It shows the key where the server
+    /// asks for it.
+    static std::string brief(const ProjectTask& task, const APIConfig& config, Date now, const Calendar& calendar);
 
-/// The entry for a client's list of MCP servers, as JSON; with the key where the server asks for it.
-std::string briefSnippet(const APIConfig& config);
-/// The same with the key wherever there is one.
-std::string settingsSnippet(const APIConfig& config);
+    /// The entry for a client's list of MCP servers, as JSON; with the key where the server asks for it.
+    static std::string briefSnippet(const APIConfig& config);
+    /// The same with the key wherever there is one.
+    static std::string settingsSnippet(const APIConfig& config);
 
-/// The server as one of agentClients wants it in its file, with the key where the server asks for it.
-std::string clientConfig(std::string_view client, const APIConfig& config);
+    /// The server as one of agentClients wants it in its file, with the key where the server asks for it.
+    static std::string clientConfig(std::string_view client, const APIConfig& config);
 
-/// What a project's notes for an agent say of Quillorn, with the two names left to fill in.
-std::string_view directive();
-
-} // namespace TaskAgentClipboard
+    /// What a project's notes for an agent say of Quillorn, with the two names left to fill in.
+    static std::string_view directive();
+};
 
 } // namespace quillorn

@@ -78,7 +78,7 @@ class Reader {
     template <typename Type>
     Type read(char type) {
         Type value{};
-        checkBus(sd_bus_message_read_basic(m_message, type, &value));
+        checkBus(sd_bus_message_read_basic(m_message, type, static_cast<void*>(&value)));
         return value;
     }
 

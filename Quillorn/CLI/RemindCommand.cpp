@@ -29,6 +29,7 @@ UUID listNamed(const std::string& name, const ReminderIntents::Lists& lists, con
     if (found.size() == 1)
         return found.front()->id;
     std::vector<std::string> choices;
+    choices.reserve(found.size());
     for (const QuillornReminderList* each : found)
         choices.push_back(fmt::format("{}  {}", each->id.string(),
                                       SiriReminderRules::projectPath(each->name, each->clientName.value_or(""))));
@@ -39,7 +40,6 @@ UUID listNamed(const std::string& name, const ReminderIntents::Lists& lists, con
 std::optional<DateComponents> dueOf(const std::optional<std::string>& text, const Calendar& calendar, Date now) {
     if (!text)
         return std::nullopt;
-    const std::string today = calendar.format(now, "yyyy-MM-dd");
     std::string words = *text;
     // "today", "tomorrow 14:00", "9:05" are dates as well.
     const auto replace = [&](std::string_view word, Date day) {

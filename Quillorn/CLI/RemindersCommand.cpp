@@ -35,7 +35,7 @@ ExitStatus listReminderLists(bool json, const ProcessInfo& process) {
         const auto count =
             std::count_if(open.begin(), open.end(), [&](const ReminderItem& item) { return item.listName == name; });
         if (json)
-            rows.push_back(Json::Object{{"name", name}, {"open", std::int64_t{count}}, {"isChosen", isChosen}});
+            rows.emplace_back(Json::Object{{"name", name}, {"open", std::int64_t{count}}, {"isChosen", isChosen}});
         else
             fmt::print("[{}] {:5}  {}\n", isChosen ? 'x' : ' ', count, shown(name));
     }

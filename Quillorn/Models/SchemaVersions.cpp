@@ -70,8 +70,8 @@ const Schema& currentSchema() {
     return *QuillornMigrationPlan().schemas.back();
 }
 
-std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration, StoreEnvironment environment,
-                                              SystemLog& log) {
+std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration,
+                                              const StoreEnvironment& environment, SystemLog& log) {
     try {
         return std::make_unique<ModelContainer>(currentSchema(), &QuillornMigrationPlan(), configuration, environment);
     } catch (const StoreError& managed) {

@@ -29,7 +29,7 @@ const Schema& currentSchema();
 
 /// Opens the store with the migration plan and, when that fails, once more by inference. Throws the first attempt's
 /// StoreError when both fail: it says more about a version problem.
-std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration, StoreEnvironment environment,
-                                              SystemLog& log);
+std::unique_ptr<ModelContainer> openContainer(const ModelConfiguration& configuration,
+                                              const StoreEnvironment& environment, SystemLog& log);
 
 } // namespace quillorn

@@ -15,6 +15,7 @@ template <class Object>
 std::vector<std::string> sortedNames(std::vector<Object*> objects, const Text& text) {
     sortByName(objects, text);
     std::vector<std::string> names;
+    names.reserve(objects.size());
     for (const Object* object : objects)
         names.push_back(object->name());
     return names;

@@ -173,7 +173,7 @@ class ReminderIntents {
 /// time that it is that late. Absent for neither, and for a day that no calendar has.
 struct ResolvedDate {
     Date date;
-    bool hasTime;
+    bool hasTime = false;
 };
 std::optional<ResolvedDate> resolve(const DateComponents& components, const Calendar& calendar, Date now);
 

@@ -538,7 +538,7 @@ void HttpClient::Engine::settle(CURL* handle, CURLcode code) {
     const auto found = std::ranges::find(m_running, handle, &Transfer::handle);
     if (found == m_running.end())
         return;
-    const std::shared_ptr<Transfer> transfer = *found;
+    const std::shared_ptr<Transfer> transfer = std::move(*found);
     m_running.erase(found);
     curl_multi_remove_handle(m_multi.get(), handle);
     if (code == CURLE_OK && transfer->followsRedirect())

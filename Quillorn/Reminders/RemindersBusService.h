@@ -18,6 +18,7 @@ class RemindersBusService {
 
     /// All of it has to outlive this object.
     RemindersBusService(Bus& bus, ReminderIntents& intents, const Calendar& calendar);
+    ~RemindersBusService() = default;
     RemindersBusService(const RemindersBusService&) = delete;
     RemindersBusService& operator=(const RemindersBusService&) = delete;
 

@@ -44,6 +44,7 @@ std::optional<pid_t> start(std::vector<std::string> words, int input) {
     posix_spawnattr_setsigdefault(&attributes, &usual);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

@@ -4,9 +4,9 @@
 
 namespace quillorn {
 
-std::optional<HttpResponse> HttpServer::refusal(const HttpRequest& head) const {
+std::optional<HttpResponse> HttpServer::refusal(const HttpRequest& request) const {
     for (const auto& check : middleware)
-        if (auto response = check(head))
+        if (auto response = check(request))
             return response;
     return std::nullopt;
 }

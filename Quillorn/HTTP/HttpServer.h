@@ -70,7 +70,7 @@ class HttpServer : public HttpServerIO {
     /// Run in order when the head of a request is there; the first response ends the request, unread as it is.
     std::vector<std::function<std::optional<HttpResponse>(const HttpRequest&)>> middleware;
 
-    std::optional<HttpResponse> refusal(const HttpRequest& head) const override;
+    std::optional<HttpResponse> refusal(const HttpRequest& request) const override;
     HttpRouter::Match dispatch(const HttpRequest& request) const override;
 
   private:

@@ -115,7 +115,11 @@ std::optional<Date> dateByFile(const fs::path& file, std::chrono::local_seconds 
     const Date asUTC{duration_cast<Date::duration>(minute.time_since_epoch())};
     // Zones are whole quarters of an hour from UTC. The file is done a while after the minute that it is named for, or
     // just before, where it had to take the next name.
-    constexpr minutes quarter{15}, early{1}, late{2}, west{-12 * 60}, east{14 * 60};
+    constexpr minutes quarter{15};
+    constexpr minutes early{1};
+    constexpr minutes late{2};
+    constexpr minutes west{-12 * 60};
+    constexpr minutes east{14 * 60};
     const auto ahead = floor<minutes>(asUTC - *written + late);
     const auto offset = minutes{ahead - (ahead % quarter + quarter) % quarter};
     if (offset < west || offset > east || asUTC - *written - offset > early)

@@ -69,7 +69,7 @@ ModelContainer::ModelContainer(const Schema& schema, const MigrationPlan* plan, 
       m_configuration(resolved(std::move(configuration))),
       m_environment(std::move(environment)),
       m_writeLock(prepareFiles(m_configuration)),
-      m_pool(location(m_configuration, environment.random)) {
+      m_pool(location(m_configuration, m_environment.random)) {
     try {
         open(plan);
     } catch (const StoreError& error) {

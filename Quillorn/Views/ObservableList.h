@@ -24,8 +24,8 @@ struct ListStep {
         changed,
     };
 
-    Kind kind;
-    std::size_t first;
+    Kind kind = Kind::changed;
+    std::size_t first = 0;
     std::size_t count = 1;
     std::size_t target = 0;
 

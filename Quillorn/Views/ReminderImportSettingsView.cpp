@@ -7,6 +7,7 @@
 #include "Reminders/ReminderImportService.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/core.h>
 
 namespace quillorn {
@@ -43,6 +44,7 @@ std::vector<ReminderImportSettingsView::List> ReminderImportSettingsView::lists(
         return std::find(names.begin(), names.end(), name) != names.end();
     };
     std::vector<List> rows;
+    rows.reserve(m_names.size() + chosen.size());
     for (const std::string& name : m_names)
         rows.push_back({name, isIn(chosen, name)});
     for (const std::string& name : chosen)
@@ -91,7 +93,7 @@ std::string ReminderImportSettingsView::explanation() {
     return fmt::format("Automatic runs only file reminders the AI is confident about (≥ {}%) for an existing project, "
                        "skipping duplicates. Everything else stays in Reminders for Review & Import. Reminders are "
                        "never deleted.",
-                       static_cast<int>(reminderConfidenceThreshold * 100 + 0.5));
+                       std::lround(reminderConfidenceThreshold * 100));
 }
 
 bool ReminderImportSettingsView::isConfigured() const {

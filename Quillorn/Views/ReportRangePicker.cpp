@@ -14,11 +14,9 @@ using std::chrono::year_month_day;
 ReportRangePicker::ReportRangePicker(const Clock& clock, const Calendar& calendar)
     : m_clock(clock),
       m_calendar(calendar),
+      m_month(year_month_day(today()).year() / year_month_day(today()).month()),
       m_start(today() - days{6}),
-      m_end(today()) {
-    const year_month_day date{today()};
-    m_month = date.year() / date.month();
-}
+      m_end(today()) {}
 
 local_days ReportRangePicker::today() const {
     return local_days{m_calendar.day(m_clock.now())};

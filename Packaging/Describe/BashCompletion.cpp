@@ -3,6 +3,7 @@
 #include "Models/Settings.h"
 
 #include <fmt/format.h>
+#include <set>
 
 namespace quillorn {
 
@@ -81,14 +82,14 @@ std::string branch(const CommandEntry& command) {
 
 std::string bashCompletion(const CommandEntry& program) {
     std::vector<std::string> commands;
-    std::vector<std::string> valued;
+    std::set<std::string> valued; // several commands may have an option of one name
     std::string branches;
     for (const CommandEntry* command : allCommands(program)) {
         if (!command->words.empty())
             commands.push_back("'" + key(*command) + "'");
         for (const OptionEntry& option : command->options)
             if (!option.value.empty())
-                valued.insert(valued.end(), option.names.begin(), option.names.end());
+                valued.insert(option.names.begin(), option.names.end());
         branches += branch(*command);
     }
     return fmt::format(head, fmt::arg("keys", fmt::join(settingKeys(), " ")),

@@ -59,7 +59,8 @@ void addReminders(CLI::App& app, Action& chosen) {
     auto file = std::make_shared<std::string>();
     CLI::App* reminders = app.add_subcommand("reminders", "Make tasks of the to-dos of other programs");
     reminders->require_subcommand(0, 1);
-    const auto add = [&](const char* name, const char* words, const auto& action) {
+    using ListCommand = std::function<ExitStatus(bool json, const ProcessInfo& process)>;
+    const auto add = [&](const char* name, const char* words, const ListCommand& action) {
         CLI::App* command = reminders->add_subcommand(name, words);
         command->add_flag("--json", *json, "Print JSON");
         command->callback(

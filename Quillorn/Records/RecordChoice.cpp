@@ -49,7 +49,7 @@ bool isSetAside(const ProjectTask& task) {
 template <class Object>
 Object& choose(ModelContext& context, std::string_view typed, const Text& text, const char* word) {
     if (const auto id = UUID::parse(typed))
-        if (Object* object = context.find<Object>(*id))
+        if (auto* object = context.find<Object>(*id))
             return *object;
     std::vector<Object*> all = context.fetch<Object>();
     std::ranges::sort(all, [&](const Object* a, const Object* b) { return text.compare(nameOf(*a), nameOf(*b)) < 0; });

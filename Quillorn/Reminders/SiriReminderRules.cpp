@@ -74,6 +74,7 @@ std::vector<Candidate> candidates(std::span<const Project* const> activeProjects
         paths.push_back(projectPath(*project));
     std::vector<std::string> labels = labelsOf(paths);
     std::vector<Candidate> found;
+    found.reserve(activeProjects.size());
     for (std::size_t i = 0; i < activeProjects.size(); ++i)
         found.push_back({activeProjects[i]->id(), std::move(labels[i]), detailOf(*activeProjects[i])});
     return found;

@@ -124,8 +124,9 @@ void addServer(Lines& lines, const APIConfig& config) {
     if (config.authRequired())
         lines.push_back("- **Auth:** required — `Authorization: Bearer " + config.key + "`");
     else
-        lines.push_back(config.key.empty() ? "- **Auth:** none"
-                                           : "- **Auth:** not required for current settings (key is set but unused)");
+        lines.emplace_back(config.key.empty()
+                               ? "- **Auth:** none"
+                               : "- **Auth:** not required for current settings (key is set but unused)");
     add(lines, {"", "### MCP config (Claude Code / compatible)", "```json"});
     lines.push_back(TaskAgentClipboard::briefSnippet(config));
     add(lines, {"```"});

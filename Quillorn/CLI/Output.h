@@ -2,6 +2,7 @@
 
 #include "Platform/Json.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,8 @@ std::string shown(std::string_view text);
 
 /// For --json.
 void printJson(const Json& value);
+/// The same for what is written piece by piece.
+void printJson(const std::function<void(JsonWriter&)>& write);
 
 /// Says on standard error what went wrong; the words may have several lines. Where that fails nothing is thrown: the
 /// work goes on, and the program's status tells at its end.

@@ -1,6 +1,7 @@
 #include "CLI/Output.h"
 #include "CLI/ReminderCommands.h"
 #include "CLI/Session.h"
+#include "CLI/Words.h"
 #include "Platform/RunTask.h"
 #include "Platform/Text.h"
 #include "Reminders/ReminderIntents.h"
@@ -40,21 +41,18 @@ UUID listNamed(const std::string& name, const ReminderIntents::Lists& lists, con
 std::optional<DateComponents> dueOf(const std::optional<std::string>& text, const Calendar& calendar, Date now) {
     if (!text)
         return std::nullopt;
-    std::string words = *text;
-    // "today", "tomorrow 14:00", "9:05" are dates as well.
-    const auto replace = [&](std::string_view word, Date day) {
-        if (words.starts_with(word))
-            words = formatISO8601(day).substr(0, 10) + words.substr(word.size());
-    };
-    const Date noon = Date(std::chrono::sys_days{calendar.day(now)}) + std::chrono::hours{12};
-    replace("today", noon);
-    replace("tomorrow", noon + std::chrono::days{1});
-    if (words.size() == 5 && words[2] == ':')
-        words = formatISO8601(noon).substr(0, 10) + ' ' + words;
-    const auto components = parseDateComponents(words, calendar);
-    if (!components)
-        throw std::runtime_error(fmt::format(
-            "\"{}\" is no date; 2026-01-31, 2026-01-31T09:05, today, \"tomorrow 09:05\" or 09:05 would be one", *text));
+    const When when = requireWhen(*text, now, calendar);
+    if (when.instant)
+        return DateComponents::of(*when.instant, true, calendar);
+    DateComponents components;
+    if (when.day) {
+        const std::chrono::year_month_day day{*when.day};
+        components = {day.year(), day.month(), day.day(), {}, {}};
+    }
+    if (when.time) {
+        components.hour = std::chrono::floor<std::chrono::hours>(*when.time);
+        components.minute = std::chrono::floor<std::chrono::minutes>(*when.time - *components.hour);
+    }
     return components;
 }
 

@@ -18,7 +18,7 @@ void addChoice(CLI::App& command, std::optional<bool>& choice, const char* yes, 
 void addRemindOptions(CLI::App& command, RemindOptions& options) {
     command.add_option("--list", options.list, "Name of a project, or Inbox for none")->type_name("NAME");
     command.add_option("--note", options.note, "What else there is to say")->type_name("TEXT");
-    command.add_option("--due", options.due, "2026-01-31, 2026-01-31T09:05, today, \"tomorrow 09:05\" or 09:05")
+    command.add_option("--due", options.due, "2026-01-31, 2026-01-31T09:05, friday, \"tomorrow 09:05\" or 9pm")
         ->type_name("WHEN");
     command.add_option("--tag", options.tags, "Name of a tag that there is; may be given again")
         ->type_name("NAME")

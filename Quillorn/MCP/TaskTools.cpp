@@ -1,6 +1,5 @@
 #include "MCP/ToolLists.h"
 #include "Models/Note.h"
-#include "Models/Sorting.h"
 #include "Models/TaskActions.h"
 #include "Models/TaskSearch.h"
 #include "Records/Edits.h"
@@ -93,12 +92,6 @@ ProjectTask& update(const ToolCall& call, const UpdateTaskArguments& arguments) 
     if (arguments.newParent)
         task.setParentTask(parent);
     return task;
-}
-
-std::vector<Note*> commentsOf(const ProjectTask& task) {
-    std::vector<Note*> comments(task.notes().begin(), task.notes().end());
-    sortLatestFirst(comments, &Note::createdAt);
-    return comments;
 }
 
 Note& comment(const ToolCall& call, const AddCommentArguments& arguments) {

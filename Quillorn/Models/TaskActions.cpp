@@ -2,6 +2,7 @@
 
 #include "Models/Note.h"
 #include "Models/ProjectTask.h"
+#include "Models/Sorting.h"
 #include "Models/Tag.h"
 #include "Platform/Text.h"
 #include "Store/ModelContext.h"
@@ -105,6 +106,12 @@ Note* addComment(ProjectTask& task, std::string_view text, Date now) {
         Note::Arguments{.title = "", .content = std::string(content), .project = task.project(), .task = &task}, now);
     task.setUpdatedAt(now);
     return &note;
+}
+
+std::vector<Note*> commentsOf(const ProjectTask& task) {
+    std::vector<Note*> comments(task.notes().begin(), task.notes().end());
+    sortLatestFirst(comments, &Note::createdAt);
+    return comments;
 }
 
 } // namespace quillorn

@@ -48,5 +48,7 @@ void removeTagFromTask(ProjectTask& task, const UUID& tagId, Date now);
 
 /// Adds a comment and notes the change on the task. Null, and nothing done, when the text is blank.
 Note* addComment(ProjectTask& task, std::string_view text, Date now);
+/// The latest first.
+std::vector<Note*> commentsOf(const ProjectTask& task);
 
 } // namespace quillorn

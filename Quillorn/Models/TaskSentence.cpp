@@ -1,85 +1,19 @@
 #include "Models/TaskSentence.h"
 
-#include "Models/DayPhrase.h"
 #include "Models/PhraseReader.h"
+#include "Models/WhenPhrase.h"
 #include "Platform/Calendar.h"
 #include "Platform/Text.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 
 namespace quillorn {
 
 namespace {
 
-using std::chrono::local_days;
-using std::chrono::seconds;
-
-constexpr std::string_view whiteSpace = " \t\r\n";
-
-/// Whether a word may end where `rest` begins: "tomorrow." does, "tomorrow's" does not.
-bool endsWord(std::string_view rest) {
-    const std::size_t behind = rest.find_first_not_of(",.;:!?)]\"'");
-    return behind == std::string_view::npos || whiteSpace.find(rest[behind]) != std::string_view::npos;
-}
-
 bool beginsWord(std::string_view text, std::size_t position) {
     return position == 0 || std::string_view(" \t\r\n([,;\"").find(text[position - 1]) != std::string_view::npos;
-}
-
-struct Due {
-    local_days day;
-    std::optional<seconds> time;
-    /// Where the zone was given as well.
-    std::optional<Date> instant;
-};
-
-/// "15:00", "3pm", "3:30 pm", at the end of a word.
-std::optional<seconds> takeTime(PhraseReader& reader) {
-    PhraseReader ahead = reader;
-    const auto hour = ahead.takeDigits(1, 2);
-    if (!hour)
-        return std::nullopt;
-    const bool hasMinutes = ahead.take(":");
-    const auto minute = hasMinutes ? ahead.takeDigits(2, 2) : 0;
-    PhraseReader suffix = ahead;
-    suffix.takeBlanks();
-    const bool isMorning = suffix.take("am");
-    const bool hasSuffix = (isMorning || suffix.take("pm")) && endsWord(suffix.rest());
-    if (hasSuffix)
-        ahead = suffix;
-    const bool isHour = hasSuffix ? *hour >= 1 && *hour <= 12 : hasMinutes && *hour <= 23;
-    if (!isHour || !minute || *minute > 59 || !endsWord(ahead.rest()))
-        return std::nullopt;
-    reader = ahead;
-    const int hourOfDay = hasSuffix ? *hour % 12 + (isMorning ? 0 : 12) : *hour;
-    return std::chrono::hours{hourOfDay} + std::chrono::minutes{*minute};
-}
-
-/// The time that follows an ISO date behind its "T", with seconds and a zone where there are.
-bool takeISOTime(PhraseReader& reader, std::string_view day, Due& due) {
-    PhraseReader ahead = reader;
-    if (!ahead.take("t"))
-        return false;
-    const std::string_view rest = ahead.rest();
-    std::string_view word = rest.substr(0, rest.find_first_of(whiteSpace));
-    word = word.substr(0, word.find_last_not_of(",.;:!?)]\"'") + 1);
-    const auto hour = ahead.takeDigits(2, 2);
-    const auto minute = hour && ahead.take(":") ? ahead.takeDigits(2, 2) : std::nullopt;
-    const auto second = minute && ahead.take(":") ? ahead.takeDigits(2, 2) : 0;
-    if (!minute || !second || *hour > 23 || *minute > 59 || *second > 59)
-        return false;
-    due.time = std::chrono::hours{*hour} + std::chrono::minutes{*minute} + seconds{*second};
-    if (!endsWord(ahead.rest())) {
-        due.instant = parseISO8601(std::string(day) + "T" + std::string(word));
-        if (!due.instant)
-            return false;
-        ahead = reader;
-        ahead.skip(1 + word.size());
-    }
-    reader = ahead;
-    return true;
 }
 
 /// A sentence on its way to a result: words that are understood become marked, and the rest is the title.
@@ -110,7 +44,7 @@ class SentenceReading {
     };
     struct Found {
         Span span;
-        Due due;
+        When due;
     };
 
     std::size_t lengthUnderstood(std::size_t position) {
@@ -134,7 +68,7 @@ class SentenceReading {
     /// Also where it is the second of its kind and stays, so that its parts are not looked at.
     std::size_t readDue(std::size_t position, std::string_view rest) {
         PhraseReader reader(rest);
-        if (const auto due = takeDay(reader)) {
+        if (const auto due = takeDay(reader, m_now, m_calendar)) {
             if (!m_day)
                 m_day = Found{{position, position + reader.position()}, *due};
             return reader.position();
@@ -142,38 +76,8 @@ class SentenceReading {
         reader = PhraseReader(rest);
         const auto time = takeAt(reader);
         if (time && !m_time)
-            m_time = Found{{position, position + reader.position()}, {{}, time, {}}};
+            m_time = Found{{position, position + reader.position()}, {.time = time}};
         return time ? reader.position() : 0;
-    }
-
-    static std::optional<seconds> takeAt(PhraseReader& reader) {
-        return reader.take("at") && reader.takeBlanks() > 0 ? takeTime(reader) : std::nullopt;
-    }
-
-    /// A day, the word that leads to it ("by friday") and the time behind it.
-    std::optional<Due> takeDay(PhraseReader& reader) const {
-        for (const std::string_view word : {"due", "by", "on"})
-            if (PhraseReader ahead = reader; ahead.take(word) && ahead.takeBlanks() > 0)
-                reader = ahead;
-        const std::string_view rest = reader.rest();
-        const auto phrase = dayPhraseAt(rest, m_now, m_calendar);
-        if (!phrase)
-            return std::nullopt;
-        reader.skip(phrase->length);
-        Due due{phrase->day, {}, {}};
-        if (!takeISOTime(reader, rest.substr(0, phrase->length), due) && !endsWord(reader.rest()))
-            return std::nullopt;
-        if (PhraseReader ahead = reader; !due.time && ahead.takeBlanks() > 0) {
-            PhraseReader plain = ahead;
-            due.time = takeAt(ahead);
-            if (!due.time) {
-                ahead = plain;
-                due.time = takeTime(ahead);
-            }
-            if (due.time)
-                reader = ahead;
-        }
-        return due;
     }
 
     std::size_t readPriority(std::string_view rest) {
@@ -229,14 +133,10 @@ class SentenceReading {
         if (!m_day && !m_time)
             return;
         const bool takesTime = m_time && (!m_day || !m_day->due.time);
-        Due due = m_day ? m_day->due : Due{local_days{m_calendar.day(m_now)}, {}, {}};
+        When due = m_day ? m_day->due : When{};
         if (takesTime)
             due.time = m_time->due.time;
-        const auto instantOf = [&](local_days day) { return m_calendar.instant(day + due.time.value_or(seconds{0})); };
-        Date date = due.instant ? *due.instant : instantOf(due.day);
-        if (!m_day && date < m_now)
-            date = instantOf(due.day + std::chrono::days{1});
-        m_result.dueDate = date;
+        m_result.dueDate = due.nextDate(m_now, m_calendar);
         m_result.dueHasTime = due.time.has_value();
         for (const Found* found : {m_day ? &*m_day : nullptr, takesTime ? &*m_time : nullptr})
             if (found != nullptr)

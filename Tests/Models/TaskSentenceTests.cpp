@@ -1,6 +1,7 @@
 #include "Models/TaskSentence.h"
 
 #include "Models/DayPhrase.h"
+#include "Models/WhenPhrase.h"
 #include "Platform/Calendar.h"
 #include "Platform/Text.h"
 #include "Support/TestRecords.h"
@@ -36,6 +37,30 @@ TEST(DayPhrase, isReadAsPeopleAndModelsWriteIt) {
         const auto day = dayNamed(each.text, date(fmt::format("{}T23:30:00Z", each.today)), calendar);
         EXPECT_EQ(day ? calendar.format(calendar.instant(*day), "yyyy-MM-dd") : "", each.expected) << each.text;
     }
+}
+
+TEST(When, isReadAsAWhole) {
+    const std::pair<const char*, const char*> cases[] = {
+        // clang-format off
+        {"today", "2026-01-15 00:00"}, {" Tomorrow 09:05 ", "2026-01-16 09:05 t"}, {"friday at 3pm", "2026-01-16 15:00 t"},
+        {"by next week", "2026-01-19 00:00"}, {"2026-02-11", "2026-02-11 00:00"}, {"2026-02-11 15:00", "2026-02-11 15:00 t"},
+        {"2026-02-11T15:00", "2026-02-11 15:00 t"}, {"2026-02-11T15:00:30", "2026-02-11 15:00 t"},
+        {"2026-02-11T15:00Z", "2026-02-11 16:00 t"}, {"2026-02-11T15:00:00-05:00", "2026-02-11 21:00 t"},
+        {"13:30", "2026-01-15 13:30 t"}, {"at 9:05", "2026-01-16 09:05 t"}, {"9pm", "2026-01-15 21:00 t"},
+        {"yesterday", "2026-01-14 00:00"}, {"yesterday 17:00", "2026-01-14 17:00 t"}, {"now", "2026-01-15 13:00 t"},
+        {"", ""}, {"soon", ""}, {"today or so", ""}, {"25:00", ""}, {"9", ""}, {"2026-02-30", ""}, {"2026-02-11T25:00", ""},
+        {"2026-02-11T15:00+xx", ""}, {"yesterdays", ""}, {"today 9:05 10:00", ""}, {"nowhere", ""},
+        // clang-format on
+    };
+    const Calendar calendar("Europe/Berlin", "en_US");
+    for (const auto& [text, expected] : cases) {
+        const auto when = readWhen(text, testNow, calendar);
+        std::string read = when ? calendar.format(when->nextDate(testNow, calendar), "yyyy-MM-dd HH:mm") : "";
+        if (when && when->hasTime())
+            read += " t";
+        EXPECT_EQ(read, expected) << text;
+    }
+    EXPECT_EQ(readWhen("9:05", testNow, calendar)->date(testNow, calendar), date("2026-01-15T08:05:00Z"));
 }
 
 TEST(TaskSentence, isUnderstoodByItsRules) {

@@ -1,9 +1,32 @@
 #include "Platform/Terminal.h"
 
+#include "Platform/DisplayWidth.h"
+
 #include <gtest/gtest.h>
 
 namespace quillorn {
 namespace {
+
+TEST(Terminal, countsTheCellsOfTexts) {
+    struct Case {
+        const char* text;
+        std::size_t width;
+        const char* inFour;
+    };
+    for (const auto& [text, width, inFour] : {Case{"", 0, ""},
+                                              {"abcd", 4, "abcd"},
+                                              {"abcde", 5, "abc…"},
+                                              {"größer", 6, "grö…"},
+                                              {"e\u0301te\u0301", 3, "e\u0301te\u0301"},
+                                              {"日本語", 6, "日…"},
+                                              {"👩‍👩‍👧!", 3, "👩‍👩‍👧!"},
+                                              {"✔\uFE0F ok", 5, "✔\uFE0F …"},
+                                              {"🇩🇪🇫🇷", 4, "🇩🇪🇫🇷"}}) {
+        EXPECT_EQ(displayWidth(text), width) << text;
+        EXPECT_EQ(fittedToWidth(text, 4), inFour) << text;
+    }
+    EXPECT_EQ(fittedToWidth("ab", 0), "");
+}
 
 TEST(Terminal, showsControlCharactersInsteadOfObeyingThem) {
     const struct {

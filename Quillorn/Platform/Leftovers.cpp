@@ -44,9 +44,12 @@ Leftover::~Leftover() {
 void endBySignal(int signal) {
     // Held to the end: nothing new is made meanwhile.
     const std::lock_guard lock(list().mutex);
+    constexpr int mostTries = 100;
     for (const fs::path& path : list().paths) {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
+        // Whoever is still at work in a folder may put a file into it while it is emptied.
+        std::error_code failed;
+        for (int tries = 0; tries < mostTries && (tries == 0 || failed); ++tries)
+            fs::remove_all(path, failed);
     }
     std::signal(signal, SIG_DFL);
     sigset_t signals;

@@ -126,7 +126,8 @@ TEST_F(MCPTest, argumentsOfAnyFormNeverHalfChangeAnything) {
         EXPECT_EQ(call("get_task", arguments).text, "taskId is required and must be a valid UUID");
     EXPECT_EQ(foreign.text("PRAGMA integrity_check"), "ok");
     // One emoji of two, joined, behind a long text.
-    const std::string title = std::string(200'000, 'x') + "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB";
+    std::string title(200'000, 'x');
+    title += "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x92\xBB";
     const Json::Object stored{{"title", title}, {"description", "Say \"hi\"\n\t\\ \x7F €"}};
     const ToolResult made = call("create_task", Json(stored).text());
     for (const auto& [key, value] : stored)

@@ -60,6 +60,7 @@ class Entity {
     friend class ContextSave;
     friend class ContextRefresh;
     friend class ContextRelease;
+    friend class RecordedEdit;
     friend class Hold;
     friend class ObservedRows;
     template <auto Member>

@@ -111,6 +111,7 @@ class ModelContext {
     friend class ContextSave;
     friend class ContextRefresh;
     friend class ContextRelease;
+    friend class RecordedEdit;
     friend class MainContext;
     friend class ObservedRows;
     friend class ObservedCount;

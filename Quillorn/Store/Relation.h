@@ -20,6 +20,7 @@ class ReferenceBase {
     friend class ContextSave;
     friend class ContextRefresh;
     friend class ContextRelease;
+    friend class RecordedEdit;
     template <auto Member>
     friend struct ColumnAccess;
 
@@ -48,6 +49,7 @@ class ListBase {
     friend class ContextSave;
     friend class ContextRefresh;
     friend class ContextRelease;
+    friend class RecordedEdit;
 
     /// `loading` while its owner is one of those that the loader is at work for.
     enum class State : std::uint8_t { absent, notLoaded, loading, loaded };

@@ -487,7 +487,7 @@ void HttpClient::Engine::run() {
         const std::lock_guard lock(m_mutex);
         m_wakeable = m_multi.get();
     }
-    constexpr int longestRest = 60'000; // milliseconds; new orders wake us
+    constexpr int longestRest = 3'600'000; // milliseconds; new orders wake us
     while (takeOrders()) {
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);

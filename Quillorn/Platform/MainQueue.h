@@ -19,6 +19,7 @@ class MainQueue {
     /// Runs `work` once, `delay` from now.
     virtual TimerId after(std::chrono::milliseconds delay, Work work) = 0;
     /// Runs `work` every `period`, the first time one period from now. Late ticks are not made up for.
+    /// Ticks half a minute apart and more may be up to half a minute late, to come together with those of other timers.
     virtual TimerId every(std::chrono::milliseconds period, Work work) = 0;
     /// Once it has returned on the main thread the timer's work does not run any more. Unknown ids are ignored.
     virtual void cancel(TimerId timer) = 0;

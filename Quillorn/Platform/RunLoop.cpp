@@ -21,6 +21,14 @@ using Moment = std::chrono::steady_clock::time_point;
 // Beyond any use, and far from where adding to a moment would overflow.
 constexpr std::chrono::milliseconds longestDelay = std::chrono::hours{24 * 365 * 100};
 
+/// Ticks of long periods come at whole ones of these alone, so that an idle program wakes up once for all of them.
+using CommonTicks = std::chrono::duration<std::int64_t, std::ratio<30>>;
+
+/// When a tick comes that is due at `moment`.
+Moment tickAt(Moment moment, std::chrono::milliseconds period) {
+    return period < CommonTicks{1} ? moment : Moment{std::chrono::ceil<CommonTicks>(moment)};
+}
+
 } // namespace
 
 struct RunLoop::State {
@@ -50,7 +58,8 @@ struct RunLoop::State {
 
 MainQueue::TimerId RunLoop::State::add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Work work) {
     using std::chrono::milliseconds;
-    const Moment due = std::chrono::steady_clock::now() + std::clamp(delay, milliseconds{0}, longestDelay);
+    const Moment due =
+        tickAt(std::chrono::steady_clock::now() + std::clamp(delay, milliseconds{0}, longestDelay), period);
     auto shared = std::make_shared<const Work>(std::move(work));
     const std::lock_guard lock(mutex);
     const std::uint64_t id = ++lastTimer;
@@ -81,9 +90,9 @@ void RunLoop::State::finishTick(std::uint64_t id) {
         return;
     Timer& timer = found->second;
     const Moment now = std::chrono::steady_clock::now();
-    timer.due += timer.period;
+    timer.due = tickAt(timer.due + timer.period, timer.period);
     if (timer.due <= now)
-        timer.due = now + timer.period;
+        timer.due = tickAt(now + timer.period, timer.period);
     schedule.emplace(timer.due, id);
 }
 

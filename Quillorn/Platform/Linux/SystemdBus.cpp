@@ -74,7 +74,8 @@ int SystemdBus::Connection::open() {
 }
 
 void SystemdBus::Connection::connect() {
-    retry.reset();
+    if (retry)
+        queue.cancel(*std::exchange(retry, std::nullopt));
     if (const int result = open(); result < 0)
         return lose(result);
     for (const auto& each : std::vector(registrations))
@@ -132,7 +133,10 @@ void SystemdBus::Connection::lose(int result) {
     if (log && !std::exchange(isFailureKnown, true))
         log->log(fmt::format("D-Bus: no connection to the {} bus: {}", kind == BusKind::session ? "session" : "system",
                              std::generic_category().message(-result)));
-    retry = queue.after(pause, [this] { connect(); });
+    // In the long run together with what else has to be done now and then.
+    retry = pause < longestPause ? queue.after(
+                                       pause, [this] { connect(); })
+                                 : queue.every(longestPause, [this] { connect(); });
     pause = std::min(pause * 2, longestPause);
 }
 

@@ -32,6 +32,8 @@ void ContextSave::run() {
     noteEcho();
     settleObjects();
     m_context.m_container.publish();
+    for (const auto& work : std::exchange(m_context.m_whenSaved, {}))
+        work();
 }
 
 void ContextSave::beginTransaction() {

@@ -83,6 +83,9 @@ class ModelContext {
     void save(std::chrono::milliseconds patience);
     /// With the usual patience; that of the main context is short.
     void save() { save(m_patience); }
+    /// Runs `work` once, behind the next commit of this context, on its thread; it may read what was saved, and must
+    /// not throw. It is forgotten when the context goes without a commit.
+    void whenSaved(std::function<void()> work) { m_whenSaved.push_back(std::move(work)); }
     bool hasChanges() const {
         return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty() || !m_links.empty();
     }
@@ -180,6 +183,7 @@ class ModelContext {
     std::vector<Entity*> m_changed;
     std::vector<Entity*> m_removed;
     std::vector<LinkChange> m_links;
+    std::vector<std::function<void()>> m_whenSaved;
     std::chrono::milliseconds m_patience = WriteLock::usualPatience;
     std::function<void()> m_used;
     /// For a context that follows the log of changes: the numbers of its own entries, which it need not follow.

@@ -318,5 +318,26 @@ TEST_F(Delete, takesAlongUnsavedRecordsToo) {
     EXPECT_EQ(context.fetch<ProjectTask>().size() + context.fetch<Tag>().size(), 4U);
 }
 
+TEST_F(Save, isFollowedOnceByWhatWaitsForIt) {
+    std::vector<std::size_t> stored; // at each call
+    const auto wait = [&] {
+        context.whenSaved([&] { stored.push_back(ModelContext(*container).fetch<Tag>().size()); });
+    };
+    wait();
+    context.save();
+    EXPECT_THAT(stored, ElementsAre()) << "there was nothing to save";
+    auto& tag = make<Tag>(context, {.name = "one"});
+    {
+        const ModelContext writer(*container, ModelContext::Intent::update);
+        EXPECT_THROW(context.save(std::chrono::milliseconds{1}), StoreBusyError);
+        EXPECT_THAT(stored, ElementsAre());
+    }
+    context.save();
+    EXPECT_THAT(stored, ElementsAre(1U));
+    tag.setName("two");
+    context.save();
+    EXPECT_THAT(stored, ElementsAre(1U));
+}
+
 } // namespace
 } // namespace quillorn

@@ -96,8 +96,8 @@ inline constexpr std::array settingsCatalogue = [] {
         Setting{"subtaskCompletionBehavior", user, integer, number(0),
                 "On completing a parent: 0 ask, 1 complete subtasks, 2 leave them, 3 block"}
             .within(0, 3),
-        Setting{"thoughtkegPushEnabled", user, boolean, false, "Send completed tasks to Thoughtkeg"},
-        Setting{"thoughtkegHost", user, text, "", "Host of Thoughtkeg; empty for this machine"},
+        Setting{"thoughtkegPushEnabled", user, boolean, false, "Send completed tasks to Thoughtkeg on this machine"},
+        Setting{"thoughtkegHost", user, text, "", "Kept, and without effect: Thoughtkeg is asked on this machine"},
         Setting{"apiPort", user, integer, number(18080), "Port of the local API server"}.within(1, 65535).readAtStart(),
         Setting{"apiAutoStart", user, boolean, false, "Start the API server at launch"},
         Setting{"apiExternalAccess", user, boolean, false, "Let other machines reach the API server"}.readAtStart(),

@@ -14,6 +14,8 @@
 
 namespace quillorn {
 
+class Bus;
+
 /// The user's application on this machine: all that QuillornApp needs, in the order in which it has to live. The shell
 /// hands in its queue and its log, which have to outlive it.
 class AppSession {
@@ -21,6 +23,7 @@ class AppSession {
     /// Throws what QuillornApp throws.
     AppSession(MainQueue& mainQueue, SystemLog& log, const ProcessInfo& process, QuillornApp::Schedules schedules,
                std::string version);
+    ~AppSession();
 
     QuillornApp& app() { return *m_app; }
     FileSettings& settings() { return m_settings; }
@@ -28,8 +31,12 @@ class AppSession {
     const Calendar& calendar() const { return m_calendar; }
     const Text& text() const { return m_text; }
     const Paths& paths() const { return *m_paths; }
+    /// Of programs that stay; null for commands.
+    Bus* sessionBus();
 
   private:
+    struct Machine;
+
     SystemClock m_clock;
     SystemRandom m_random;
     NotificationCenter m_notifications;
@@ -37,6 +44,7 @@ class AppSession {
     Calendar m_calendar;
     std::unique_ptr<Paths> m_paths;
     FileSettings m_settings;
+    std::unique_ptr<Machine> m_machine; // null for commands
     std::unique_ptr<QuillornApp> m_app;
 };
 

@@ -3,6 +3,7 @@
 #include "AI/AIEnvironment.h"
 #include "API/APIServer.h"
 #include "App/DataMigration.h"
+#include "App/MachineServices.h"
 #include "App/ReminderServices.h"
 #include "MCP/MCPServer.h"
 #include "Models/SchemaVersions.h"
@@ -18,6 +19,7 @@
 #include "Platform/SystemLog.h"
 #include "Services/BackupFolder.h"
 #include "Services/BackupService.h"
+#include "Services/ThoughtkegClient.h"
 #include "Services/TimerService.h"
 #include "Store/StoreError.h"
 
@@ -180,22 +182,7 @@ void QuillornApp::createServices(Schedules schedules) {
             .log = m_environment.log,
         },
         m_storeFile, *m_container, m_runMode == RunMode::normal && schedules == Schedules::run);
-    const bool isUsers = m_runMode == RunMode::normal;
-    m_reminderServices = std::make_unique<ReminderServices>(ReminderServices::Surroundings{
-        .container = *m_container,
-        .importsInto = isUsers ? m_container.get() : nullptr,
-        .clock = m_environment.clock,
-        .calendar = m_environment.calendar,
-        .text = m_environment.text,
-        .settings = m_environment.settings,
-        .mainQueue = m_environment.mainQueue,
-        .background = *m_background,
-        .log = m_environment.log,
-        .httpClient = *m_httpClient,
-        .reminders = *m_reminderStore,
-        .recordsFile = isUsers ? reminderRecordsFile(m_environment.paths) : std::filesystem::path(),
-        .schedule = isUsers && schedules == Schedules::run,
-    });
+    createReminderServices(schedules);
     m_apiServer = std::make_unique<APIServer>(APIServerEnvironment{
         .container = *m_container,
         .clock = m_environment.clock,
@@ -211,6 +198,66 @@ void QuillornApp::createServices(Schedules schedules) {
             *m_container, m_environment.clock, m_environment.text, m_environment.calendar, m_environment.random});
         return [server](const HttpRequest& request) { return server->handle(request.body); };
     };
+    if (m_environment.machine != nullptr)
+        createMachineServices(schedules);
+    if (m_runMode == RunMode::normal)
+        m_thoughtkegClient = std::make_unique<ThoughtkegClient>(
+            ThoughtkegEnvironment{*m_httpClient, m_environment.notifications, m_environment.settings,
+                                  m_environment.mainQueue, m_environment.log});
+}
+
+void QuillornApp::createReminderServices(Schedules schedules) {
+    const bool isUsers = m_runMode == RunMode::normal;
+    m_reminderServices = std::make_unique<ReminderServices>(ReminderServices::Surroundings{
+        .container = *m_container,
+        .importsInto = isUsers ? m_container.get() : nullptr,
+        .clock = m_environment.clock,
+        .calendar = m_environment.calendar,
+        .text = m_environment.text,
+        .settings = m_environment.settings,
+        .mainQueue = m_environment.mainQueue,
+        .background = *m_background,
+        .log = m_environment.log,
+        .httpClient = *m_httpClient,
+        .reminders = *m_reminderStore,
+        .recordsFile = isUsers ? reminderRecordsFile(m_environment.paths) : std::filesystem::path(),
+        .schedule = isUsers && schedules == Schedules::run,
+        .refreshNotification =
+            [this](const UUID& task) {
+                if (m_machineServices)
+                    m_machineServices->notificationService().reschedule(task);
+            },
+        .removeNotification =
+            [this](const std::string& identifier) {
+                if (m_environment.machine != nullptr)
+                    m_environment.machine->notifications.removePending({identifier});
+            },
+    });
+}
+
+void QuillornApp::createMachineServices(Schedules schedules) {
+    const AppEnvironment& outside = m_environment;
+    m_machineServices = std::make_unique<MachineServices>(
+        *outside.machine,
+        NotificationEnvironment{outside.machine->notifications, outside.clock, outside.calendar, outside.settings,
+                                outside.mainQueue, outside.log},
+        *m_mainContext, *m_background);
+    NotificationService& notifications = m_machineServices->notificationService();
+    notifications.onStart = [this](ProjectTask& task) { startTimer(task); };
+    if (m_runMode == RunMode::normal && schedules == Schedules::run)
+        notifications.follow();
+}
+
+void QuillornApp::startTimer(ProjectTask& task) {
+    if (m_timerService) {
+        m_timerService->start(task, mainContext());
+    } else {
+        // Nobody looks at the timer, so it need not tick here; in the store it runs on.
+        TimerService passing(m_environment.mainQueue, m_environment.clock);
+        passing.resumeRunningEntry(mainContext());
+        passing.start(task, mainContext());
+    }
+    m_mainContext->save();
 }
 
 TimerService& QuillornApp::timerService() {

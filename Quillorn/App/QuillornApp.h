@@ -23,9 +23,12 @@ class Calendar;
 class Clock;
 class FileWatch;
 class HttpClient;
+struct MachineSignals;
+class MachineServices;
 class MainQueue;
 class NotificationCenter;
 class Paths;
+class ProjectTask;
 class RandomSource;
 class ReminderImportService;
 class ReminderIntents;
@@ -34,6 +37,7 @@ class ReminderStore;
 class SettingsStore;
 class SystemLog;
 class Text;
+class ThoughtkegClient;
 class TimerService;
 
 /// A launch that can't go on at all: not even an empty store could be made.
@@ -55,6 +59,8 @@ struct AppEnvironment {
     const Calendar& calendar;
     /// Of the program.
     std::string version;
+    /// For programs that stay; null for commands.
+    const MachineSignals* machine = nullptr;
 };
 
 /// The file of the user's store. Throws std::runtime_error for a user without a home.
@@ -102,6 +108,10 @@ class QuillornApp {
     ReminderIntents& reminderIntents();
     /// Made on first use.
     TimerService& timerService();
+    /// Null without signals of the machine.
+    MachineServices* machineServices() { return m_machineServices.get(); }
+    /// Null but in normal mode.
+    ThoughtkegClient* thoughtkegClient() { return m_thoughtkegClient.get(); }
     /// For conversations with a model; they must not outlive this object.
     AIEnvironment aiEnvironment();
 
@@ -124,6 +134,10 @@ class QuillornApp {
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
     void storeWasLost(const StoreLostError& error);
     void createServices(Schedules schedules);
+    void createReminderServices(Schedules schedules);
+    void createMachineServices(Schedules schedules);
+    /// Starts the timer on the task, and saves.
+    void startTimer(ProjectTask& task);
 
     AppEnvironment m_environment;
     RunMode m_runMode = RunMode::normal;
@@ -140,11 +154,13 @@ class QuillornApp {
     std::unique_ptr<MainContext> m_mainContext;
     std::unique_ptr<FileWatch> m_storeWatch;
     std::unique_ptr<HttpClient> m_httpClient;
+    std::unique_ptr<ThoughtkegClient> m_thoughtkegClient;
     std::unique_ptr<BackupService> m_backupService;
     std::unique_ptr<ReminderServices> m_reminderServices;
     std::unique_ptr<APIServer> m_apiServer;
     std::unique_ptr<TimerService> m_timerService;
     Observation m_timerFollowsStore;
+    std::unique_ptr<MachineServices> m_machineServices;
 };
 
 } // namespace quillorn

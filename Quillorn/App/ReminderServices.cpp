@@ -30,6 +30,8 @@ ReminderServices::ReminderServices(const Surroundings& surroundings)
           .text = surroundings.text,
           .settings = surroundings.settings,
           .router = m_router,
+          .refreshNotification = surroundings.refreshNotification,
+          .removeNotification = surroundings.removeNotification,
       }) {}
 
 std::unique_ptr<ReminderStore> makeReminderStore(SettingsStore& settings, const Paths& paths, const Calendar& calendar,

@@ -6,7 +6,9 @@
 #include "Reminders/SiriProjectRouter.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace quillorn {
 
@@ -30,6 +32,9 @@ class ReminderServices {
         ReminderStore& reminders;
         std::filesystem::path recordsFile;
         bool schedule;
+        /// As ReminderIntentsEnvironment has them.
+        std::function<void(const UUID& task)> refreshNotification;
+        std::function<void(const std::string& identifier)> removeNotification;
     };
 
     explicit ReminderServices(const Surroundings& surroundings);

@@ -132,6 +132,14 @@ void addDoctor(CLI::App& app, Action& chosen) {
     doctor->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return examine(*json); }; });
 }
 
+void addSync(CLI::App& app, Action& chosen) {
+    auto json = std::make_shared<bool>(false);
+    CLI::App* sync = app.add_subcommand("sync", "Show whether changes by others have come in");
+    sync->footer("Asks the server or the desktop that runs; without one there is only the network to tell of.");
+    sync->add_flag("--json", *json, "Print JSON");
+    sync->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return showSync(*json); }; });
+}
+
 ExitStatus showHelp(const CLI::App& program, const std::vector<std::string>& words) {
     const CLI::App* command = &program;
     std::string title = program.get_name();
@@ -186,6 +194,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addAICommands(*app, chosen);
     addAgentCommands(*app, chosen);
     addReminderCommands(*app, chosen);
+    addSync(*app, chosen);
     addDoctor(*app, chosen);
     addHelp(*app, chosen);
     return app;

@@ -54,6 +54,9 @@ ExitStatus listBackups(bool json, bool check);
 /// Asks first, unless `confirmed`.
 ExitStatus restore(const std::string& file, bool confirmed, const ProcessInfo& process);
 
+/// How the store and the others who write to it get along, as the server or the desktop shows it.
+ExitStatus showSync(bool json);
+
 /// Looks whether all is well, changing nothing; fails when it is not.
 ExitStatus examine(bool json);
 

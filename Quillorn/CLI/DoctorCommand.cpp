@@ -18,11 +18,16 @@ namespace quillorn {
 
 namespace {
 
-void printFindings(const std::vector<Finding>& findings, bool isFine) {
+void printAsJson(const Examination& examination, bool isFine) {
     Json::Array array;
-    for (const Finding& each : findings)
+    for (const Finding& each : examination.findings)
         array.emplace_back(Json::Object{{"subject", each.subject}, {"isFine", each.isFine}, {"text", each.text}});
-    printJson(Json::Object{{"isFine", isFine}, {"findings", std::move(array)}});
+    const std::string& fault = examination.notificationFault;
+    Json::Object notifications{{"canShow", fault.empty()}};
+    if (!fault.empty())
+        notifications.emplace("reason", fault);
+    printJson(
+        Json::Object{{"isFine", isFine}, {"findings", std::move(array)}, {"notifications", std::move(notifications)}});
 }
 
 } // namespace
@@ -32,15 +37,16 @@ ExitStatus examine(bool json) {
     StandardErrorLog log;
     SystemRandom random;
     const Calendar calendar(currentTimeZone(), currentLocale());
-    std::vector<Finding> findings;
+    Examination examination;
     {
         ProgressLine progress;
         progress.show("Looking into the store");
-        findings = examine(*systemPaths(), calendar, random, log, SystemClock().now());
+        examination = examine(*systemPaths(), calendar, random, log, SystemClock().now());
     }
+    const std::vector<Finding>& findings = examination.findings;
     const bool isFine = std::all_of(findings.begin(), findings.end(), [](const Finding& each) { return each.isFine; });
     if (json)
-        printFindings(findings, isFine);
+        printAsJson(examination, isFine);
     else
         for (const Finding& each : findings)
             fmt::print("{:<9} {:<3} {}\n", each.subject, each.isFine ? "ok" : "!!", shown(each.text));

@@ -2,6 +2,7 @@
 
 #include "AI/AIService.h"
 #include "App/QuillornApp.h"
+#include "CLI/NotificationCheck.h"
 #include "CLI/PortProbe.h"
 #include "CLI/Suggestion.h"
 #include "Models/Formatters.h"
@@ -297,8 +298,7 @@ Finding examineRoom(const fs::path& store, const fs::path& backups) {
 
 } // namespace
 
-std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, RandomSource& random, SystemLog& log,
-                             Date now) {
+Examination examine(const Paths& paths, const Calendar& calendar, RandomSource& random, SystemLog& log, Date now) {
     const fs::path store = storeFile(paths);
     const fs::path settingsPath = settingsFile(paths);
     const SettingsContent content = readSettings(settingsPath);
@@ -314,8 +314,12 @@ std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, Rando
         findings.push_back(std::move(each));
     findings.push_back(examinePort(settings));
     findings.push_back(examineAI(settings));
+    std::string notificationFault = whyNoNotifications(settings, log);
+    findings.push_back({"alerts", true,
+                        notificationFault.empty() ? "a server tells when tasks are due"
+                                                  : "nobody tells when tasks are due: " + notificationFault});
     findings.push_back(examineRoom(store, folder));
-    return findings;
+    return {std::move(findings), std::move(notificationFault)};
 }
 
 } // namespace quillorn

@@ -21,8 +21,13 @@ struct Finding {
     std::string text;
 };
 
+struct Examination {
+    std::vector<Finding> findings;
+    /// Why nobody would be told of due tasks, which is no fault of an installation; empty where they would.
+    std::string notificationFault;
+};
+
 /// Looks at everything that Quillorn needs, without making or changing anything.
-std::vector<Finding> examine(const Paths& paths, const Calendar& calendar, RandomSource& random, SystemLog& log,
-                             Date now);
+Examination examine(const Paths& paths, const Calendar& calendar, RandomSource& random, SystemLog& log, Date now);
 
 } // namespace quillorn

@@ -1,15 +1,15 @@
 #include "API/APIServer.h"
+#include "App/MachineServices.h"
 #include "CLI/Commands.h"
 #include "CLI/KeyInput.h"
 #include "CLI/Output.h"
 #include "CLI/Session.h"
 #include "Models/Settings.h"
-#include "Platform/Bus.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
 #include "Reminders/RemindersBusService.h"
 #include "Services/BackupService.h"
-#include "Services/TimerService.h"
+#include "Services/SyncBusService.h"
 
 #include <fmt/core.h>
 #include <stdexcept>
@@ -50,7 +50,7 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     if (session.hasFailed())
         return ExitStatus::failure;
     const APIServerOptions serverOptions = combine(options, std::move(key), session.settings());
-    // No thread has been started so far, as it has to be.
+    // The threads that there are by now take no signals, as it has to be.
     const TerminationSignals signals([&](int) { session.mainQueue().stop(); });
     raiseDescriptorLimit();
 
@@ -68,11 +68,13 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
     });
     // Where there is no session bus nobody could call; one that comes later is found. What is shown to play with is not
     // for other programs.
-    std::unique_ptr<Bus> bus;
     std::unique_ptr<RemindersBusService> reminders;
+    std::unique_ptr<SyncBusService> sync;
     if (app.runMode() == RunMode::normal) {
-        bus = connectBus(BusKind::session, session.mainQueue(), nullptr);
-        reminders = std::make_unique<RemindersBusService>(*bus, app.reminderIntents(), session.calendar());
+        Bus& bus = *session.sessionBus();
+        sync = std::make_unique<SyncBusService>(bus, RemindersBusService::objectPath,
+                                                app.machineServices()->syncMonitor());
+        reminders = std::make_unique<RemindersBusService>(bus, app.reminderIntents(), session.calendar());
     }
     app.startAPIServer(serverOptions);
     if (!server.hasServer()) {

@@ -11,6 +11,10 @@ class Session {
   public:
     /// Throws what QuillornApp throws.
     explicit Session(const ProcessInfo& process, QuillornApp::Schedules schedules = QuillornApp::Schedules::rest);
+    /// Lets a command wait for what it has set under way.
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
 
     QuillornApp& app() { return m_world.app(); }
     RunLoop& mainQueue() { return m_mainQueue; }
@@ -18,6 +22,8 @@ class Session {
     const Clock& clock() const { return m_world.clock(); }
     const Calendar& calendar() const { return m_world.calendar(); }
     const Text& text() const { return m_world.text(); }
+    /// Null for commands.
+    Bus* sessionBus() { return m_world.sessionBus(); }
 
     /// Lets the main context save what it has, however long others write. Throws std::runtime_error when it can't.
     void saveChanges();
@@ -26,6 +32,9 @@ class Session {
     bool hasFailed();
 
   private:
+    void finishPushes();
+
+    const QuillornApp::Schedules m_schedules;
     StandardErrorLog m_log;
     RunLoop m_mainQueue{m_log};
     AppSession m_world;

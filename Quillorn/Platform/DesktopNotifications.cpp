@@ -1,5 +1,6 @@
 #include "Platform/DesktopNotifications.h"
 
+#include "Platform/BusTask.h"
 #include "Platform/SystemLog.h"
 #include "Platform/UTF8.h"
 
@@ -86,21 +87,30 @@ BusCall notificationServiceCall(std::string member, BusMessage arguments) {
 }
 
 DesktopNotifications::DesktopNotifications(Bus& sessionBus, const Clock& clock, MainQueue& queue,
-                                           WakeSignals& wakeSignals, SystemLog& log)
+                                           WakeSignals& wakeSignals, SystemLog& log, std::function<bool()> mayShow)
     : m_bus(sessionBus),
       m_log(log),
-      m_pending(clock, queue, wakeSignals,
-                [this](const NotificationRequest& request) { m_deliveries.start(show(request)); }),
+      m_mayShow(std::move(mayShow)),
+      m_pending(clock, queue, wakeSignals, [this](const NotificationRequest& request) { deliver(request); }),
       m_presence(m_bus.observeService(serviceName, [this](bool isPresent) { servicePresenceChanged(isPresent); })),
       m_invocations(m_bus.observeSignal(signalOf("ActionInvoked"), [this](const auto& signal) { wasInvoked(signal); })),
       m_closings(
           m_bus.observeSignal(signalOf("NotificationClosed"), [this](const auto& signal) { wasClosed(signal); })) {}
 
-Task<BusReply> DesktopNotifications::ask(const BusCall& call) {
-    const Completion<BusReply> completion;
-    const Observation pending =
-        m_bus.call(call, [end = completion](const BusReply& reply) mutable { end.succeed(reply); });
-    co_return co_await completion;
+Task<std::string> whyNotShown(Bus& sessionBus) {
+    const BusCall presence = busDaemonCall("NameHasOwner", {"s", {serviceName}});
+    const BusReply isPresent = co_await askBus(sessionBus, presence);
+    if (isPresent.error() != nullptr)
+        co_return "there is no session bus";
+    if (isPresent.message().values == BusValue::List{true}) {
+        const BusCall question = notificationServiceCall("GetCapabilities");
+        const BusReply capabilities = co_await askBus(sessionBus, question);
+        const BusError* error = capabilities.error();
+        co_return error == nullptr ? std::string() : fmt::format("the desktop does not answer: {}", error->what());
+    }
+    const BusCall question = busDaemonCall("ListActivatableNames");
+    const BusReply names = co_await askBus(sessionBus, question);
+    co_return lists(names, serviceName) ? "" : "no desktop shows them";
 }
 
 void DesktopNotifications::requestAuthorization() {
@@ -116,14 +126,14 @@ void DesktopNotifications::servicePresenceChanged(bool isPresent) {
 
 Task<> DesktopNotifications::lookWhetherItAnswers() {
     const BusCall call = notificationServiceCall("GetCapabilities");
-    const BusReply reply = co_await ask(call);
+    const BusReply reply = co_await askBus(m_bus, call);
     setAuthorization(reply.error() != nullptr ? NotificationAuthorization::denied
                                               : NotificationAuthorization::authorized);
 }
 
 Task<> DesktopNotifications::lookWhetherItCanStart() {
-    const BusCall call{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListActivatableNames"};
-    const BusReply reply = co_await ask(call);
+    const BusCall call = busDaemonCall("ListActivatableNames");
+    const BusReply reply = co_await askBus(m_bus, call);
     setAuthorization(lists(reply, serviceName) ? NotificationAuthorization::authorized
                                                : NotificationAuthorization::denied);
 }
@@ -133,13 +143,18 @@ void DesktopNotifications::setAuthorization(NotificationAuthorization authorizat
         m_authorizationObservers.tell();
 }
 
+void DesktopNotifications::deliver(const NotificationRequest& request) {
+    if (m_mayShow())
+        m_deliveries.start(show(request));
+}
+
 Task<> DesktopNotifications::show(NotificationRequest request) {
     // Asked each time: another service may have taken over since, or begins with this question.
     const BusCall question = notificationServiceCall("GetCapabilities");
-    const BusReply capabilities = co_await ask(question);
+    const BusReply capabilities = co_await askBus(m_bus, question);
     const BusCall call = notificationServiceCall(
         "Notify", notifyArguments(request, lists(capabilities, "actions"), lists(capabilities, "body-markup")));
-    const BusReply reply = co_await ask(call);
+    const BusReply reply = co_await askBus(m_bus, call);
     if (const BusError* error = reply.error()) {
         m_log.log(fmt::format("A notification could not be shown: {}", error->what()));
         co_return;

@@ -6,6 +6,7 @@
 #include "Platform/Task.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -16,12 +17,17 @@ namespace quillorn {
 /// Calls for the notification service of a desktop.
 BusCall notificationServiceCall(std::string member, BusMessage arguments = {});
 
+/// Why the desktop can't show notifications, in words for the user; empty where it can. Starts nobody.
+Task<std::string> whyNotShown(Bus& sessionBus);
+
 /// Shown by the desktop's service, org.freedesktop.Notifications, which may come and go. Authorised while somebody
 /// answers to that name, or the bus can start somebody who does. All that is given must outlive it.
 class DesktopNotifications final : public LocalNotifications {
   public:
-    DesktopNotifications(Bus& sessionBus, const Clock& clock, MainQueue& queue, WakeSignals& wakeSignals,
-                         SystemLog& log);
+    /// `mayShow` is asked at each request's moment; where it says no somebody else shows it.
+    DesktopNotifications(
+        Bus& sessionBus, const Clock& clock, MainQueue& queue, WakeSignals& wakeSignals, SystemLog& log,
+        std::function<bool()> mayShow = [] { return true; });
 
     NotificationAuthorization authorization() const override { return m_authorization; }
     Observation observeAuthorization(std::function<void()> handler) override {
@@ -34,20 +40,20 @@ class DesktopNotifications final : public LocalNotifications {
     Observation observeActions(ActionHandler handler) override { return m_actionObservers.add(std::move(handler)); }
 
   private:
-    /// The call has to last as long as the task.
-    Task<BusReply> ask(const BusCall& call);
     void servicePresenceChanged(bool isPresent);
     /// Whether the service answers; or, without waking it, whether the bus could start it.
     Task<> lookWhetherItAnswers();
     Task<> lookWhetherItCanStart();
     void setAuthorization(NotificationAuthorization authorization);
 
+    void deliver(const NotificationRequest& request);
     Task<> show(NotificationRequest request);
     void wasInvoked(const BusSignal& signal);
     void wasClosed(const BusSignal& signal);
 
     Bus& m_bus;
     SystemLog& m_log;
+    const std::function<bool()> m_mayShow;
     NotificationAuthorization m_authorization = NotificationAuthorization::notDetermined;
     Observers<> m_authorizationObservers;
     Observers<const NotificationRequest&, const std::string&> m_actionObservers;

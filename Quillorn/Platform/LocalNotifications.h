@@ -19,6 +19,8 @@ struct NotificationRequest {
     struct Action {
         std::string key;
         std::string label;
+
+        friend bool operator==(const Action&, const Action&) = default;
     };
 
     /// A request takes the place of one that is pending under the same name.
@@ -29,6 +31,8 @@ struct NotificationRequest {
     std::map<std::string, std::string> userInfo{};
     std::vector<Action> actions{};
     Date moment{};
+
+    friend bool operator==(const NotificationRequest&, const NotificationRequest&) = default;
 };
 
 /// The notifications of this machine. What is pending belongs to this process, and goes with it. For the main thread.

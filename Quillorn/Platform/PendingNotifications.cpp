@@ -31,13 +31,16 @@ PendingNotifications::~PendingNotifications() {
 }
 
 void PendingNotifications::add(NotificationRequest request) {
+    // A refresh says mostly what is known.
+    const auto known = m_requests.find(std::string_view(request.identifier));
+    if (known != m_requests.end() && *known == request)
+        return;
     erase(request.identifier);
     const auto shown = m_shown.find(request.identifier);
     if (shown != m_shown.end() && shown->second == request.moment)
         return;
-    std::string name = request.identifier;
-    const auto added = m_requests.emplace(std::move(name), std::move(request)).first;
-    m_order.emplace(added->second.moment, added->first);
+    const auto added = m_requests.insert(std::move(request)).first;
+    m_order.emplace(added->moment, added->identifier);
     arm();
 }
 
@@ -45,8 +48,8 @@ std::vector<std::string> PendingNotifications::identifiers() {
     deliverDue();
     std::vector<std::string> names;
     names.reserve(m_requests.size());
-    for (const auto& [name, request] : m_requests)
-        names.push_back(name);
+    for (const NotificationRequest& request : m_requests)
+        names.push_back(request.identifier);
     return names;
 }
 
@@ -56,21 +59,21 @@ void PendingNotifications::remove(const std::vector<std::string>& identifiers) {
         erase(identifier);
 }
 
-void PendingNotifications::erase(const std::string& identifier) {
+void PendingNotifications::erase(std::string_view identifier) {
     const auto found = m_requests.find(identifier);
     if (found == m_requests.end())
         return;
-    m_order.erase({found->second.moment, found->first});
+    m_order.erase({found->moment, found->identifier});
     m_requests.erase(found);
 }
 
 void PendingNotifications::deliverDue() {
     const Date now = m_clock.now();
     while (!m_order.empty() && m_order.begin()->first <= now) {
-        const std::string name(m_order.begin()->second);
+        const auto due = m_requests.extract(m_requests.find(m_order.begin()->second));
         m_order.erase(m_order.begin());
-        const NotificationRequest request = std::move(m_requests.extract(name).mapped());
-        m_shown.insert_or_assign(name, request.moment);
+        const NotificationRequest& request = due.value();
+        m_shown.insert_or_assign(request.identifier, request.moment);
         forgetLongShown(now);
         m_deliver(request);
     }

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -36,9 +37,23 @@ class PendingNotifications {
     void remove(const std::vector<std::string>& identifiers);
 
   private:
+    /// By the name alone.
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
+        std::size_t operator()(const NotificationRequest& request) const { return (*this)(request.identifier); }
+    };
+    struct Equal {
+        using is_transparent = void;
+        static std::string_view nameOf(std::string_view name) { return name; }
+        static std::string_view nameOf(const NotificationRequest& request) { return request.identifier; }
+        bool operator()(const auto& a, const auto& b) const { return nameOf(a) == nameOf(b); }
+    };
+    using Requests = std::unordered_set<NotificationRequest, Hash, Equal>;
+
     /// What is due is delivered before anything else, so that nobody takes it for something that can be forgotten.
     void deliverDue();
-    void erase(const std::string& identifier);
+    void erase(std::string_view identifier);
     void arm();
     void disarm();
     void forgetLongShown(Date now);
@@ -46,7 +61,7 @@ class PendingNotifications {
     const Clock& m_clock;
     MainQueue& m_queue;
     Deliver m_deliver;
-    std::unordered_map<std::string, NotificationRequest> m_requests;
+    Requests m_requests;
     std::set<std::pair<Date, std::string_view>> m_order; // of their names, soonest first
     /// For what moment a name was last shown.
     std::unordered_map<std::string, Date> m_shown;

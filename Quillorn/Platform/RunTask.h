@@ -3,7 +3,9 @@
 #include "Platform/RunLoop.h"
 #include "Platform/Task.h"
 
+#include <chrono>
 #include <exception>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -37,6 +39,23 @@ T runTask(RunLoop& loop, Task<T> task) {
     while (!outcome.isThere()) // who has stopped the loop may have meant something else
         loop.run();
     return outcome.take();
+}
+
+/// The same; absent when that takes longer, and the task is given up.
+template <typename T>
+std::optional<T> runTaskFor(RunLoop& loop, std::chrono::milliseconds patience, Task<T> task) {
+    Outcome<T> outcome;
+    TaskScope scope;
+    bool isLate = false;
+    const auto timer = loop.after(patience, [&] {
+        isLate = true;
+        loop.stop();
+    });
+    scope.start(detail::finishTask(loop, std::move(task), outcome));
+    while (!outcome.isThere() && !isLate)
+        loop.run();
+    loop.cancel(timer);
+    return outcome.isThere() ? std::optional<T>(outcome.take()) : std::nullopt;
 }
 
 } // namespace quillorn

@@ -45,6 +45,7 @@ TEST_F(Installation, putsTheUnitAndTheCompletionsWhereTheyAreLookedFor) {
               std::string("share/fish/vendor_completions.d/quillorn.fish"), std::string("share/man/man1/quillorn.1"),
               std::string("share/dbus-1/services/com.quillorn.Quillorn.service"),
               std::string("share/dbus-1/interfaces/com.quillorn.Reminders1.xml"),
+              std::string("share/dbus-1/interfaces/com.quillorn.Sync1.xml"),
               std::string("share/doc/quillorn/README.md")})
             EXPECT_TRUE(std::filesystem::exists(installed / file)) << prefix << " " << file;
         const std::string started = prefix.starts_with("/opt") ? "/opt/100%% $$mine" : prefix;

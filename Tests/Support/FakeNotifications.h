@@ -32,7 +32,10 @@ class FakeNotifications final : public LocalNotifications {
     void requestAuthorization() override { authorize(NotificationAuthorization::authorized); }
     void add(NotificationRequest request) override { m_pending.add(std::move(request)); }
     std::vector<std::string> pending() override { return m_pending.identifiers(); }
-    void removePending(const std::vector<std::string>& identifiers) override { m_pending.remove(identifiers); }
+    void removePending(const std::vector<std::string>& identifiers) override {
+        ++removals;
+        m_pending.remove(identifiers);
+    }
     Observation observeActions(ActionHandler handler) override { return m_actionObservers.add(std::move(handler)); }
 
     void authorize(NotificationAuthorization authorization) {
@@ -42,6 +45,7 @@ class FakeNotifications final : public LocalNotifications {
     void choose(const std::string& action) const { m_actionObservers.tell(shown.back(), action); }
 
     std::vector<NotificationRequest> shown;
+    std::size_t removals = 0;
 
   private:
     NotificationAuthorization m_authorization = NotificationAuthorization::authorized;

@@ -5,6 +5,7 @@
 #include "CLI/Output.h"
 #include "CLI/ReminderCommandLine.h"
 #include "CLI/Suggestion.h"
+#include "CLI/TimeCommandLine.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/core.h>
@@ -190,6 +191,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addServe(*app, chosen);
     addSettings(*app, chosen);
     addTimer(*app, chosen);
+    addTimeCommands(*app, chosen);
     addBackups(*app, chosen);
     addAICommands(*app, chosen);
     addAgentCommands(*app, chosen);

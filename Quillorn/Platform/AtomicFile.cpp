@@ -57,6 +57,9 @@ class TemporaryFile {
             else if (errno != EINTR)
                 throwLastError("write");
         }
+    }
+
+    void sync() {
         if (::fsync(m_file.number()) != 0)
             throwLastError("fsync");
     }
@@ -136,8 +139,18 @@ void replaceFile(const fs::path& file, std::string_view content, Links links, Fi
     if (mode == FileMode::asBefore)
         temporary.takeModeOf(target);
     temporary.write(content);
+    temporary.sync();
     temporary.moveTo(target);
     syncFolder(target.parent_path());
+}
+
+void replaceFile(const fs::path& file,
+                 const std::function<void(const std::function<void(std::string_view piece)>& put)>& write) {
+    TemporaryFile temporary(file);
+    write([&](std::string_view piece) { temporary.write(piece); });
+    temporary.sync();
+    temporary.moveTo(file);
+    syncFolder(file.parent_path());
 }
 
 bool createFile(const fs::path& file, std::string_view content) {
@@ -145,6 +158,7 @@ bool createFile(const fs::path& file, std::string_view content) {
         return false; // before the work of writing it
     TemporaryFile temporary(file);
     temporary.write(content);
+    temporary.sync();
     if (!temporary.moveToFree(file))
         return false;
     syncFolder(file.parent_path());
@@ -174,6 +188,7 @@ void copyFile(const fs::path& source, const fs::path& file) {
         else if (errno != EINTR)
             throwLastError("read");
     }
+    temporary.sync();
     temporary.moveTo(file);
     syncFolder(file.parent_path());
 }

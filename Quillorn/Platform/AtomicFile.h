@@ -30,6 +30,10 @@ enum class FileMode {
 void replaceFile(const std::filesystem::path& file, std::string_view content, Links links = Links::replaced,
                  FileMode mode = FileMode::ownerOnly);
 
+/// The same for its owner only, with what `write` hands on piece by piece. What `write` throws leaves `file` as it was.
+void replaceFile(const std::filesystem::path& file,
+                 const std::function<void(const std::function<void(std::string_view piece)>& put)>& write);
+
 /// The same for a file for its owner only, where nothing has that name, not even a link; else returns false, with
 /// nothing done.
 bool createFile(const std::filesystem::path& file, std::string_view content);

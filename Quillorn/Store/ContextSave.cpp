@@ -36,6 +36,23 @@ void ContextSave::run() {
         work();
 }
 
+void ContextSave::runStatements(const std::function<bool()>& write) {
+    try {
+        ChangeLog log(**m_context.m_database, m_context.m_container.schema());
+        log.suspend();
+        if (!write())
+            return abandon();
+        log.resume();
+        (*m_context.m_database)->statement("COMMIT")->run();
+    } catch (...) {
+        abandon();
+        throw;
+    }
+    m_context.m_container.checkpointIfDue(**m_context.m_database);
+    m_context.m_writeGuard.reset();
+    m_context.m_container.publish();
+}
+
 void ContextSave::beginTransaction() {
     if (m_context.m_writeGuard)
         return; // open since the context began

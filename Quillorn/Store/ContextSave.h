@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -22,6 +23,10 @@ class ContextSave {
 
     /// Throws StoreError, with nothing written and the objects as they were.
     void run();
+    /// The same for rows that `write` writes by statements of its own, in an updating context without changes. They are
+    /// not noted one by one: whoever follows the store learns that anything may have changed. Rolls back where `write`
+    /// returns false, and where it throws.
+    void runStatements(const std::function<bool()>& write);
 
   private:
     void beginTransaction();

@@ -1,6 +1,7 @@
 #include "Views/TimeDashboard.h"
 
 #include "Models/Client.h"
+#include "Models/DeletionQuestions.h"
 #include "Models/Formatters.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
@@ -290,7 +291,7 @@ TimeDashboard::RecentRow TimeDashboard::rowOf(const TimeEntry& entry) const {
 
 std::optional<Confirmation> TimeDashboard::confirmationFor(const UUID& entry) const {
     const TimeEntry* found = m_main.context().find<TimeEntry>(entry);
-    return found != nullptr ? std::optional(deletionOfTimeEntry(*found, m_clock.now())) : std::nullopt;
+    return found != nullptr ? std::optional(deletionOfTimeEntry(*found)) : std::nullopt;
 }
 
 void TimeDashboard::remove(const UUID& entry) {

@@ -54,9 +54,4 @@ std::string quickLabel(int minutes) {
     return minutes % 60 == 0 ? fmt::format("{}h", minutes / 60) : fmt::format("{}m", minutes);
 }
 
-Confirmation deletionOfTimeEntry(const TimeEntry& entry, Date now) {
-    return {"Delete Time Entry?", fmt::format("This permanently deletes {} of “{}”. This can’t be undone.",
-                                              entry.formattedDuration(now), entry.displayName())};
-}
-
 } // namespace quillorn

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Models/TaskActions.h"
 #include "Models/TimeEntry.h"
 
 #include <array>
@@ -47,8 +46,5 @@ std::string timeSpan(Date start, const std::optional<Date>& end, const Calendar&
 inline constexpr std::array quickMinutes = {15, 30, 45, 60, 120, 240};
 /// "45m", "2h".
 std::string quickLabel(int minutes);
-
-/// What is asked before an entry is deleted; the buttons read "Delete" and "Cancel".
-Confirmation deletionOfTimeEntry(const TimeEntry& entry, Date now);
 
 } // namespace quillorn

@@ -2,14 +2,18 @@
 
 #include "Platform/Calendar.h"
 #include "Platform/Text.h"
+#include "Services/DayChangeObserver.h"
 #include "Services/TimerService.h"
 #include "Store/MainContext.h"
 #include "Support/FakeClock.h"
+#include "Support/FakeNotifications.h"
 #include "Support/ManualQueue.h"
 #include "Support/MemorySettings.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 #include "Views/EditHistory.h"
+#include "Views/SceneStorage.h"
+#include "Views/ViewEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +40,10 @@ struct ViewTest : testing::Test, MemoryStore {
     MainContext main{*container, queue, log};
     TimerService timer{queue, clock};
     EditHistory history{main, timer, clock};
+    FakeWakeSignals wakeSignals;
+    DayChangeObserver days{clock, calendar, queue, wakeSignals};
+    MemorySceneStorage scene;
+    ViewEnvironment environment{main, queue, history, timer, days, settings, clock, calendar, text};
 };
 
 } // namespace quillorn

@@ -1,0 +1,99 @@
+#include "Views/SidebarItem.h"
+
+#include "Models/Client.h"
+#include "Models/Project.h"
+#include "Models/Tag.h"
+#include "Store/ModelContext.h"
+
+namespace quillorn {
+
+namespace {
+
+using Kind = SidebarItem::Kind;
+
+constexpr SmartListTexts smartListTexts[] = {
+    {"today", "Today", "calendar"},
+    {"dailySummary", "Daily Summary", "sun.max"},
+    {"upcoming", "Upcoming", "calendar.badge.clock"},
+    {"allTasks", "All Tasks", "tray.full.fill"},
+    {"activityLog", "Activity Log", "clock.arrow.circlepath"},
+    {"allNotes", "All Notes", "note.text"},
+};
+
+constexpr std::string_view recordKeys[] = {"client", "project", "tag"};
+
+bool exists(ModelContext& context, Kind kind, const UUID& id) {
+    switch (kind) {
+    case Kind::client:
+        return context.find<Client>(id) != nullptr;
+    case Kind::project:
+        return context.find<Project>(id) != nullptr;
+    default:
+        return context.find<Tag>(id) != nullptr;
+    }
+}
+
+template <class Type>
+std::string nameOf(ModelContext& context, const UUID& id) {
+    const Type* record = context.find<Type>(id);
+    return record != nullptr ? record->name() : std::string();
+}
+
+} // namespace
+
+const SmartListTexts& textsOf(Kind smartList) {
+    return smartListTexts[static_cast<std::size_t>(smartList) - static_cast<std::size_t>(Kind::today)];
+}
+
+std::string SidebarItem::key() const {
+    if (kind >= Kind::today)
+        return std::string(textsOf(kind).key);
+    return std::string(recordKeys[static_cast<std::size_t>(kind)]) + ":" + id.string();
+}
+
+std::optional<SidebarItem> SidebarItem::decode(std::string_view key, ModelContext& context) {
+    const std::size_t colon = key.find(':');
+    if (colon == std::string_view::npos) {
+        for (const Kind kind : smartListKinds)
+            if (textsOf(kind).key == key)
+                return SidebarItem{kind, {}};
+        return std::nullopt;
+    }
+    const auto id = UUID::parse(key.substr(colon + 1)); // a second colon is no part of an id
+    if (!id)
+        return std::nullopt;
+    for (const Kind kind : {Kind::client, Kind::project, Kind::tag})
+        if (recordKeys[static_cast<std::size_t>(kind)] == key.substr(0, colon) && exists(context, kind, *id))
+            return SidebarItem{kind, *id};
+    return std::nullopt;
+}
+
+std::string SidebarItem::label(ModelContext& context) const {
+    switch (kind) {
+    case Kind::client:
+        return nameOf<Client>(context, id);
+    case Kind::project:
+        return nameOf<Project>(context, id);
+    case Kind::tag:
+        return nameOf<Tag>(context, id);
+    default:
+        return std::string(textsOf(kind).label);
+    }
+}
+
+std::optional<TaskFilter> SidebarItem::taskFilter() const {
+    switch (kind) {
+    case Kind::today:
+        return TaskFilter{TaskFilter::Kind::today};
+    case Kind::upcoming:
+        return TaskFilter{TaskFilter::Kind::upcoming};
+    case Kind::allTasks:
+        return TaskFilter{TaskFilter::Kind::all};
+    case Kind::tag:
+        return TaskFilter{TaskFilter::Kind::tag, id};
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace quillorn

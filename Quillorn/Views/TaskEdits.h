@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Models/Enums.h"
+#include "Models/TaskActions.h"
+#include "Platform/UUID.h"
+#include "Views/ViewEnvironment.h"
+
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace quillorn {
+
+using TaskIds = std::vector<UUID>;
+
+/// What is done to the tasks that are selected, by rows and menus: each call is one step to undo. Ids of tasks that are
+/// gone are passed over.
+class TaskEdits {
+  public:
+    explicit TaskEdits(const ViewEnvironment& environment) : m_environment(environment) {}
+
+    /// Completes them while one of them is open, else reopens all.
+    void toggleCompleted(const TaskIds& ids);
+    void setStatus(const TaskIds& ids, TaskStatus status);
+    void setPriority(const TaskIds& ids, TaskPriority priority);
+    void setDueDate(const TaskIds& ids, std::optional<Date> date, bool hasTime);
+    void setTag(const TaskIds& ids, const UUID& tag, bool isOn);
+    /// To no project without one. A project that is gone moves nothing.
+    void moveToProject(const TaskIds& ids, const std::optional<UUID>& project);
+    void duplicate(const TaskIds& ids);
+    void convertToStandalone(const TaskIds& ids);
+
+    /// What to ask before remove(); absent when none of them is there.
+    std::optional<Confirmation> deletion(const TaskIds& ids) const;
+    /// Can't be undone.
+    void remove(const TaskIds& ids);
+
+    std::vector<ProjectTask*> find(const TaskIds& ids) const;
+
+  private:
+    using Edit = std::function<void(ProjectTask& task, Date now)>;
+    void perform(std::string_view verb, const TaskIds& ids, const Edit& edit);
+
+    ViewEnvironment m_environment;
+};
+
+} // namespace quillorn

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "Platform/MainQueue.h"
+#include "Platform/Observers.h"
+#include "Store/ObservedQuery.h"
+#include "Views/ObservableList.h"
+#include "Views/SceneStorage.h"
+#include "Views/SmartListDashboard.h"
+#include "Views/TaskEdits.h"
+#include "Views/TaskListLayout.h"
+#include "Views/TaskListTexts.h"
+#include "Views/TaskMeeting.h"
+#include "Views/TaskRowMaker.h"
+#include "Views/TaskSorting.h"
+#include "Views/TaskTextSearch.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace quillorn {
+
+/// The list of tasks behind every filter: narrowed by search and meeting, sorted, in sections, subtasks under their
+/// parents. One changed task costs what it changes. Belongs to the main thread.
+class TaskListView {
+  public:
+    using SortOrder = quillorn::SortOrder;
+    using GroupBy = quillorn::GroupBy;
+    using DueDateGroup = quillorn::DueDateGroup;
+
+    TaskListView(const ViewEnvironment& environment, SceneStorage& scene, TaskFilter filter);
+    ~TaskListView();
+    TaskListView(const TaskListView&) = delete;
+    TaskListView& operator=(const TaskListView&) = delete;
+
+    const TaskFilter& filter() const { return m_filter; }
+    /// Heads of sections, the row of done work, and tasks.
+    ObservableList<TaskListRow>& rows() { return m_rows; }
+    /// Told when anything but the rows has changed.
+    [[nodiscard]] Observation observe(std::function<void()> handler) { return m_observers.add(std::move(handler)); }
+
+    const std::string& searchText() const { return m_searchText; }
+    void setSearchText(std::string text);
+    static constexpr std::string_view searchPrompt = "Search tasks";
+
+    /// Whether the bar of meetings shows.
+    bool hasMeetings() const { return m_tally.ofMeetings > 0; }
+    /// Those of the list, the latest first.
+    const std::vector<TaskMeeting>& meetings() const;
+    /// Empty for all.
+    const std::string& meeting() const { return m_meeting; }
+    void setMeeting(std::string key);
+    /// "All Meetings", or the title of the chosen one.
+    std::string meetingTitle() const;
+
+    SortOrder sortOrder() const { return m_options.sortOrder; }
+    void setSortOrder(SortOrder order);
+    GroupBy groupBy() const { return m_options.groupBy; }
+    void setGroupBy(GroupBy grouping);
+    bool showsCompleted() const { return m_options.showsCompleted; }
+    /// For all lists.
+    void setShowsCompleted(bool shows);
+    bool isDoneSectionExpanded() const { return m_options.isDoneOpen; }
+    void toggleDoneSection();
+    void toggleDisclosure(const UUID& task);
+
+    /// What stands in place of rows; absent where there are some.
+    std::optional<EmptyState> emptyState() const;
+    void clearFilters();
+    /// Absent where the list is no smart list.
+    std::optional<SmartListDashboardHeader> dashboard() const;
+    /// Number of tasks before search and meeting narrow them.
+    std::size_t taskCount() const { return m_members.size(); }
+
+    /// Several rows may be selected; what was selected and is gone is not.
+    TaskIds selection() const;
+    void select(TaskIds ids);
+    /// What an action on the row of `task` is for: the selection where the row is part of it.
+    TaskIds targets(const UUID& task) const;
+    TaskEdits& edits() { return m_edits; }
+
+  private:
+    struct Options {
+        SortOrder sortOrder;
+        GroupBy groupBy;
+        bool showsCompleted;
+        bool isDoneOpen;
+        IdSet open; // tasks that show their subtasks
+    };
+
+    Options readOptions() const;
+    ObservedCondition condition() const;
+    void reload();
+    void follow(const RowSteps& told);
+    void rebuild();
+    bool take(const std::vector<ProjectTask*>& changed);
+    bool take(ProjectTask& task, TaskRowMaker& maker);
+    bool place(TaskListItem& item, bool isNew);
+    void drop(RowKey key);
+    void fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& maker);
+    void fillGuests(TaskListItem& item);
+    bool isNarrowedOut(const ProjectTask& task) const;
+    bool isEarlier(const TaskListItem& a, const TaskListItem& b) const;
+    void narrow();
+    void layOut();
+    void changeRows(const TaskListItem& item);
+    void settingsChanged();
+    void momentPassed();
+    void armTimer();
+    void tick();
+
+    ViewEnvironment m_environment;
+    SceneStorage& m_scene;
+    TaskFilter m_filter;
+    TaskEdits m_edits;
+    TaskMoment m_moment;
+    Options m_options;
+    std::string m_searchText;
+    TaskTextSearch m_search;
+    std::string m_meeting;
+    TaskIds m_selection;
+
+    ObservedQuery<ProjectTask> m_members;
+    std::optional<ObservedQuery<ProjectTask>> m_forecast;
+    std::optional<ObservedCount> m_completed;
+    TaskListLayout::Items m_items;
+    std::vector<TaskListItem*> m_sorted;
+    TaskSections m_sections;
+    std::uint32_t m_pass = 0;
+    TaskTally m_tally;
+    mutable std::optional<std::vector<TaskMeeting>> m_meetings;
+    std::unordered_set<RowKey> m_running; // whose time grows
+    std::optional<Date> m_nextDue;        // after which a row looks different
+    ObservableList<TaskListRow> m_rows;
+    Observers<> m_observers;
+
+    std::optional<MainQueue::TimerId> m_timer;
+    std::vector<Observation> m_observations;
+};
+
+} // namespace quillorn

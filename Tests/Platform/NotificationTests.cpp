@@ -100,7 +100,8 @@ struct DesktopNotificationsTest : testing::Test {
     FakeWakeSignals wake;
     SystemdBus desktop{BusKind::session, daemon.address(), loop, nullptr};
     SystemdBus client{BusKind::session, daemon.address(), loop, nullptr};
-    DesktopNotifications ours{client, clock, loop, wake, log};
+    bool mayShow = true;
+    DesktopNotifications ours{client, clock, loop, wake, log, [this] { return mayShow; }};
     std::vector<List> notified;
     Observation object, name;
 };
@@ -122,6 +123,10 @@ TEST_F(DesktopNotificationsTest, areShownAsTheServiceCan) {
     for (const auto& [capabilities, shown] : cases) {
         notified.clear();
         serve(capabilities);
+        mayShow = false;
+        show("by another process");
+        waitUntil([&] { return ours.pending().empty(); });
+        mayShow = true;
         show("a <b> & c\nd");
         waitUntil([&] { return !notified.empty(); });
         const List& call = notified.front();

@@ -12,8 +12,39 @@ namespace {
 // Walks the words before the cursor: `command` becomes the longest known one, `given` counts its arguments so far.
 constexpr std::string_view head = R"(# Completion of quillorn for bash; made from the definitions of its commands.
 
+# Offers the records of a kind. Their names may hold anything, and are never evaluated.
+_quillorn_records() {{
+    local kind=$1 word=$2 quote='' line id name
+    case $word in
+        [\"\']*) quote=${{word:0:1}} word=${{word:1}} ;;
+        *) word=${{word//\\/}} ;;
+    esac
+    local -a lines=()
+    mapfile -t lines < <("${{COMP_WORDS[0]}}" complete-records "$kind" -- "$word" 2>/dev/null)
+    for line in "${{lines[@]}}"; do
+        id=${{line%%$'\t'*}} name=${{line#*$'\t'}}
+        case $kind in
+            tasks | notes)
+                # Behind the only one there is nothing to tell it from others.
+                ((${{#lines[@]}} == 1)) && COMPREPLY=("$id") || COMPREPLY+=("$id  $name") ;;
+            *)
+                if [[ ! $quote ]]; then
+                    printf -v id %q "$id"
+                elif [[ $id == *[\"\'\$\`\\]* ]]; then
+                    continue
+                fi
+                COMPREPLY+=("$id") ;;
+        esac
+    done
+    # What was typed of a title must not give way to what the ids have in common.
+    if ((${{#lines[@]}} > 1)) && [[ $kind == tasks || $kind == notes ]]; then
+        [[ ${{COMPREPLY[0]}} == "${{word^^}}"* && $word ]] || COMPREPLY+=(' ')
+    fi
+}}
+
 _quillorn() {{
-    local word=${{COMP_WORDS[COMP_CWORD]}} command='' given=0 options='' words='' files='' i
+    local word=${{COMP_WORDS[COMP_CWORD]}} command='' given=0 options='' words='' files='' records='' i
+    local previous=${{COMP_WORDS[COMP_CWORD - 1]}}
     local keys='{keys}'
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${{COMP_WORDS[i - 1]}} in
@@ -27,14 +58,18 @@ _quillorn() {{
         esac
     done
     COMPREPLY=()
-    case ${{COMP_WORDS[COMP_CWORD - 1]}} in
-        {valued}) return ;;
-    esac
     case $command in
 )";
 
-constexpr std::string_view tail = R"(    esac
-    if [[ $word == -* ]]; then
+constexpr std::string_view middle = R"(    esac
+    case $previous in
+        {valued}) [[ $records ]] || return ;;
+    esac
+)";
+
+constexpr std::string_view tail = R"(    if [[ $records && $word != -* ]]; then
+        _quillorn_records "$records" "$word"
+    elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     elif [[ $files ]]; then
         compopt -o filenames 2>/dev/null
@@ -55,6 +90,27 @@ std::string key(const CommandEntry& command) {
     return key;
 }
 
+/// What it offers for the value of an option before the cursor.
+std::string valueBranch(const CommandEntry& command) {
+    std::string cases;
+    bool hasValues = false;
+    for (const OptionEntry& option : command.options) {
+        hasValues = hasValues || !option.value.empty();
+        if (const Offer offer = offerFor(option.value); offer.kind == Offer::Kind::records)
+            cases += fmt::format("                {}) records={} ;;\n", fmt::join(option.names, " | "), offer.records);
+    }
+    if (!hasValues)
+        return {};
+    // Of all others nothing is known, and what the arguments are does not count.
+    std::vector<std::string> others;
+    for (const OptionEntry& option : command.options)
+        if (!option.value.empty() && offerFor(option.value).kind != Offer::Kind::records)
+            others.insert(others.end(), option.names.begin(), option.names.end());
+    if (!others.empty())
+        cases += fmt::format("                {}) records='' ;;\n", fmt::join(others, " | "));
+    return "            case $previous in\n" + cases + "            esac\n";
+}
+
 /// What the script does for a command, below its label.
 std::string branch(const CommandEntry& command) {
     std::vector<std::string> options;
@@ -69,13 +125,19 @@ std::string branch(const CommandEntry& command) {
     if (!below.empty())
         text += fmt::format("            words='{}'\n", fmt::join(below, " "));
     for (std::size_t index = 0; index < command.arguments.size(); ++index) {
-        const Offer offer = offerFor(command.arguments[index]);
-        if (offer == Offer::settingKeys)
-            text += fmt::format("            ((given != {})) || words=$keys\n", index);
-        else if (offer == Offer::files)
-            text += fmt::format("            ((given != {})) || files=1\n", index);
+        const Offer offer = offerFor(command.arguments[index].name);
+        const char* isElsewhere = command.arguments[index].isRepeated ? "<" : "!=";
+        const auto unless = [&](const std::string& assignment) {
+            text += fmt::format("            ((given {} {})) || {}\n", isElsewhere, index, assignment);
+        };
+        if (offer.kind == Offer::Kind::settingKeys)
+            unless("words=$keys");
+        else if (offer.kind == Offer::Kind::files)
+            unless("files=1");
+        else if (offer.kind == Offer::Kind::records)
+            unless(fmt::format("records={}", offer.records));
     }
-    return text + "            ;;\n";
+    return text + valueBranch(command) + "            ;;\n";
 }
 
 } // namespace
@@ -94,7 +156,7 @@ std::string bashCompletion(const CommandEntry& program) {
     }
     return fmt::format(head, fmt::arg("keys", fmt::join(settingKeys(), " ")),
                        fmt::arg("commands", fmt::join(commands, " | ")), fmt::arg("valued", fmt::join(valued, " | "))) +
-           branches + std::string(tail);
+           branches + fmt::format(middle, fmt::arg("valued", fmt::join(valued, " | "))) + std::string(tail);
 }
 
 } // namespace quillorn

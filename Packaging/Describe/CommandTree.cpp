@@ -25,11 +25,14 @@ CommandEntry commandEntry(const CLI::App& app, std::vector<std::string> words) {
     CommandEntry entry{std::move(words), app.get_description(), app.get_footer(), {}, {}, {}};
     for (const CLI::Option* option : app.get_options({})) {
         if (option->get_positional())
-            entry.arguments.push_back({option->get_name(true), option->get_description()});
+            entry.arguments.push_back(
+                {option->get_name(true), option->get_description(), option->get_items_expected_max() > 1});
         else
             entry.options.push_back(optionEntry(*option));
     }
     for (const CLI::App* command : app.get_subcommands({})) {
+        if (command->get_group().empty()) // for programs alone
+            continue;
         std::vector<std::string> below = entry.words;
         below.push_back(command->get_name());
         entry.commands.push_back(commandEntry(*command, std::move(below)));
@@ -54,10 +57,25 @@ std::vector<const CommandEntry*> allCommands(const CommandEntry& top) {
     return all;
 }
 
-Offer offerFor(const ArgumentEntry& argument) {
-    if (argument.name == "KEY")
-        return Offer::settingKeys;
-    return argument.name == "FILE" ? Offer::files : Offer::nothing;
+Offer offerFor(std::string_view name) {
+    using Kind = Offer::Kind;
+    constexpr std::pair<std::string_view, Offer> offers[] = {
+        {"KEY", {Kind::settingKeys}},
+        {"FILE", {Kind::files}},
+        {"TASK", {Kind::records, "tasks"}},
+        {"T", {Kind::records, "tasks"}},
+        {"PROJECT", {Kind::records, "projects"}},
+        {"P", {Kind::records, "projects"}},
+        {"CLIENT", {Kind::records, "clients"}},
+        {"C", {Kind::records, "clients"}},
+        {"TAG", {Kind::records, "tags"}},
+        {"GROUP", {Kind::records, "groups"}},
+        {"NOTE", {Kind::records, "notes"}},
+    };
+    for (const auto& [known, offer] : offers)
+        if (known == name)
+            return offer;
+    return {};
 }
 
 } // namespace quillorn

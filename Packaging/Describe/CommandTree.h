@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillorn {
@@ -16,6 +17,8 @@ struct OptionEntry {
 struct ArgumentEntry {
     std::string name;
     std::string summary;
+    /// Whether it takes all the words that follow.
+    bool isRepeated = false;
 };
 
 /// A command; the program itself is the one without words.
@@ -37,8 +40,13 @@ CommandEntry commandTree();
 /// A command and all below it, from the top.
 std::vector<const CommandEntry*> allCommands(const CommandEntry& top);
 
-/// What a shell can offer for an argument.
-enum class Offer { nothing, settingKeys, files };
-Offer offerFor(const ArgumentEntry& argument);
+/// What a shell can offer for an argument or for the value of an option.
+struct Offer {
+    enum class Kind { nothing, settingKeys, files, records } kind = Kind::nothing;
+    /// For records: "tasks", "projects" and so on, as the program's command for completions knows them.
+    std::string_view records{};
+};
+/// By the name of the argument or value.
+Offer offerFor(std::string_view name);
 
 } // namespace quillorn

@@ -27,6 +27,15 @@ function __quillorn_in
     test "$words[1..$count]" = "$argv"
 end
 
+# Records of a kind; what was typed of a title leads to it by the title itself.
+function __quillorn_records
+    set -l typed (commandline -ct | string unescape)
+    command quillorn complete-records $argv[1] -- "$typed" 2>/dev/null | while read -l -d \t id name
+        printf '%s\t%s\n' $id $name
+        contains $argv[1] tasks notes; and test -n "$typed"; and printf '%s\t%s\n' $name $id
+    end
+end
+
 function __quillorn_keys
     string split ' ' '{keys}'
 end
@@ -50,6 +59,8 @@ std::string optionLine(const OptionEntry& option, const std::string& condition) 
         line += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
     if (!option.value.empty())
         line += " -x";
+    if (const Offer offer = offerFor(option.value); offer.kind == Offer::Kind::records)
+        line += fmt::format(" -a '(__quillorn_records {})'", offer.records);
     return line + fmt::format(" -d {}\n", inQuotes(option.summary));
 }
 
@@ -64,12 +75,18 @@ std::string commandLines(const CommandEntry& command) {
     for (const CommandEntry& below : command.commands)
         lines += fmt::format("complete -c quillorn -n {} -a {} -d {}\n", inQuotes(at), below.words.back(),
                              inQuotes(below.summary));
-    // Only the first argument is one that a shell can offer anything for.
-    const Offer offer = command.arguments.empty() ? Offer::nothing : offerFor(command.arguments.front());
-    if (offer == Offer::settingKeys)
-        lines += fmt::format("complete -c quillorn -n {} -a '(__quillorn_keys)'\n", inQuotes(at));
-    else if (offer == Offer::files)
-        lines += fmt::format("complete -c quillorn -n {} -F\n", inQuotes(at));
+    // Only the first argument is one that a shell can offer anything for, and those that are like it.
+    if (command.arguments.empty())
+        return lines;
+    const ArgumentEntry& argument = command.arguments.front();
+    const Offer offer = offerFor(argument.name);
+    const std::string where = inQuotes(argument.isRepeated ? in : at);
+    if (offer.kind == Offer::Kind::settingKeys)
+        lines += fmt::format("complete -c quillorn -n {} -a '(__quillorn_keys)'\n", where);
+    else if (offer.kind == Offer::Kind::files)
+        lines += fmt::format("complete -c quillorn -n {} -F\n", where);
+    else if (offer.kind == Offer::Kind::records)
+        lines += fmt::format("complete -c quillorn -n {} -a '(__quillorn_records {})'\n", where, offer.records);
     return lines;
 }
 

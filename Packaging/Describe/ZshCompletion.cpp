@@ -8,6 +8,22 @@ namespace quillorn {
 
 namespace {
 
+constexpr std::string_view records = R"sh(# Records of a kind; their names may hold anything, and are never evaluated.
+_quillorn_records() {
+    local -a ids shown
+    local line
+    for line in ${(f)"$(quillorn complete-records $1 -- "${(Q)PREFIX}" 2>/dev/null)"}; do
+        ids+=("${line%%$'\t'*}")
+        shown+=("${line%%$'\t'*}  ${line#*$'\t'}")
+    done
+    (( $#ids )) || return 1
+    # What was typed may be a part of the title, which the id does not begin with.
+    (( $#ids > 1 )) && compstate[insert]=menu
+    compadd -U -l -d shown -a ids
+}
+
+)sh";
+
 std::string inQuotes(std::string_view text) {
     std::string result = "'";
     for (const char character : text)
@@ -33,10 +49,25 @@ std::string functionName(const CommandEntry& command) {
     return name;
 }
 
+/// What completes it, for _arguments.
+std::string actionFor(const Offer& offer) {
+    switch (offer.kind) {
+    case Offer::Kind::settingKeys:
+        return "_quillorn_keys";
+    case Offer::Kind::files:
+        return "_files";
+    case Offer::Kind::records:
+        return fmt::format("_quillorn_records {}", offer.records);
+    case Offer::Kind::nothing:
+        break;
+    }
+    return " ";
+}
+
 std::string optionSpec(const OptionEntry& option) {
     std::string spec = "[" + escaped(option.summary) + "]";
     if (!option.value.empty())
-        spec += ":" + option.value + ": ";
+        spec += ":" + option.value + ":" + actionFor(offerFor(option.value));
     if (option.names.size() == 1)
         return inQuotes(option.names.front() + spec);
     // The shell makes one word of each name.
@@ -45,16 +76,7 @@ std::string optionSpec(const OptionEntry& option) {
 }
 
 std::string argumentSpec(const ArgumentEntry& argument) {
-    const std::string begin = ":" + argument.name + ":";
-    switch (offerFor(argument)) {
-    case Offer::settingKeys:
-        return inQuotes(begin + "_quillorn_keys");
-    case Offer::files:
-        return inQuotes(begin + "_files");
-    case Offer::nothing:
-        break;
-    }
-    return inQuotes(begin + " ");
+    return inQuotes((argument.isRepeated ? "*:" : ":") + argument.name + ":" + actionFor(offerFor(argument.name)));
 }
 
 /// The rest of the function of a command that has others below it.
@@ -100,7 +122,7 @@ std::string zshCompletion(const CommandEntry& program) {
     for (const CommandEntry* command : allCommands(program))
         text += function(*command);
     text += fmt::format("_quillorn_keys() {{\n    compadd {}\n}}\n\n", fmt::join(settingKeys(), " "));
-    return text + "_quillorn \"$@\"\n";
+    return text + std::string(records) + "_quillorn \"$@\"\n";
 }
 
 } // namespace quillorn

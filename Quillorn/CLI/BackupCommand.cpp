@@ -2,6 +2,7 @@
 #include "CLI/Output.h"
 #include "CLI/ProgressLine.h"
 #include "CLI/Session.h"
+#include "CLI/Words.h"
 #include "Models/Formatters.h"
 #include "Models/Settings.h"
 #include "Platform/Leftovers.h"
@@ -140,17 +141,6 @@ bool confirm(const fs::path& file) {
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "y" || answer == "Y" || answer == "yes";
-}
-
-/// For a shell to take as one word.
-std::string quotedForShell(const std::string& text) {
-    if (text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./") ==
-        std::string::npos)
-        return text;
-    std::string quoted = "'";
-    for (const char character : text)
-        quoted += character == '\'' ? "'\\''" : std::string(1, character);
-    return quoted + "'";
 }
 
 } // namespace

@@ -2,9 +2,12 @@
 
 #include "CLI/AICommandLine.h"
 #include "CLI/AgentCommands.h"
+#include "CLI/CompletionCommand.h"
 #include "CLI/Output.h"
+#include "CLI/RecordCommandLine.h"
 #include "CLI/ReminderCommandLine.h"
 #include "CLI/Suggestion.h"
+#include "CLI/TaskCommandLine.h"
 #include "CLI/TimeCommandLine.h"
 
 #include <CLI/CLI.hpp>
@@ -177,7 +180,8 @@ void addHelp(CLI::App& app, Action& chosen) {
 std::string noSuchCommand(const CLI::App& app, const std::string& word) {
     std::vector<std::string> names;
     for (const CLI::App* below : app.get_subcommands({}))
-        names.push_back(below->get_name());
+        if (!below->get_group().empty()) // else it is for programs
+            names.push_back(below->get_name());
     return fmt::format("there is no command \"{}\"{}", word, suggestion(word, names));
 }
 
@@ -188,6 +192,12 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     // Not "at least one": then a command that does not exist would be reported as none at all.
     app->require_subcommand(0, 1);
     app->get_formatter()->column_width(34);
+    addTaskCommands(*app, chosen);
+    addClientCommands(*app, chosen);
+    addProjectCommands(*app, chosen);
+    addGroupCommands(*app, chosen);
+    addNoteCommands(*app, chosen);
+    addTagCommands(*app, chosen);
     addServe(*app, chosen);
     addSettings(*app, chosen);
     addTimer(*app, chosen);
@@ -199,6 +209,7 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addSync(*app, chosen);
     addDoctor(*app, chosen);
     addHelp(*app, chosen);
+    addCompletionCommand(*app, chosen);
     return app;
 }
 

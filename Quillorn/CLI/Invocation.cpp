@@ -3,6 +3,8 @@
 #include "CLI/CommandLine.h"
 #include "CLI/Output.h"
 #include "CLI/Suggestion.h"
+#include "CLI/Table.h"
+#include "CLI/TaskCommands.h"
 #include "Platform/Terminal.h"
 
 #include <CLI/CLI.hpp>
@@ -65,13 +67,15 @@ ExitStatus invoke(const ProcessInfo& process) {
     std::erase(options, demoArgument);
     std::reverse(options.begin(), options.end());
     try {
-        app->parse(std::move(options));
+        app->parse(std::vector<std::string>(options));
     } catch (const CLI::ExtrasError&) {
         printError(wordsForExtras(*app) + "\nRun with --help for more information.");
         return ExitStatus::usage;
     } catch (const CLI::ParseError& error) {
         return report(*app, error);
     }
+    if (!action && options.empty() && isForPeople())
+        return showToday(process);
     if (!action) {
         fmt::print("{}", app->help());
         return ExitStatus::success;

@@ -1,44 +1,16 @@
-#include "AI/AIEnvironment.h"
-#include "AI/TaskParsingService.h"
+#include "AI/AIService.h"
 #include "CLI/AICommands.h"
 #include "CLI/Output.h"
-#include "CLI/ProgressLine.h"
-#include "CLI/Session.h"
+#include "CLI/SentenceReading.h"
+#include "CLI/Words.h"
 #include "Models/TaskSentence.h"
-#include "Platform/Leftovers.h"
-#include "Platform/TerminationSignals.h"
 
 #include <fmt/core.h>
 #include <fmt/ranges.h>
-#include <stdexcept>
 
 namespace quillorn {
 
 namespace {
-
-/// What the model makes of the sentence. Throws std::runtime_error with the reason when it makes nothing of it.
-ParsedTaskResult askModel(Session& session, const std::string& sentence, const TaskNames& names) {
-    const AIEnvironment environment = session.app().aiEnvironment();
-    TaskParsingService service(environment.httpClient, environment.settings, environment.clock, environment.calendar);
-    std::optional<ParsedTaskResult> result;
-    const auto ask = [](TaskParsingService& asked, std::string text, TaskNames offer,
-                        std::optional<ParsedTaskResult>& into, RunLoop& until) -> Task<> {
-        into = co_await asked.parse(std::move(text), std::move(offer));
-        until.stop();
-    };
-    {
-        const TerminationSignals signals(endBySignal);
-        ProgressLine progress;
-        progress.show("Parsing...");
-        TaskScope scope;
-        scope.start(ask(service, sentence, names, result, session.mainQueue()));
-        session.mainQueue().run();
-    }
-    if (!result)
-        throw std::runtime_error(service.parseError().value_or(""));
-    keepNames(*result, names);
-    return *result;
-}
 
 void print(const ParsedTaskResult& result, const Calendar& calendar) {
     const auto line = [](const char* name, const std::string& value) {
@@ -75,11 +47,11 @@ ExitStatus parseSentence(const ParseOptions& options, const ProcessInfo& process
     Session session(process);
     if (session.hasFailed())
         return ExitStatus::failure;
-    const std::string sentence = fmt::format("{}", fmt::join(options.words, " "));
+    const std::string sentence = joined(options.words);
     const TaskNames names = TaskNames::of(session.app().mainContext(), session.text());
     const bool asksModel = !options.withoutAI && AIService::isConfigured(session.settings());
     const ParsedTaskResult result =
-        asksModel ? askModel(session, sentence, names)
+        asksModel ? readByModel(session, sentence, names)
                   : readTaskSentence(sentence, names, session.clock().now(), session.calendar(), session.text());
     if (options.json)
         printJson(jsonOf(result));

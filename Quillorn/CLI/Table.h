@@ -33,21 +33,21 @@ struct Cell {
     Paint paint = Paint::plain;
 };
 
-struct Column {
-    enum class Align { left, right };
-    enum class Cut { never, ifNarrow };
-
-    /// Empty for a column that people need not see.
-    std::string title;
-    Align align = Align::left;
-    /// Whether its texts may be cut where the terminal is narrow.
-    Cut cut = Cut::never;
-};
-
 /// Rows on standard output. On a terminal they stand in aligned columns below a line of titles, columns without any
 /// content left out; into a pipe each row is a line of all its cells with TAB between, control characters escaped.
 class Table {
   public:
+    struct Column {
+        enum class Align { left, right };
+        enum class Cut { never, ifNarrow };
+
+        /// Empty for a column that people need not see.
+        std::string title;
+        Align align = Align::left;
+        /// Whether its texts may be cut where the terminal is narrow.
+        Cut cut = Cut::never;
+    };
+
     explicit Table(std::vector<Column> columns) : m_columns(std::move(columns)) {}
 
     /// As many cells as columns.

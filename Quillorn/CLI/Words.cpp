@@ -37,6 +37,16 @@ std::string joined(const std::vector<std::string>& words) {
     return fmt::format("{}", fmt::join(words, " "));
 }
 
+std::string quotedForShell(const std::string& text) {
+    if (text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./") ==
+        std::string::npos)
+        return text;
+    std::string quoted = "'";
+    for (const char character : text)
+        quoted += character == '\'' ? "'\\''" : std::string(1, character);
+    return quoted + "'";
+}
+
 When requireWhen(std::string_view text, Date now, const Calendar& calendar) {
     if (const auto when = readWhen(text, now, calendar))
         return *when;

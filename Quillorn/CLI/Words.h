@@ -12,6 +12,9 @@ namespace quillorn {
 /// What was typed in several words.
 std::string joined(const std::vector<std::string>& words);
 
+/// For a shell to take as one word.
+std::string quotedForShell(const std::string& text);
+
 /// readWhen; throws std::runtime_error that says what would be one.
 When requireWhen(std::string_view text, Date now, const Calendar& calendar);
 

@@ -70,17 +70,6 @@ void requireFit(const ProjectTask& task, const ProjectTask& parent) {
     }
 }
 
-/// A subtask without a project of its own takes its parent's.
-ProjectTask& createUnder(ProjectTask* parent, const ToolCall& call, const CreateTaskRequest& request) {
-    auto& task = createTask(call.context, request, call.now);
-    if (parent != nullptr) {
-        task.setParentTask(parent);
-        if (!request.projectId)
-            task.setProject(parent->project());
-    }
-    return task;
-}
-
 ProjectTask& update(const ToolCall& call, const UpdateTaskArguments& arguments) {
     auto& task = findTask(call, arguments.taskId);
     ProjectTask* parent = nullptr;
@@ -181,7 +170,8 @@ std::vector<Tool> taskTools() {
                              } + sharedParameters<Create>(RecordUse::whole),
                              [](const ToolCall& call, const Create& arguments) -> ProjectTask& {
                                  const auto& parentId = arguments.parentTaskId;
-                                 return createUnder(parentId ? &findParent(call, *parentId) : nullptr, call, arguments);
+                                 return createTaskUnder(call.context, parentId ? &findParent(call, *parentId) : nullptr,
+                                                        arguments, call.now);
                              }),
         changingTool<Update>(
             "update_task", "Update a task's title, description, due date, priority, status, project, or parent task.",
@@ -229,16 +219,16 @@ std::vector<Tool> taskTools() {
             [](const ToolCall& call, const ListSubtasksArguments& arguments) {
                 return subtasksOf(findTask(call, arguments.taskId), arguments.includeCompleted);
             }),
-        changingTool<Subtask>("add_subtask",
-                              "Quick way to add a subtask to an existing task. Inherits parent's project.",
-                              {{"parentTaskId", &Subtask::parentId, "Parent task UUID (required)"},
-                               {"title", &Subtask::title, "Subtask title (required)"},
-                               {"description", &Subtask::description, "Subtask description"},
-                               {"dueDate", &Subtask::dueDate, "Due date in ISO8601 format"},
-                               {"priority", &Subtask::priority, priorityWords, zeroToThree(1)}},
-                              [](const ToolCall& call, const Subtask& arguments) -> ProjectTask& {
-                                  return createUnder(&findParent(call, arguments.parentId), call, arguments);
-                              }),
+        changingTool<Subtask>(
+            "add_subtask", "Quick way to add a subtask to an existing task. Inherits parent's project.",
+            {{"parentTaskId", &Subtask::parentId, "Parent task UUID (required)"},
+             {"title", &Subtask::title, "Subtask title (required)"},
+             {"description", &Subtask::description, "Subtask description"},
+             {"dueDate", &Subtask::dueDate, "Due date in ISO8601 format"},
+             {"priority", &Subtask::priority, priorityWords, zeroToThree(1)}},
+            [](const ToolCall& call, const Subtask& arguments) -> ProjectTask& {
+                return createTaskUnder(call.context, &findParent(call, arguments.parentId), arguments, call.now);
+            }),
         changingTool<ConvertArguments>(
             "convert_to_subtask", "Convert an existing task into a subtask of another task.",
             {{"taskId", &ConvertArguments::taskId, "Task to convert (required)"},

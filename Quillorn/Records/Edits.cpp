@@ -31,14 +31,6 @@ std::optional<std::string> absentIfEmpty(const std::optional<std::string>& text)
     return text && !text->empty() ? text : std::nullopt;
 }
 
-/// Puts the project at the end of the client's projects, outside all groups.
-void moveToClient(Project& project, Client& client, ModelContext& context) {
-    // Before it belongs to them: its own place must not count.
-    project.setSortOrder(nextProjectOrder(&client, context));
-    project.setGroupID(std::nullopt);
-    project.setClient(&client);
-}
-
 void apply(const ClientFields& fields, Client& client) {
     if (fields.description)
         client.setClientDescription(fields.description);
@@ -117,8 +109,15 @@ void updateProject(ModelContext& context, Project& project, const UpdateProjectR
     if (request.isArchived)
         project.setArchived(*request.isArchived);
     if (client != nullptr && client != project.client())
-        moveToClient(project, *client, context);
+        moveProjectToClient(context, project, client);
     project.setUpdatedAt(now);
+}
+
+void moveProjectToClient(ModelContext& context, Project& project, Client* client) {
+    // Before it belongs to them: its own place must not count.
+    project.setSortOrder(nextProjectOrder(client, context));
+    project.setGroupID(std::nullopt);
+    project.setClient(client);
 }
 
 ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request, Date now) {
@@ -131,6 +130,16 @@ ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request,
     if (!tags.empty())
         task.setTags(tags);
     task.setStatus(status, now);
+    return task;
+}
+
+ProjectTask& createTaskUnder(ModelContext& context, ProjectTask* parent, const CreateTaskRequest& request, Date now) {
+    auto& task = createTask(context, request, now);
+    if (parent != nullptr) {
+        task.setParentTask(parent);
+        if (!request.projectId)
+            task.setProject(parent->project());
+    }
     return task;
 }
 

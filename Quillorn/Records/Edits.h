@@ -34,8 +34,13 @@ void updateClient(ModelContext& context, Client& client, const UpdateClientReque
 Project& createProject(ModelContext& context, const CreateProjectRequest& request, Date now);
 void updateProject(ModelContext& context, Project& project, const UpdateProjectRequest& request, Date now);
 
+/// Puts the project at the end of the client's (null for none), outside all groups.
+void moveProjectToClient(ModelContext& context, Project& project, Client* client);
+
 /// Ids of no tag are dropped; raw values of no case count as absent.
 ProjectTask& createTask(ModelContext& context, const CreateTaskRequest& request, Date now);
+/// The same under a parent (null for none); a subtask without a project of its own takes its parent's.
+ProjectTask& createTaskUnder(ModelContext& context, ProjectTask* parent, const CreateTaskRequest& request, Date now);
 void updateTask(ModelContext& context, ProjectTask& task, const UpdateTaskRequest& request, Date now);
 
 Tag& createTag(ModelContext& context, const CreateTagRequest& request, Date now);

@@ -7,6 +7,7 @@
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
 #include "Models/TimeEntry.h"
+#include "Platform/Terminal.h"
 #include "Platform/Text.h"
 #include "Store/ModelContext.h"
 
@@ -86,7 +87,7 @@ template <class Object>
             lines.push_back(fmt::format("and {} more", found.size() - longestList));
             break;
         }
-        lines.push_back(fmt::format("{}  {}", each->id().string(), kind.nameOf(*each)));
+        lines.push_back(fmt::format("{}  {}", each->id().string(), escapeControls(kind.nameOf(*each))));
     }
     throw RecordChoiceError(kind.word, typed, lines);
 }

@@ -35,7 +35,7 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         {{"settings", "set", "--help"}, 0, "VALUE"},
         {{}, 0, "Subcommands:"}, {{"settings"}, 0, "Change one setting"}, {{"help"}, 0, "Subcommands:"},
         {{"help", "settings", "set"}, 0, "Usage: quillorn settings set [OPTIONS] KEY"}, {{"version"}, 0, "quillorn 1."},
-        {{"dance"}, 2, "there is no command \"dance\"\n"}, {{"help", "timr"}, 2, "did you mean \"timer\"?"},
+        {{"xyzzy"}, 2, "there is no command \"xyzzy\"\n"}, {{"help", "timr"}, 2, "did you mean \"timer\"?"},
         {{"setings", "list"}, 2, "there is no command \"setings\"; did you mean \"settings\"?\n"},
         {{"timer", "statsu"}, 2, "there is no command \"statsu\"; did you mean \"status\"?\n"},
         {{"timer", "status", "--jsno"}, 2, "there is no option --jsno; did you mean \"--json\"?\n"},

@@ -80,7 +80,7 @@ struct Descriptions : ProgramTest {
     /// What bash offers for the last of the words behind "quillorn".
     Names inBash(Words words) const {
         words.insert(words.begin(), {"--norc", "-c",
-                                     "source '" + file("quillorn.bash") +
+                                     "PATH='" QUILLORN_BUILD "':$PATH; source '" + file("quillorn.bash") +
                                          "'; COMP_WORDS=(quillorn \"$@\") COMP_CWORD=$#; _quillorn; "
                                          "((!${#COMPREPLY[@]})) || printf '%s\\n' \"${COMPREPLY[@]}\"",
                                      "bash"});
@@ -88,8 +88,8 @@ struct Descriptions : ProgramTest {
     }
     Names inFish(const Words& words) const {
         Words offers = linesOf(QUILLORN_FISH, {"--no-config", "-c",
-                                               "source '" + file("quillorn.fish") + "'; complete -C 'quillorn" +
-                                                   joined(words, " ") + "'"});
+                                               "set PATH " QUILLORN_BUILD " $PATH; source '" + file("quillorn.fish") +
+                                                   "'; complete -C 'quillorn" + joined(words, " ") + "'"});
         for (std::string& offer : offers)
             offer.resize(std::min(offer.find('\t'), offer.size()));
         return names(offers);
@@ -141,6 +141,36 @@ TEST_F(Descriptions, shellsOfferValuesWhereTheyBelong) {
     };
     for (const auto& [words, offers] : cases)
         EXPECT_THAT(offered(words), Each(Pair(_, offers))) << joined(words, " ");
+}
+
+TEST_F(Descriptions, shellsOfferTheRecordsOfTheStore) {
+    const std::string evil = "Evil $(touch pwned) `touch pwned` \"'\\";
+    run({"project", "add", evil});
+    run({"project", "add", "Site"});
+    run({"tag", "add", "big deal"});
+    run({"add", "--plain", evil});
+    run({"add", "--plain", "Write; rm -rf ."});
+    const std::string write = outputOf({"list", "--search", "write"}).substr(0, 36);
+    const std::string bad = outputOf({"list", "--search", "evil"}).substr(0, 36);
+    const std::pair<Words, Names> cases[] = {
+        {{"done", "wri"}, {write}},
+        {{"done", bad, write.substr(0, 8)}, {write}},
+        {{"show", "evil"}, {bad}},
+        {{"add", "Call", "--project", "si"}, {"Site"}},
+        {{"list", "--tag", "BIG"}, {"big\\ deal"}},
+        {{"list", "--tag", "\"bi"}, {"big deal"}},
+        {{"list", "--project", "ev"}, {R"(Evil\ \$\(touch\ pwned\)\ \`touch\ pwned\`\ \"\'\\)"}},
+        {{"edit", "wri", "--due", ""}, {}},
+        {{"comment", write, ""}, {}},
+    };
+    for (const auto& [words, offers] : cases)
+        EXPECT_EQ(inBash(words), offers) << joined(words, " ");
+    EXPECT_EQ(inBash({"done", ""}), (Names{write + "  Write; rm -rf .", bad + "  " + evil, " "}));
+    if (isThere(QUILLORN_FISH)) {
+        EXPECT_EQ(inFish({"done", "Wri"}), Names{"Write; rm -rf ."});
+        EXPECT_EQ(inFish({"list", "--project", "Si"}), Names{"Site"});
+    }
+    EXPECT_FALSE(std::filesystem::exists("pwned"));
 }
 
 TEST_F(Descriptions, zshHasAFunctionForEachCommand) {

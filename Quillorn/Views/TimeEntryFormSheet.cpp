@@ -20,17 +20,6 @@ using std::chrono::seconds;
 
 namespace {
 
-/// The wall-clock time of `date` as a time since the beginning of its day. Of a time that the day has twice it gives
-/// the second as the time that has passed since midnight, as no time of day means it.
-seconds timeOfDay(Date date, const Calendar& calendar) {
-    const local_days day{calendar.day(date)};
-    const Date second = std::chrono::floor<seconds>(date);
-    const auto passed = std::chrono::floor<seconds>(second - calendar.startOfDay(date));
-    // Where the clock was changed since midnight, it shows more or less than has passed.
-    const seconds shown = passed + std::chrono::floor<seconds>(second - calendar.instant(day + passed));
-    return calendar.instant(day + shown) == second ? shown : passed;
-}
-
 std::optional<std::string> textOrNone(const std::string& text) {
     return text.empty() ? std::nullopt : std::optional(text);
 }

@@ -13,6 +13,16 @@ Date effectiveEnd(Date start, Date end, const Calendar& calendar) {
     return end < start ? calendar.addDays(end, 1) : end;
 }
 
+std::chrono::seconds timeOfDay(Date date, const Calendar& calendar) {
+    const std::chrono::local_days day{calendar.day(date)};
+    const Date second = std::chrono::floor<std::chrono::seconds>(date);
+    const auto passed = std::chrono::floor<std::chrono::seconds>(second - calendar.startOfDay(date));
+    // Where the clock was changed since midnight, it shows more or less than has passed.
+    const std::chrono::seconds shown =
+        passed + std::chrono::floor<std::chrono::seconds>(second - calendar.instant(day + passed));
+    return calendar.instant(day + shown) == second ? shown : passed;
+}
+
 DurationLine durationLine(Date start, Date effectiveEnd, const Calendar& calendar) {
     const auto seconds = static_cast<std::int64_t>(std::trunc(secondsBetween(start, effectiveEnd)));
     if (start == effectiveEnd)

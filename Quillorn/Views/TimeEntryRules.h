@@ -3,6 +3,7 @@
 #include "Models/TimeEntry.h"
 
 #include <array>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,10 @@ class ModelContext;
 /// The end of an entry of which start and end were given as times of one day: where the end falls before the start it
 /// runs overnight, to the next day.
 Date effectiveEnd(Date start, Date end, const Calendar& calendar);
+
+/// The wall-clock time of `date` as a time since the beginning of its day. Of a time that the day has twice it gives
+/// the second as the time that has passed since midnight, as no time of day means it.
+std::chrono::seconds timeOfDay(Date date, const Calendar& calendar);
 
 /// What stands under the times.
 struct DurationLine {

@@ -10,6 +10,7 @@
 #include "Services/TimerService.h"
 #include "Store/MainContext.h"
 #include "Views/ActivityItem.h"
+#include "Views/TaskChoices.h"
 
 #include <fmt/core.h>
 
@@ -65,22 +66,10 @@ std::optional<UUID> TimerToolbarView::task() const {
 }
 
 std::vector<TimerToolbarView::Choice> TimerToolbarView::choices(std::string_view search) const {
-    // By titles alone: most tasks are not shown, and need no object.
-    const std::string_view wanted = trimBlanks(search);
-    const Text::Needle needle = m_environment.text.needle(wanted);
-    std::vector<RowKey> keys;
-    {
-        const StatementLoan rows = m_environment.main.context().statement(
-            "SELECT key, title FROM ProjectTask WHERE completedAt IS NULL ORDER BY status = 1 DESC, updatedAt DESC");
-        while (keys.size() < mostChoices && rows->step())
-            if (wanted.empty() || needle.isIn(rows->text(1)))
-                keys.push_back(rows->integer(0));
-    }
     std::vector<Choice> choices;
-    for (const RowKey key : keys)
-        if (const auto* each = m_environment.main.context().find<ProjectTask>(key))
-            choices.push_back({each->id(), each->title(), projectPath(each->project()).value_or(""),
-                               m_environment.timer.isActive(*each)});
+    for (const auto* each : openTasks(m_environment.main.context(), m_environment.text, search, mostChoices))
+        choices.push_back({each->id(), each->title(), projectPath(each->project()).value_or(""),
+                           m_environment.timer.isActive(*each)});
     return choices;
 }
 

@@ -100,8 +100,8 @@ void SidebarView::perform(SidebarAction action, const SidebarRow::Id& row, const
         break;
     case Action::newGroup:
         m_renaming = scope.createGroup();
-        if (row.kind == Kind::client)
-            m_expanded.insert(row.record);
+        if (row.kind == Kind::client && m_expanded.insert(row.record).second)
+            m_scene.set(setting("expandedClientIDs"), m_expanded);
         layOut();
         break;
     case Action::edit: {

@@ -3,7 +3,7 @@
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
-#include "Platform/Clock.h"
+#include "Platform/Text.h"
 #include "Store/MainContext.h"
 #include "Views/EditHistory.h"
 
@@ -90,6 +90,36 @@ void TaskEdits::convertToStandalone(const TaskIds& ids) {
         task.setParentTask(nullptr);
         task.setUpdatedAt(now);
     });
+}
+
+std::optional<UUID> TaskEdits::addSubtask(const UUID& parent, std::string_view title) {
+    const std::string_view trimmed = trimWhitespaceAndNewlines(title);
+    auto* above = m_environment.main.context().find<ProjectTask>(parent);
+    if (trimmed.empty() || above == nullptr)
+        return std::nullopt;
+    std::optional<UUID> id;
+    m_environment.history.perform("Add Subtask", [&](ModelContext& context, Date now) {
+        auto& task = context.insert<ProjectTask>(
+            ProjectTask::Arguments{.title = std::string(trimmed), .project = above->project()}, now);
+        task.setParentTask(above);
+        id = task.id();
+    });
+    return id;
+}
+
+TaskMenu TaskEdits::menu(const TaskIds& ids) const {
+    const std::vector<ProjectTask*> tasks = find(ids);
+    const auto all = [&](const auto& holds) { return !tasks.empty() && std::ranges::all_of(tasks, holds); };
+    TaskMenu menu{.completion = all([](const ProjectTask* task) { return task->isCompleted(); }) ? "Mark Incomplete"
+                                                                                                 : "Mark Complete"};
+    if (all([&](const ProjectTask* task) { return task->status() == tasks.front()->status(); }))
+        menu.status = tasks.front()->status();
+    if (all([&](const ProjectTask* task) { return task->priority() == tasks.front()->priority(); }))
+        menu.priority = tasks.front()->priority();
+    menu.canAddSubtask = tasks.size() == 1;
+    menu.canConvertToStandalone =
+        std::ranges::any_of(tasks, [](const ProjectTask* task) { return task->parentTask() != nullptr; });
+    return menu;
 }
 
 std::optional<Confirmation> TaskEdits::deletion(const TaskIds& ids) const {

@@ -7,12 +7,26 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillorn {
 
 using TaskIds = std::vector<UUID>;
+
+/// What the menu of these tasks says, and offers beyond what it always has.
+struct TaskMenu {
+    /// "Mark Complete", or "Mark Incomplete" where all are completed.
+    std::string completion;
+    /// Of all of them, where it is the same.
+    std::optional<TaskStatus> status{};
+    std::optional<TaskPriority> priority{};
+    bool canAddSubtask = false;
+    bool canConvertToStandalone = false;
+
+    friend bool operator==(const TaskMenu&, const TaskMenu&) = default;
+};
 
 /// What is done to the tasks that are selected, by rows and menus: each call is one step to undo. Ids of tasks that are
 /// gone are passed over.
@@ -30,6 +44,9 @@ class TaskEdits {
     void moveToProject(const TaskIds& ids, const std::optional<UUID>& project);
     void duplicate(const TaskIds& ids);
     void convertToStandalone(const TaskIds& ids);
+    /// Under the task, in its project. Absent, and nothing done, for a blank title and a task that is gone.
+    std::optional<UUID> addSubtask(const UUID& parent, std::string_view title);
+    TaskMenu menu(const TaskIds& ids) const;
 
     /// What to ask before remove(); absent when none of them is there.
     std::optional<Confirmation> deletion(const TaskIds& ids) const;

@@ -97,6 +97,9 @@ TEST_F(TaskListViewTest, actionsAreForTheSelectionAndCanBeUndone) {
     EXPECT_TRUE(history.undo());
     queue.runPosted();
     EXPECT_THAT(lines(view), ElementsAre("+a"));
+    EXPECT_TRUE(view.edits().menu({id("b")}).canConvertToStandalone);
+    EXPECT_EQ(view.edits().menu({id("a"), id("d")}),
+              (TaskMenu{.completion = "Mark Complete", .priority = TaskPriority::medium}));
     view.edits().convertToStandalone({id("b")});
     view.edits().setPriority({id("b")}, TaskPriority::urgent);
     view.edits().moveToProject({id("a")}, std::nullopt);
@@ -107,6 +110,10 @@ TEST_F(TaskListViewTest, actionsAreForTheSelectionAndCanBeUndone) {
     EXPECT_EQ(view.edits().deletion({id("b")})->message,
               "This permanently deletes “b”. Its 1 subtask will be kept as top-level tasks. This can’t be undone.");
     EXPECT_EQ(view.edits().deletion({id("b"), id("c")})->title, "Delete 2 Tasks?");
+    EXPECT_EQ(view.edits().addSubtask(id("b"), " \n"), std::nullopt);
+    EXPECT_EQ(main.context().find<ProjectTask>(*view.edits().addSubtask(id("b"), " e "))->project(),
+              record<ProjectTask>("b").project());
+    EXPECT_TRUE(history.undo());
     view.edits().remove({id("b")});
     queue.runPosted();
     EXPECT_THAT(lines(view), ElementsAre("c", "c (Copy)"));

@@ -18,7 +18,7 @@ void addAdd(CLI::App& app, Action& chosen) {
     CLI::App* command = app.add_subcommand("add", "Make a task of a sentence");
     command->footer(
         "Day, time, priority, #tag and @project are taken out of the sentence; names that there are not stay "
-        "in the title.\nOptions go before what it says. For example:\n"
+        "in the title.\nWhat options say counts more. For example:\n"
         "  quillorn add 'Call Bob tomorrow 15:00, high priority #phone @Acme'\n"
         "  quillorn add 'Send the invoice' --project Acme --due friday --tag money");
     addWords(command, "TEXT", options->words, "What is to be done");

@@ -18,9 +18,9 @@
 
 namespace quillorn {
 
-ClientDetailView::ClientDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, const UUID& client,
-                                   std::string tab)
-    : ScopeDetailView(environment, ai, {ChatContext::Kind::client, client}, std::move(tab)),
+ClientDetailView::ClientDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                                   const UUID& client)
+    : ScopeDetailView(environment, ai, scene, {ChatContext::Kind::client, client}, setting("clientDetailTabs")),
       m_client(environment.main, {.where = "id = ?", .values = {client}}),
       m_projects(environment.main,
                  {.where = "NOT isArchived AND client IN (SELECT key FROM Client WHERE id = ?)", .values = {client}}),

@@ -3,7 +3,6 @@
 #include "Models/ProjectDivider.h"
 #include "Views/ObservableList.h"
 #include "Views/ScopeDetailView.h"
-#include "Views/TaskFilter.h"
 
 namespace quillorn {
 
@@ -19,8 +18,8 @@ class ClientDetailView final : public ScopeDetailView {
                                                           {"chat", "Chat", "sparkles"}}};
     static constexpr std::string_view untitledGroup = "Group";
 
-    ClientDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, const UUID& client,
-                     std::string tab = "overview");
+    ClientDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                     const UUID& client);
 
     std::span<const DetailTab> tabs() const override { return allTabs; }
     bool isGone() const override { return client() == nullptr; }
@@ -30,9 +29,6 @@ class ClientDetailView final : public ScopeDetailView {
     void setArchived(bool isArchived) override;
     std::optional<Confirmation> deletion() const override;
     void remove() override;
-
-    /// What a list of its tasks holds.
-    TaskFilter taskFilter() const { return {TaskFilter::Kind::client, id()}; }
 
     /// The header of a group, or a project; those in a group follow its header.
     struct Row {

@@ -3,6 +3,7 @@
 #include "Models/ProjectTask.h"
 #include "Platform/Text.h"
 #include "Records/Lookup.h"
+#include "Services/DayChangeObserver.h"
 #include "Views/RecordForm.h"
 
 #include <algorithm>
@@ -51,7 +52,8 @@ DetailView::DetailView(const ViewEnvironment& environment, const UUID& id)
           };
           if (std::exchange(m_isBehind, false) || changes.isEverything || std::ranges::any_of(changes.rows, isFollowed))
               refresh();
-      })) {}
+      })),
+      m_day(environment.days.observe([this] { refresh(); })) {}
 
 void DetailView::refresh() {
     show();

@@ -65,9 +65,6 @@ class DetailView {
 
     /// Told when anything has changed, lists apart.
     [[nodiscard]] Observation observe(std::function<void()> handler) { return m_observers.add(std::move(handler)); }
-    /// The present moment has moved on.
-    void update() { refresh(); }
-
     const UUID& id() const { return m_id; }
     /// Why the last edit was not kept; empty when it was.
     const std::string& error() const { return m_error; }
@@ -104,6 +101,7 @@ class DetailView {
     Observers<> m_observers;
     std::vector<Observation> m_tokens;
     Observation m_changes;
+    Observation m_day;
 };
 
 } // namespace quillorn

@@ -2,6 +2,7 @@
 
 #include "Models/Formatters.h"
 #include "Models/ProjectTask.h"
+#include "Models/Settings.h"
 #include "Platform/Clock.h"
 #include "Records/Edits.h"
 #include "Records/Lookup.h"
@@ -19,10 +20,10 @@ ObservedCondition oneNote(const UUID& id) {
 
 } // namespace
 
-NoteDetailView::NoteDetailView(const ViewEnvironment& environment, const UUID& note, bool isPreview)
+NoteDetailView::NoteDetailView(const ViewEnvironment& environment, SceneStorage& scene, const UUID& note)
     : DetailView(environment, note),
-      m_note(environment.main, oneNote(note)),
-      m_isPreview(isPreview) {
+      m_scene(scene),
+      m_note(environment.main, oneNote(note)) {
     follow(m_note);
     show();
 }
@@ -71,10 +72,14 @@ void NoteDetailView::revert(Field field) {
     tell();
 }
 
+bool NoteDetailView::isPreview() const {
+    return m_scene.boolean(setting("notePreviewMode"));
+}
+
 void NoteDetailView::setPreview(bool isPreview) {
     if (isPreview && !leave(Field::content))
         return;
-    m_isPreview = isPreview;
+    m_scene.set(setting("notePreviewMode"), isPreview);
     tell();
 }
 

@@ -4,6 +4,7 @@
 #include "Models/TaskActions.h"
 #include "Views/DetailView.h"
 #include "Views/RecordForm.h"
+#include "Views/SceneStorage.h"
 
 namespace quillorn {
 
@@ -15,7 +16,7 @@ class NoteDetailView final : public DetailView {
     static constexpr std::string_view previewLabel = "Preview";
     static constexpr std::string_view gone = "This note was deleted";
 
-    NoteDetailView(const ViewEnvironment& environment, const UUID& note, bool isPreview = false);
+    NoteDetailView(const ViewEnvironment& environment, SceneStorage& scene, const UUID& note);
 
     bool isGone() const { return note() == nullptr; }
 
@@ -27,8 +28,8 @@ class NoteDetailView final : public DetailView {
     bool leaveAll();
     void revert(Field field);
 
-    /// Whether Markdown is shown; what was typed is kept before.
-    bool isPreview() const { return m_isPreview; }
+    /// Whether Markdown is shown, which the window keeps; what was typed is kept before.
+    bool isPreview() const;
     void setPreview(bool isPreview);
     /// Markdown, to be drawn without anything that it refers to.
     const std::string& preview() const { return field(Field::content).text(); }
@@ -53,11 +54,11 @@ class NoteDetailView final : public DetailView {
     bool edit(std::string name, const Edit& edit);
     void show() override;
 
+    SceneStorage& m_scene;
     ObservedQuery<Note> m_note;
     std::array<EditedText, 2> m_fields;
     std::string m_edited;
     std::vector<PathStep> m_path;
-    bool m_isPreview;
     bool m_isPinned = false;
 };
 

@@ -7,6 +7,7 @@
 #include "Records/Edits.h"
 #include "Records/Lookup.h"
 #include "Records/NoteRequests.h"
+#include "Services/DayChangeObserver.h"
 #include "Store/MainContext.h"
 #include "Views/DetailView.h"
 
@@ -53,7 +54,8 @@ NoteListView::NoteListView(const ViewEnvironment& environment, NoteScope scope)
       m_changes(environment.main.observe([this](const ChangeSet&) {
           if (std::exchange(m_isBehind, false))
               show();
-      })) {
+      })),
+      m_day(environment.days.observe([this] { show(); })) {
     show();
 }
 

@@ -51,8 +51,6 @@ class NoteListView {
     /// Told when anything but the rows has changed.
     [[nodiscard]] Observation observe(std::function<void()> handler) { return m_observers.add(std::move(handler)); }
     ObservableList<Row>& rows() { return m_rows; }
-    /// The present moment has moved on to another day.
-    void update() { show(); }
 
     const std::string& searchText() const { return m_searchText; }
     /// In title and content, case ignored.
@@ -82,6 +80,7 @@ class NoteListView {
     bool m_isBehind = false;
     Observation m_steps;
     Observation m_changes;
+    Observation m_day;
 };
 
 } // namespace quillorn

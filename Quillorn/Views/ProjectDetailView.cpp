@@ -3,6 +3,7 @@
 #include "Models/DeletionQuestions.h"
 #include "Models/Formatters.h"
 #include "Models/ProjectTotals.h"
+#include "Models/Settings.h"
 #include "Models/Sorting.h"
 #include "Models/Tag.h"
 #include "Models/TaskTotals.h"
@@ -38,9 +39,9 @@ bool isAbove(const ProjectTask& a, const ProjectTask& b) {
 
 } // namespace
 
-ProjectDetailView::ProjectDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, const UUID& project,
-                                     std::string tab)
-    : ScopeDetailView(environment, ai, {ChatContext::Kind::project, project}, std::move(tab)),
+ProjectDetailView::ProjectDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                                     const UUID& project)
+    : ScopeDetailView(environment, ai, scene, {ChatContext::Kind::project, project}, setting("projectDetailTabs")),
       m_project(environment.main, {.where = "id = ?", .values = {project}, .dependencies = {{&Client::entityType()}}}),
       m_tasks(environment.main, tasksOf(project), isAbove) {
     for (std::size_t place = 0; place < m_board.size(); ++place) {

@@ -4,7 +4,6 @@
 #include "Models/ProjectTask.h"
 #include "Views/ObservableList.h"
 #include "Views/ScopeDetailView.h"
-#include "Views/TaskFilter.h"
 
 namespace quillorn {
 
@@ -22,8 +21,8 @@ class ProjectDetailView final : public ScopeDetailView {
     /// Of the done ones the board shows that many, the latest.
     static constexpr std::size_t mostDone = 50;
 
-    ProjectDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, const UUID& project,
-                      std::string tab = "overview");
+    ProjectDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                      const UUID& project);
 
     std::span<const DetailTab> tabs() const override { return allTabs; }
     bool isGone() const override { return project() == nullptr; }
@@ -32,8 +31,6 @@ class ProjectDetailView final : public ScopeDetailView {
     std::optional<Confirmation> deletion() const override;
     void remove() override;
 
-    /// What the list of its tasks holds.
-    TaskFilter taskFilter() const { return {TaskFilter::Kind::project, id()}; }
     /// The part of its tasks that is completed, from 0 to 1.
     double progress() const { return m_progress; }
 

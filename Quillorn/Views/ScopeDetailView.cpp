@@ -1,5 +1,8 @@
 #include "Views/ScopeDetailView.h"
 
+#include "Models/Settings.h"
+#include "Views/SceneStorage.h"
+
 #include <algorithm>
 
 namespace quillorn {
@@ -29,23 +32,37 @@ void NamedDetailView::showNames(const std::string& name, const std::string& desc
     m_color = color;
 }
 
-ScopeDetailView::ScopeDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, ChatContext subject,
-                                 std::string tab)
+ScopeDetailView::ScopeDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                                 ChatContext subject, const Setting& tabSetting)
     : NamedDetailView(environment, subject.id),
       m_ai(ai),
+      m_scene(scene),
       m_subject(subject),
-      m_tab(std::move(tab)) {}
+      m_tabSetting(tabSetting) {}
+
+std::string_view ScopeDetailView::tab() const {
+    const auto known = std::ranges::find(tabs(), m_scene.text(m_tabSetting), &DetailTab::tag);
+    return known != tabs().end() ? known->tag : tabs().front().tag;
+}
 
 void ScopeDetailView::selectTab(std::string_view tag) {
-    if (m_tab == tag || std::ranges::find(tabs(), tag, &DetailTab::tag) == tabs().end())
+    if (tab() == tag || std::ranges::find(tabs(), tag, &DetailTab::tag) == tabs().end())
         return;
-    m_tab = tag;
+    m_scene.set(m_tabSetting, std::string(tag));
     tell();
 }
 
 void ScopeDetailView::showFigures(std::vector<DetailFigure> figures, bool isArchived) {
     m_figures = std::move(figures);
     m_isArchived = isArchived;
+}
+
+TaskListView& ScopeDetailView::tasks() {
+    const bool isClient = m_subject.kind == ChatContext::Kind::client;
+    if (!m_tasks)
+        m_tasks = std::make_unique<TaskListView>(
+            environment(), m_scene, TaskFilter{isClient ? TaskFilter::Kind::client : TaskFilter::Kind::project, id()});
+    return *m_tasks;
 }
 
 TimeDashboard& ScopeDetailView::time() {

@@ -6,6 +6,7 @@
 #include "Views/AIChatView.h"
 #include "Views/DetailView.h"
 #include "Views/NoteListView.h"
+#include "Views/TaskListView.h"
 #include "Views/TimeDashboard.h"
 
 #include <memory>
@@ -48,11 +49,12 @@ class NamedDetailView : public DetailView {
 };
 
 /// What the screens of a client and of a project have in common: tabs, with time, notes and chat made when they are
-/// first looked at. Tasks are a list of their own.
+/// first looked at, as is the list of tasks.
 class ScopeDetailView : public NamedDetailView {
   public:
-    /// The tag of the tab that shows; one that is unknown leaves it as it is.
-    const std::string& tab() const { return m_tab; }
+    /// The tag of the tab that shows, which the window keeps; the first one where it keeps none of them.
+    std::string_view tab() const;
+    /// A tag that is unknown changes nothing.
     void selectTab(std::string_view tag);
     virtual std::span<const DetailTab> tabs() const = 0;
 
@@ -62,21 +64,26 @@ class ScopeDetailView : public NamedDetailView {
     std::string_view archiveButton() const { return m_isArchived ? "Unarchive" : "Archive"; }
     virtual void setArchived(bool isArchived) = 0;
 
+    TaskListView& tasks();
     TimeDashboard& time();
     NoteListView& notes();
     AIChatView& chat();
 
   protected:
-    ScopeDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, ChatContext subject, std::string tab);
+    /// `tabSetting` is the value of the window that holds the tab.
+    ScopeDetailView(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
+                    ChatContext subject, const Setting& tabSetting);
 
     void showFigures(std::vector<DetailFigure> figures, bool isArchived);
 
   private:
     AIEnvironment m_ai;
+    SceneStorage& m_scene;
     ChatContext m_subject;
-    std::string m_tab;
+    const Setting& m_tabSetting;
     bool m_isArchived = false;
     std::vector<DetailFigure> m_figures;
+    std::unique_ptr<TaskListView> m_tasks;
     std::unique_ptr<TimeDashboard> m_time;
     std::unique_ptr<NoteListView> m_notes;
     std::unique_ptr<AIChatView> m_chat;

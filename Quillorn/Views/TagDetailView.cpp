@@ -8,9 +8,10 @@
 
 namespace quillorn {
 
-TagDetailView::TagDetailView(const ViewEnvironment& environment, const UUID& tag)
+TagDetailView::TagDetailView(const ViewEnvironment& environment, SceneStorage& scene, const UUID& tag)
     : NamedDetailView(environment, tag),
-      m_tag(environment.main, {.where = "id = ?", .values = {tag}}) {
+      m_tag(environment.main, {.where = "id = ?", .values = {tag}}),
+      m_tasks(environment, scene, {TaskFilter::Kind::tag, tag}) {
     follow(m_tag);
     show();
 }

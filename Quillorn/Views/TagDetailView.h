@@ -2,22 +2,21 @@
 
 #include "Models/Tag.h"
 #include "Views/ScopeDetailView.h"
-#include "Views/TaskFilter.h"
+#include "Views/TaskListView.h"
 
 namespace quillorn {
 
 /// A tag, over the list of its tasks.
 class TagDetailView final : public NamedDetailView {
   public:
-    TagDetailView(const ViewEnvironment& environment, const UUID& tag);
+    TagDetailView(const ViewEnvironment& environment, SceneStorage& scene, const UUID& tag);
 
     bool isGone() const override { return tag() == nullptr; }
     void setColor(const std::string& color) override;
     std::optional<Confirmation> deletion() const override;
     void remove() override;
 
-    /// What the list of its tasks holds.
-    TaskFilter taskFilter() const { return {TaskFilter::Kind::tag, id()}; }
+    TaskListView& tasks() { return m_tasks; }
 
   protected:
     bool write(Field field, const std::string& text) override;
@@ -28,6 +27,7 @@ class TagDetailView final : public NamedDetailView {
     void show() override;
 
     ObservedQuery<Tag> m_tag;
+    TaskListView m_tasks;
 };
 
 } // namespace quillorn

@@ -152,7 +152,7 @@ TEST_F(DetailTest, notesStandWithTheirScope) {
     all.setSearchText("green");
     EXPECT_EQ(all.emptyState()->text, "Nothing matches your search.");
 
-    NoteDetailView note(environment, *made);
+    NoteDetailView note(environment, scene, *made);
     note.type(NoteDetailView::Field::content, "# Kick-off");
     note.setPreview(true);
     EXPECT_TRUE(note.isPreview());
@@ -174,9 +174,9 @@ TEST_F(DetailTest, clientsAndProjectsAddUp) {
     make<Project>(main.context(), {.name = "Blog"}).setClient(&acme);
     make<TimeEntry>(main.context(), {.task = &task, .startTime = testNow - 65min}).setEndTime(testNow);
     save();
-    ProjectDetailView project(environment, ai, site.id());
-    ClientDetailView client(environment, ai, acme.id());
-    TagDetailView tag(environment, make<Tag>(main.context(), {.name = "x"}).id());
+    ProjectDetailView project(environment, ai, scene, site.id());
+    ClientDetailView client(environment, ai, scene, acme.id());
+    TagDetailView tag(environment, scene, make<Tag>(main.context(), {.name = "x"}).id());
     EXPECT_EQ(project.subtitle() + " | " + client.subtitle(), "Acme · 1 open · 1h 5m | 2 projects · 1 open task");
     const auto rows = [&] {
         std::string all;
@@ -218,7 +218,8 @@ TEST_F(DetailTest, clientsAndProjectsAddUp) {
     EXPECT_EQ(client.error(), "color must be a hex string starting with #");
     client.selectTab("nothing");
     client.selectTab("time");
-    EXPECT_EQ(client.tab(), "time");
+    EXPECT_EQ(std::string(client.tab()) + " " + std::string(project.tab()), "time overview");
+    EXPECT_EQ(client.tasks().taskCount() + tag.tasks().taskCount(), 2U); // Later, Offer
     EXPECT_EQ(client.time().figures()[0].value, "2h 0m");
     EXPECT_FALSE(project.chat().isConfigured());
     project.setArchived(true);

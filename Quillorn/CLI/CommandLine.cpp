@@ -86,26 +86,6 @@ void addSettings(CLI::App& app, Action& chosen) {
     reset->callback([=, &chosen] { chosen = [=](const ProcessInfo&) { return resetSetting(*key); }; });
 }
 
-void addTimer(CLI::App& app, Action& chosen) {
-    auto task = std::make_shared<std::string>();
-    auto json = std::make_shared<bool>(false);
-    auto all = std::make_shared<bool>(false);
-    CLI::App* timer = app.add_subcommand("timer", "Track time on a task, also while the server runs");
-    timer->require_subcommand(0, 1);
-
-    CLI::App* start = timer->add_subcommand("start", "Start on a task; a timer that runs is stopped first");
-    start->add_option("TASK-ID", *task, "Id of the task")->required();
-    start->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return startTimer(*task, process); }; });
-
-    CLI::App* stop = timer->add_subcommand("stop", "Stop the running timer");
-    stop->add_flag("--all", *all, "Also what other programs have started");
-    stop->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return stopTimer(*all, process); }; });
-
-    CLI::App* status = timer->add_subcommand("status", "Show the running timer, and whatever else runs");
-    status->add_flag("--json", *json, "Print JSON");
-    status->callback([=, &chosen] { chosen = [=](const ProcessInfo& process) { return showTimer(*json, process); }; });
-}
-
 void addBackups(CLI::App& app, Action& chosen) {
     auto json = std::make_shared<bool>(false);
     auto quick = std::make_shared<bool>(false);
@@ -200,7 +180,6 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     addTagCommands(*app, chosen);
     addServe(*app, chosen);
     addSettings(*app, chosen);
-    addTimer(*app, chosen);
     addTimeCommands(*app, chosen);
     addBackups(*app, chosen);
     addAICommands(*app, chosen);

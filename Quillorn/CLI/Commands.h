@@ -41,12 +41,6 @@ ExitStatus readSetting(const std::string& key);
 ExitStatus generateSetting(const std::string& key);
 ExitStatus resetSetting(const std::string& key);
 
-/// The timer of the user's store, also while a server runs on it.
-ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process);
-/// `all` also stops what other programs have started.
-ExitStatus stopTimer(bool all, const ProcessInfo& process);
-ExitStatus showTimer(bool json, const ProcessInfo& process);
-
 /// Backups of the user's store, also while a server runs on it.
 ExitStatus backUp(bool json, const ProcessInfo& process);
 /// Also looks into each, unless `check` is false; fails when one is damaged.

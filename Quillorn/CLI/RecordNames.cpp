@@ -6,6 +6,7 @@
 #include "Models/ProjectDivider.h"
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
+#include "Models/TimeEntry.h"
 
 namespace quillorn {
 
@@ -26,6 +27,9 @@ std::string nameOf(const ProjectTask& task) {
 }
 std::string nameOf(const Tag& tag) {
     return tag.name();
+}
+std::string nameOf(const TimeEntry& entry) {
+    return entry.displayName();
 }
 
 std::string shortId(const UUID& id) {

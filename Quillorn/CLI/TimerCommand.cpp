@@ -1,29 +1,24 @@
-#include "CLI/Commands.h"
 #include "CLI/Output.h"
-#include "CLI/Session.h"
+#include "CLI/StoreWork.h"
+#include "CLI/TimeCommands.h"
+#include "CLI/Words.h"
 #include "Models/Formatters.h"
 #include "Models/ProjectTask.h"
 #include "Models/TimeEntrySearch.h"
+#include "Platform/Calendar.h"
+#include "Platform/Terminal.h"
+#include "Platform/TerminationSignals.h"
+#include "Records/RecordChoice.h"
+#include "Records/TimeEntryDTO.h"
 #include "Services/TimerService.h"
 
+#include <cstdio>
 #include <fmt/core.h>
 #include <stdexcept>
 
 namespace quillorn {
 
 namespace {
-
-/// The running timer of the user's store, in a context that nobody else writes beside before its first save.
-struct TimerSession {
-    explicit TimerSession(Session& session)
-        : service(session.app().timerService()),
-          context(session.app().container(), ModelContext::Intent::update) {
-        service.resumeRunningEntry(context);
-    }
-
-    TimerService& service;
-    ModelContext context;
-};
 
 /// "Write the offer  0:05:12".
 std::string line(const TimeEntry& entry, Date now) {
@@ -35,12 +30,6 @@ std::vector<TimeEntry*> runningEntries(ModelContext& context) {
     return findTimeEntries(context, {.includeArchived = true, .running = true});
 }
 
-std::vector<TimeEntry*> entriesBeside(const TimeEntry* own, ModelContext& context) {
-    std::vector<TimeEntry*> others = runningEntries(context);
-    std::erase(others, own);
-    return others;
-}
-
 void printStillRunning(const std::vector<TimeEntry*>& entries, Date now) {
     for (const TimeEntry* each : entries)
         fmt::print("Still running: {}\n", line(*each, now));
@@ -48,90 +37,150 @@ void printStillRunning(const std::vector<TimeEntry*>& entries, Date now) {
         fmt::print("\"quillorn timer stop --all\" stops all that runs\n");
 }
 
-Json::Object describe(const TimeEntry& entry, Date now) {
-    const ProjectTask* task = entry.task();
-    return {
-        {"timeEntryId", entry.id().string()}, {"taskId", task != nullptr ? Json(task->id().string()) : Json()},
-        {"displayName", entry.displayName()}, {"startTime", formatISO8601(entry.startTime())},
-        {"elapsedTime", entry.duration(now)},
-    };
+void printRecords(StoreWork& work, const std::vector<TimeEntry*>& entries) {
+    printJson([&](JsonWriter& writer) { writeRows(writer, TimeEntryRows(work.context, entries, work.now)); });
 }
 
-/// The timer's entry, and beside it those of others.
-Json describe(const TimeEntry* entry, const std::vector<TimeEntry*>& others, Date now) {
-    Json::Object object = entry != nullptr ? describe(*entry, now) : Json::Object{};
-    object.emplace("isRunning", entry != nullptr);
-    Json::Array list;
-    for (const TimeEntry* each : others)
-        list.emplace_back(describe(*each, now));
-    if (entry != nullptr)
-        object.emplace("others", std::move(list));
-    return object;
+/// The timer of the store, in a context that nobody else writes beside before its first save.
+ExitStatus withTimer(const ProcessInfo& process,
+                     const std::function<ExitStatus(StoreWork& work, TimerService& timer)>& act) {
+    return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
+        TimerService& timer = work.session.app().timerService();
+        timer.resumeRunningEntry(work.context);
+        return act(work, timer);
+    });
+}
+
+ExitStatus start(StoreWork& work, TimerService& timer, ProjectTask& task, bool json) {
+    TimeEntry* former = timer.activeEntry(work.context);
+    timer.start(task, work.context);
+    work.context.save();
+    TimeEntry* entry = timer.activeEntry(work.context);
+    if (json) {
+        printRecords(work, former != nullptr ? std::vector{entry, former} : std::vector{entry});
+        return ExitStatus::success;
+    }
+    if (former != nullptr)
+        fmt::print("Stopped: {}\n", line(*former, work.now));
+    fmt::print("Started: {}\n", shown(task.title()));
+    std::vector<TimeEntry*> others = runningEntries(work.context);
+    std::erase(others, entry);
+    printStillRunning(others, work.now);
+    return ExitStatus::success;
+}
+
+ExitStatus stop(StoreWork& work, const std::vector<TimeEntry*>& entries, bool json) {
+    if (entries.empty())
+        throw std::runtime_error("no timer is running");
+    for (TimeEntry* each : entries)
+        each->setEndTime(work.now);
+    work.context.save();
+    if (json) {
+        printRecords(work, entries);
+        return ExitStatus::success;
+    }
+    for (const TimeEntry* each : entries)
+        fmt::print("Stopped: {}\n", line(*each, work.now));
+    printStillRunning(runningEntries(work.context), work.now);
+    return ExitStatus::success;
+}
+
+std::vector<TimeEntry*> activeEntries(StoreWork& work, const TimerService& timer) {
+    TimeEntry* entry = timer.activeEntry(work.context);
+    return entry != nullptr ? std::vector{entry} : std::vector<TimeEntry*>();
+}
+
+/// The timer's entry stands first, since it is the one that began last.
+std::string statusLines(const std::vector<TimeEntry*>& entries, Date now) {
+    std::string lines;
+    for (const TimeEntry* each : entries)
+        lines += line(*each, now) + "\n";
+    return lines.empty() ? "No timer is running\n" : lines;
+}
+
+/// Once a second, over what was shown before; into a pipe below it.
+void watch(Session& session) {
+    std::size_t shownLines = 0;
+    const auto show = [&] {
+        ModelContext context(session.app().container());
+        const std::string lines = statusLines(runningEntries(context), session.clock().now());
+        if (isTerminal(stdout) && shownLines > 0)
+            fmt::print("\x1B[{}A\x1B[J", shownLines);
+        fmt::print("{}", lines);
+        (void)std::fflush(stdout);
+        shownLines = static_cast<std::size_t>(std::ranges::count(lines, '\n'));
+    };
+    const TerminationSignals signals([&](int) { session.mainQueue().stop(); });
+    show();
+    const auto timer = session.mainQueue().every(std::chrono::seconds(1), show);
+    session.mainQueue().run();
+    session.mainQueue().cancel(timer);
 }
 
 } // namespace
 
-ExitStatus startTimer(const std::string& taskId, const ProcessInfo& process) {
-    const std::optional<UUID> id = UUID::parse(taskId);
-    if (!id)
-        throw std::runtime_error(fmt::format("\"{}\" is no task id", taskId));
-    Session session(process);
-    if (session.hasFailed())
-        return ExitStatus::failure;
-    TimerSession timer(session);
-    auto* task = timer.context.find<ProjectTask>(*id);
-    if (task == nullptr)
-        throw std::runtime_error(fmt::format("there is no task with the id {}", id->string()));
-    const TimeEntry* former = timer.service.activeEntry(timer.context);
-    timer.service.start(*task, timer.context);
-    timer.context.save();
-    if (former != nullptr)
-        fmt::print("Stopped: {}\n", line(*former, session.clock().now()));
-    fmt::print("Started: {}\n", shown(task->title()));
-    printStillRunning(entriesBeside(timer.service.activeEntry(timer.context), timer.context), session.clock().now());
-    return ExitStatus::success;
+ExitStatus startTimer(const TimerOptions& options, const ProcessInfo& process) {
+    return withTimer(process, [&](StoreWork& work, TimerService& timer) {
+        return start(work, timer, chooseTask(work.context, options.task.value_or(""), work.text()), options.json);
+    });
 }
 
-ExitStatus stopTimer(bool all, const ProcessInfo& process) {
-    Session session(process);
-    if (session.hasFailed())
-        return ExitStatus::failure;
-    TimerSession timer(session);
-    std::vector<TimeEntry*> entries;
-    if (all)
-        entries = runningEntries(timer.context);
-    else if (TimeEntry* entry = timer.service.activeEntry(timer.context))
-        entries = {entry};
-    if (entries.empty())
-        throw std::runtime_error("no timer is running");
-    const Date now = session.clock().now();
-    for (TimeEntry* each : entries)
-        each->setEndTime(now);
-    timer.context.save();
-    for (const TimeEntry* each : entries)
-        fmt::print("Stopped: {}\n", line(*each, now));
-    printStillRunning(runningEntries(timer.context), now);
-    return ExitStatus::success;
+ExitStatus stopTimer(const TimerOptions& options, const ProcessInfo& process) {
+    return withTimer(process, [&](StoreWork& work, TimerService& timer) {
+        return stop(work, options.all ? runningEntries(work.context) : activeEntries(work, timer), options.json);
+    });
 }
 
-ExitStatus showTimer(bool json, const ProcessInfo& process) {
-    Session session(process);
-    if (session.hasFailed())
-        return ExitStatus::failure;
-    ModelContext context(session.app().container());
-    TimerService& service = session.app().timerService();
-    service.resumeRunningEntry(context);
-    const TimeEntry* entry = service.activeEntry(context);
-    const std::vector<TimeEntry*> others = entriesBeside(entry, context);
-    const Date now = session.clock().now();
-    if (json) {
-        printJson(describe(entry, others, now));
+ExitStatus toggleTimer(const TimerOptions& options, const ProcessInfo& process) {
+    return withTimer(process, [&](StoreWork& work, TimerService& timer) {
+        if (options.task) {
+            ProjectTask& task = chooseTask(work.context, *options.task, work.text());
+            if (!timer.isActive(task))
+                return start(work, timer, task, options.json);
+        } else if (!timer.isRunning()) {
+            throw std::runtime_error("no timer is running; name the task to start on");
+        }
+        return stop(work, activeEntries(work, timer), options.json);
+    });
+}
+
+ExitStatus adjustTimer(const TimerOptions& options, const ProcessInfo& process) {
+    return withTimer(process, [&](StoreWork& work, TimerService& timer) {
+        TimeEntry* entry = timer.activeEntry(work.context);
+        if (entry == nullptr)
+            throw std::runtime_error("no timer is running");
+        const When when = requireWhen(options.when, work.now, work.calendar());
+        if (!when.hasTime())
+            throw std::runtime_error(fmt::format("\"{}\" has no time of day", options.when));
+        const Date date = when.date(work.now, work.calendar());
+        if (date > work.now)
+            throw std::runtime_error(fmt::format("\"{}\" lies in the future", options.when));
+        entry->setStartTime(date);
+        work.context.save();
+        if (options.json)
+            printRecords(work, {entry});
+        else
+            fmt::print("Started {}: {}\n", smartDate(date, work.now, work.calendar()), line(*entry, work.now));
+        return ExitStatus::success;
+    });
+}
+
+ExitStatus showTimer(const TimerOptions& options, const ProcessInfo& process) {
+    if (options.watches) {
+        Session session(process);
+        if (session.hasFailed())
+            return ExitStatus::failure;
+        watch(session);
         return ExitStatus::success;
     }
-    fmt::print("{}\n", entry != nullptr ? line(*entry, now) : "No timer is running");
-    for (const TimeEntry* each : others)
-        fmt::print("{}\n", line(*each, now));
-    return ExitStatus::success;
+    return withStore(process, ModelContext::Intent::read, [&](StoreWork& work) {
+        const std::vector<TimeEntry*> entries = runningEntries(work.context);
+        if (options.json)
+            printRecords(work, entries);
+        else
+            fmt::print("{}", statusLines(entries, work.now));
+        return ExitStatus::success;
+    });
 }
 
 } // namespace quillorn

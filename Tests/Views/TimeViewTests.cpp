@@ -8,9 +8,11 @@
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 #include "Views/ActivityLogView.h"
+#include "Views/LoggedTime.h"
 #include "Views/TimeDashboard.h"
 #include "Views/TimeEntryFormSheet.h"
 #include "Views/TimeReport.h"
+#include "Views/TimeReportTexts.h"
 #include "Views/TodaySummaryView.h"
 
 #include <fmt/core.h>
@@ -60,6 +62,34 @@ TEST_F(TimeViewTest, saysHowLongAnEntryWas) {
     for (const auto& [start, end, line] : cases)
         EXPECT_EQ(durationLine(date(start), effectiveEnd(date(start), date(end), berlin), berlin).text, line) << start;
     EXPECT_EQ(fmt::format("{} {} {}", quickLabel(45), quickLabel(60), quickLabel(120)), "45m 1h 2h");
+}
+
+TEST_F(TimeViewTest, readsWhenSomebodyWorked) {
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"45m", "2026-01-15T11:15:00Z 2026-01-15T12:00:00Z"},
+        {"1h30m", "2026-01-15T10:30:00Z 2026-01-15T12:00:00Z"},
+        {"1:30", "2026-01-15T10:30:00Z 2026-01-15T12:00:00Z"},
+        {"1.5h", "2026-01-15T10:30:00Z 2026-01-15T12:00:00Z"},
+        {"24h", "2026-01-14T12:00:00Z 2026-01-15T12:00:00Z"},
+        {"9-10:30", "2026-01-15T09:00:00Z 2026-01-15T10:30:00Z"},
+        {"11pm–1am", "2026-01-15T23:00:00Z 2026-01-16T01:00:00Z"},
+        {"24h1m", "more than 24 hours can't be logged at once"},
+        {"0m", "end must differ from start"},
+        {"9:61-10:00", "\"9:61\" is no time of day"},
+    };
+    const auto read = [&](std::string_view typed, std::optional<local_days> day) {
+        try {
+            const LoggedTime time = readLoggedTime(typed, day, testNow, calendar);
+            return formatISO8601(time.start) + " " + formatISO8601(time.end);
+        } catch (const std::runtime_error& error) {
+            return std::string(error.what());
+        }
+    };
+    for (const auto& [typed, outcome] : cases)
+        EXPECT_EQ(read(typed, {}), outcome) << typed;
+    for (const char* typed : {"", "45", "1:5", "h", "1.h", "-", "45m x", "99999999999h"})
+        EXPECT_THROW(readLoggedTime(typed, {}, testNow, calendar), std::runtime_error) << typed;
+    EXPECT_EQ(read("45m", local_days(2026y / 1 / 10)), "2026-01-10T11:15:00Z 2026-01-10T12:00:00Z");
 }
 
 TEST_F(TimeViewTest, addsUpByDayWeekAndMonth) {
@@ -264,6 +294,8 @@ TEST_F(TimeViewTest, reportsByWhatIsAsked) {
             line += fmt::format("{} {} {}|", row.title, row.seconds, row.entries);
         EXPECT_EQ(line + fmt::format("={}", report.totalSeconds), rows);
     }
+    EXPECT_EQ(reportCSV({.rows = {{"k", "=1+1, \"so\"", 5400, 2}, {"k", "-x", 0.6, 1}}}),
+              "title,entries,seconds,hours\r\n\"'=1+1, \"\"so\"\"\",2,5400,1.50\r\n'-x,1,1,0.00\r\n");
     const TimeReportRequest ofClient{local_days(2026y / 1 / 5), local_days(2026y / 1 / 15), client.id()};
     EXPECT_EQ(reportedTimes(context, ofClient, calendar).size(), 2u);
 }

@@ -34,11 +34,16 @@ void addFields(CLI::App* command, NoteOptions& options) {
     command->add_option("--project", options.project, "The project that it is on")->type_name("PROJECT");
 }
 
-/// The fields with what has to be looked up and read.
+/// The options with what standard input says; before the store is open for writing, which others may wait for.
+NoteOptions withContentRead(NoteOptions options) {
+    if (options.fields.content == "-")
+        options.fields.content = readValue("-", "");
+    return options;
+}
+
+/// The fields with what has to be looked up.
 UpdateNoteRequest fieldsOf(const NoteOptions& options, StoreWork& work) {
     UpdateNoteRequest fields = options.fields;
-    if (fields.content == "-")
-        fields.content = readValue("-", "");
     if (options.project)
         fields.projectId = chooseProject(work.context, *options.project, work.text()).id();
     if (options.isPinned || options.isUnpinned)
@@ -164,6 +169,9 @@ void addNoteCommands(CLI::App& app, Action& chosen) {
 
     auto made = std::make_shared<NoteOptions>();
     CLI::App* add = addMaking<NoteRows>(note, chosen, "TITLE", "What it is called", "Make a note", made, make);
+    runs(add, chosen, made, [](const NoteOptions& given, const ProcessInfo& process) {
+        return makeOne<NoteRows>(withContentRead(given), process, make);
+    });
     addFields(add, *made);
     add->add_flag("--pin", made->isPinned, "Pin it to the top");
     addShowing(kind, "Show a note", print);
@@ -183,9 +191,11 @@ void addNoteCommands(CLI::App& app, Action& chosen) {
         chosen = [=](const ProcessInfo& process) {
             if (!isSaid)
                 return editInEditor(*changed, process);
+            Batch batch(changed->names);
+            const NoteOptions read = withContentRead(*changed);
             return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
-                return changeEach(work, Chosen<NoteRows>{changed->names, chooseNote, changed->json}, "Changed",
-                                  edit(work, *changed));
+                return changeEach(work, batch, Chosen<NoteRows>{changed->names, chooseNote, changed->json}, "Changed",
+                                  edit(work, read));
             });
         };
     });

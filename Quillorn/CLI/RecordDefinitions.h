@@ -38,29 +38,35 @@ CLI::App* addChanging(const RecordKind<Rows>& kind, const char* name, const char
     addWords(command, kind.argument, options->names, kind.argumentWords);
     addJson(command, options->json);
     runs(command, kind.action, options, [=, choose = kind.choose](const Options& given, const ProcessInfo& process) {
+        Batch batch(given.names);
         return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
             const auto change = makeChange(work, given);
-            return changeEach(work, Chosen<Rows>{given.names, choose, given.json}, done, change);
+            return changeEach(work, batch, Chosen<Rows>{given.names, choose, given.json}, done, change);
         });
     });
     return command;
 }
 
-/// A command that makes one record of a name: `make(work, options)` returns it.
+/// Makes one record by `make(work, options)`.
+template <class Rows, class Options, class Make>
+ExitStatus makeOne(const Options& options, const ProcessInfo& process, const Make& make) {
+    return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
+        auto& made = make(work, options);
+        work.context.save();
+        printChanged<Rows>(work, {&made}, options.json, "Added");
+        return ExitStatus::success;
+    });
+}
+
+/// A command that does so with a name.
 template <class Rows, class Options, class Make>
 CLI::App* addMaking(CLI::App* parent, Action& action, const char* argument, const char* argumentWords,
                     const char* words, const std::shared_ptr<Options>& options, const Make& make) {
     CLI::App* command = addCommand(parent, "add", words);
     addWords(command, argument, options->names, argumentWords);
     addJson(command, options->json);
-    runs(command, action, options, [=](const Options& given, const ProcessInfo& process) {
-        return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
-            auto& made = make(work, given);
-            work.context.save();
-            printChanged<Rows>(work, {&made}, given.json, "Added");
-            return ExitStatus::success;
-        });
-    });
+    runs(command, action, options,
+         [=](const Options& given, const ProcessInfo& process) { return makeOne<Rows>(given, process, make); });
     return command;
 }
 

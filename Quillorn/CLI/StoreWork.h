@@ -60,11 +60,12 @@ struct Chosen {
     bool json = false;
 };
 
-/// Changes the record that each argument names, and saves once; `change(object)` returns what was changed, mostly the
+/// Changes the record that each argument names, and saves once. `batch` has them already, for nobody should have to
+/// wait for standard input while the store is open for writing; `change(object)` returns what was changed, mostly the
 /// object, and changes nothing where it throws.
 template <class Rows, class Change>
-ExitStatus changeEach(StoreWork& work, const Chosen<Rows>& chosen, std::string_view done, const Change& change) {
-    Batch batch(chosen.arguments);
+ExitStatus changeEach(StoreWork& work, Batch& batch, const Chosen<Rows>& chosen, std::string_view done,
+                      const Change& change) {
     std::vector<typename Rows::Object*> changed;
     batch.run([&](const std::string& argument) {
         auto* object = &change(chosen.choose(work.context, argument, work.text()));
@@ -82,8 +83,8 @@ ExitStatus changeEach(StoreWork& work, const Chosen<Rows>& chosen, std::string_v
 template <class Rows, class Question, class Remove>
 ExitStatus deleteEach(const ProcessInfo& process, const Chosen<Rows>& chosen, bool isConfirmed,
                       const Question& question, const Remove& remove) {
+    Batch batch(chosen.arguments);
     return withStore(process, ModelContext::Intent::read, [&](StoreWork& work) {
-        Batch batch(chosen.arguments);
         std::vector<typename Rows::Object*> found;
         batch.run([&](const std::string& argument) {
             auto* object = &chosen.choose(work.context, argument, work.text());

@@ -41,17 +41,20 @@ std::vector<Tag*> tagsNamed(const std::vector<std::string>& names, StoreWork& wo
 } // namespace
 
 ExitStatus completeTasks(const TasksOptions& options, bool isDone, const ProcessInfo& process) {
+    Batch batch(options.tasks);
     return withStore(process, update, [&](StoreWork& work) {
-        return changeEach(work, chosen(options), isDone ? "Done" : "Reopened", [&](ProjectTask& task) -> ProjectTask& {
-            task.setCompleted(isDone, work.now);
-            return task;
-        });
+        return changeEach(work, batch, chosen(options), isDone ? "Done" : "Reopened",
+                          [&](ProjectTask& task) -> ProjectTask& {
+                              task.setCompleted(isDone, work.now);
+                              return task;
+                          });
     });
 }
 
 ExitStatus duplicateTasks(const TasksOptions& options, const ProcessInfo& process) {
+    Batch batch(options.tasks);
     return withStore(process, update, [&](StoreWork& work) {
-        return changeEach(work, chosen(options), "Added",
+        return changeEach(work, batch, chosen(options), "Added",
                           [&](const ProjectTask& task) -> ProjectTask& { return duplicateTask(task, work.now); });
     });
 }
@@ -66,6 +69,7 @@ ExitStatus deleteTasks(const TasksOptions& options, bool isConfirmed, const Proc
 }
 
 ExitStatus editTasks(const EditTaskOptions& options, const ProcessInfo& process) {
+    Batch batch(options.tasks);
     return withStore(process, update, [&](StoreWork& work) {
         UpdateTaskRequest request;
         request.title = options.title;
@@ -82,7 +86,7 @@ ExitStatus editTasks(const EditTaskOptions& options, const ProcessInfo& process)
         if (due)
             request.dueDate = due->nextDate(work.now, work.calendar());
         requireFaultless(request);
-        return changeEach(work, chosen(options), "Changed", [&](ProjectTask& task) -> ProjectTask& {
+        return changeEach(work, batch, chosen(options), "Changed", [&](ProjectTask& task) -> ProjectTask& {
             updateTask(work.context, task, request, work.now);
             if (clearsDue)
                 task.setDueDate(std::nullopt);
@@ -94,10 +98,11 @@ ExitStatus editTasks(const EditTaskOptions& options, const ProcessInfo& process)
 }
 
 ExitStatus moveTasks(const MoveOptions& options, const ProcessInfo& process) {
+    Batch batch(options.tasks);
     return withStore(process, update, [&](StoreWork& work) {
         Project* project = options.project ? &chooseProject(work.context, *options.project, work.text()) : nullptr;
         ProjectTask* parent = options.parent ? &chooseTask(work.context, *options.parent, work.text()) : nullptr;
-        return changeEach(work, chosen(options), "Moved", [&](ProjectTask& task) -> ProjectTask& {
+        return changeEach(work, batch, chosen(options), "Moved", [&](ProjectTask& task) -> ProjectTask& {
             if (parent != nullptr)
                 requireFit(task, *parent);
             if (project != nullptr || options.leavesProject)
@@ -127,10 +132,11 @@ ExitStatus commentTask(const std::string& task, const std::vector<std::string>& 
 }
 
 ExitStatus retagTasks(const RetagOptions& options, const ProcessInfo& process) {
+    Batch batch(options.tasks);
     return withStore(process, update, [&](StoreWork& work) {
         const std::vector<Tag*> added = tagsNamed(options.added, work);
         const std::vector<Tag*> removed = tagsNamed(options.removed, work);
-        return changeEach(work, chosen(options), "Tagged", [&](ProjectTask& task) -> ProjectTask& {
+        return changeEach(work, batch, chosen(options), "Tagged", [&](ProjectTask& task) -> ProjectTask& {
             if (!added.empty())
                 addTagsToTask(task, added, work.now);
             for (const Tag* tag : removed)

@@ -131,11 +131,12 @@ ExitStatus listTime(const TimeListOptions& options, const ProcessInfo& process) 
 }
 
 ExitStatus editTime(const TimeEditOptions& options, const ProcessInfo& process) {
+    Batch batch(options.entries);
     return withStore(process, ModelContext::Intent::update, [&](StoreWork& work) {
         ProjectTask* task = options.task ? &chooseTask(work.context, *options.task, work.text()) : nullptr;
         Project* project = options.project ? &chooseProject(work.context, *options.project, work.text()) : nullptr;
         const Chosen<TimeEntryRows> chosen{options.entries, chooseTimeEntry, options.json};
-        return changeEach(work, chosen, "Changed", [&](TimeEntry& entry) -> TimeEntry& {
+        return changeEach(work, batch, chosen, "Changed", [&](TimeEntry& entry) -> TimeEntry& {
             changeTimes(entry, options, work);
             if (task != nullptr || project != nullptr) {
                 entry.setTask(task);

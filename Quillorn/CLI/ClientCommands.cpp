@@ -88,7 +88,8 @@ void addClientCommands(CLI::App& app, Action& chosen) {
     addFields(addMaking<ClientRows>(client, chosen, "NAME", "What it is called", "Make a client", made,
                                     [](StoreWork& work, const ClientOptions& options) -> Client& {
                                         CreateClientRequest request;
-                                        static_cast<ClientFields&>(request) = options.fields;
+                                        static_cast<ClientFields&>(request) =
+                                            static_cast<const ClientFields&>(options.fields);
                                         request.name = joined(options.names);
                                         requireFaultless(request);
                                         return createClient(work.context, request, work.now);

@@ -137,7 +137,8 @@ ExitStatus editInEditor(const NoteOptions& options, const ProcessInfo& process) 
 
 Note& make(StoreWork& work, const NoteOptions& options) {
     CreateNoteRequest request;
-    static_cast<NoteFields&>(request) = fieldsOf(options, work);
+    const UpdateNoteRequest fields = fieldsOf(options, work);
+    static_cast<NoteFields&>(request) = static_cast<const NoteFields&>(fields);
     request.title = joined(options.names);
     Note& note = createNote(work.context, request, work.now);
     note.setPinned(options.isPinned);

@@ -93,7 +93,7 @@ void print(Project& project, StoreWork& work) {
 
 Project& make(StoreWork& work, const ProjectOptions& options) {
     CreateProjectRequest request;
-    static_cast<ProjectFields&>(request) = options.fields;
+    static_cast<ProjectFields&>(request) = static_cast<const ProjectFields&>(options.fields);
     request.name = joined(options.names);
     if (options.client)
         request.clientId = chooseClient(work.context, *options.client, work.text()).id();

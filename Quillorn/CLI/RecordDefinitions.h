@@ -6,7 +6,8 @@
 
 #include <optional>
 
-// The commands that every kind of record has, for the files that define them.
+// The commands that every kind of record has, for the files that define them. What they call comes by value: of a
+// function that is a pointer, which a lambda can keep.
 
 namespace quillorn {
 
@@ -33,7 +34,7 @@ struct RecordKind {
 /// A command that changes the records which it names: `change(work, options)` returns what does it to each.
 template <class Options, class Rows, class MakeChange>
 CLI::App* addChanging(const RecordKind<Rows>& kind, const char* name, const char* words, const char* done,
-                      const std::shared_ptr<Options>& options, const MakeChange& makeChange) {
+                      const std::shared_ptr<Options>& options, MakeChange makeChange) {
     CLI::App* command = addCommand(kind.parent, name, words);
     addWords(command, kind.argument, options->names, kind.argumentWords);
     addJson(command, options->json);
@@ -61,7 +62,7 @@ ExitStatus makeOne(const Options& options, const ProcessInfo& process, const Mak
 /// A command that does so with a name.
 template <class Rows, class Options, class Make>
 CLI::App* addMaking(CLI::App* parent, Action& action, const char* argument, const char* argumentWords,
-                    const char* words, const std::shared_ptr<Options>& options, const Make& make) {
+                    const char* words, const std::shared_ptr<Options>& options, Make make) {
     CLI::App* command = addCommand(parent, "add", words);
     addWords(command, argument, options->names, argumentWords);
     addJson(command, options->json);
@@ -73,7 +74,7 @@ CLI::App* addMaking(CLI::App* parent, Action& action, const char* argument, cons
 /// A command that shows the list `find(work)`, as records or as the rows that `print(objects, work)` prints.
 template <class Rows, class Options, class Find, class Print>
 CLI::App* addListing(CLI::App* parent, Action& action, const char* words, const std::shared_ptr<Options>& options,
-                     const Find& find, const Print& print) {
+                     Find find, Print print) {
     CLI::App* command = addCommand(parent, "list", words);
     addJson(command, options->json);
     runs(command, action, options, [=](const Options& given, const ProcessInfo& process) {
@@ -91,7 +92,7 @@ CLI::App* addListing(CLI::App* parent, Action& action, const char* words, const 
 
 /// A command that shows one record.
 template <class Rows, class Print>
-CLI::App* addShowing(const RecordKind<Rows>& kind, const char* words, const Print& print) {
+CLI::App* addShowing(const RecordKind<Rows>& kind, const char* words, Print print) {
     auto options = std::make_shared<RecordOptions>();
     options->names.resize(1);
     CLI::App* command = addCommand(kind.parent, "show", words);
@@ -113,8 +114,8 @@ CLI::App* addShowing(const RecordKind<Rows>& kind, const char* words, const Prin
 
 /// A command that deletes, asked in the words of `question(objects)`.
 template <class Rows, class Question, class Remove = decltype(&removeAlone)>
-CLI::App* addDeleting(const RecordKind<Rows>& kind, const char* words, const Question& question,
-                      const Remove& remove = &removeAlone) {
+CLI::App* addDeleting(const RecordKind<Rows>& kind, const char* words, Question question,
+                      Remove remove = &removeAlone) {
     auto options = std::make_shared<RecordOptions>();
     CLI::App* command = addCommand(kind.parent, "delete", words);
     addWords(command, kind.argument, options->names, kind.argumentWords);

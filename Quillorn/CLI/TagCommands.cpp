@@ -49,7 +49,7 @@ void addTagCommands(CLI::App& app, Action& chosen) {
     addColor(addMaking<TagRows>(tag, chosen, "NAME", "What it is called", "Make a tag", made,
                                 [](StoreWork& work, const TagOptions& options) -> Tag& {
                                     CreateTagRequest request;
-                                    static_cast<TagFields&>(request) = options.fields;
+                                    static_cast<TagFields&>(request) = static_cast<const TagFields&>(options.fields);
                                     request.name = joined(options.names);
                                     requireFaultless(request);
                                     return createTag(work.context, request, work.now);

@@ -33,10 +33,10 @@ struct ObservedCondition {
 struct RowStep {
     enum class Kind { removed, inserted, moved, changed };
 
-    Kind kind;
-    std::size_t place; // after the step; of a removed row before it
-    RowKey key;
-    UUID id;
+    Kind kind = Kind::changed;
+    std::size_t place = 0; // after the step; of a removed row before it
+    RowKey key = 0;
+    UUID id{};
     std::size_t from = 0; // of a moved row
 };
 

@@ -58,6 +58,7 @@ class ActivityLogView {
 
     ActivityLogView(MainContext& main, const Clock& clock, const Calendar& calendar, const Text& text,
                     std::string clientFilterRaw = {});
+    ~ActivityLogView() = default;
     ActivityLogView(const ActivityLogView&) = delete;
     ActivityLogView& operator=(const ActivityLogView&) = delete;
 

@@ -40,6 +40,7 @@ inline constexpr std::string_view logTime = "logTime";
 class ContentView {
   public:
     ContentView(const ViewEnvironment& environment, SceneStorage& scene, NotificationCenter& notifications);
+    ~ContentView() = default;
     ContentView(const ContentView&) = delete;
     ContentView& operator=(const ContentView&) = delete;
 

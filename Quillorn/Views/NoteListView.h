@@ -45,6 +45,7 @@ class NoteListView {
     };
 
     NoteListView(const ViewEnvironment& environment, NoteScope scope);
+    ~NoteListView() = default;
     NoteListView(const NoteListView&) = delete;
     NoteListView& operator=(const NoteListView&) = delete;
 

@@ -95,6 +95,7 @@ struct SidebarSheet {
 class SidebarView {
   public:
     SidebarView(const ViewEnvironment& environment, SceneStorage& scene, NotificationCenter& notifications);
+    ~SidebarView() = default;
     SidebarView(const SidebarView&) = delete;
     SidebarView& operator=(const SidebarView&) = delete;
 

@@ -85,6 +85,7 @@ class TimeDashboard {
     };
 
     TimeDashboard(MainContext& main, const Clock& clock, const Calendar& calendar, TimeScope scope = {});
+    ~TimeDashboard() = default;
     TimeDashboard(const TimeDashboard&) = delete;
     TimeDashboard& operator=(const TimeDashboard&) = delete;
 

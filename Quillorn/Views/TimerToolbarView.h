@@ -46,6 +46,7 @@ class TimerToolbarView {
         const Text& text;
     };
     explicit TimerToolbarView(const Environment& environment) : m_environment(environment) {}
+    ~TimerToolbarView() = default;
     TimerToolbarView(const TimerToolbarView&) = delete;
     TimerToolbarView& operator=(const TimerToolbarView&) = delete;
 

@@ -74,6 +74,7 @@ class TodaySummaryView {
     static NoteRow rowOf(const Note& note, const Calendar& calendar);
 
     TodaySummaryView(MainContext& main, const Clock& clock, const Calendar& calendar);
+    ~TodaySummaryView() = default;
     TodaySummaryView(const TodaySummaryView&) = delete;
     TodaySummaryView& operator=(const TodaySummaryView&) = delete;
 

@@ -18,15 +18,16 @@ OptionEntry optionEntry(const CLI::Option& option) {
     if (option.get_type_size() != 0)
         entry.value = option.get_type_name().substr(0, option.get_type_name().find(':'));
     entry.summary = option.get_description();
+    entry.isRequired = option.get_required();
     return entry;
 }
 
 CommandEntry commandEntry(const CLI::App& app, std::vector<std::string> words) {
-    CommandEntry entry{std::move(words), app.get_description(), app.get_footer(), {}, {}, {}};
+    CommandEntry entry{std::move(words), app.get_description(), app.get_footer(), app.get_group(), {}, {}, {}};
     for (const CLI::Option* option : app.get_options({})) {
         if (option->get_positional())
-            entry.arguments.push_back(
-                {option->get_name(true), option->get_description(), option->get_items_expected_max() > 1});
+            entry.arguments.push_back({option->get_name(true), option->get_description(),
+                                       option->get_items_expected_max() > 1, option->get_required()});
         else
             entry.options.push_back(optionEntry(*option));
     }

@@ -12,6 +12,7 @@ struct OptionEntry {
     /// What stands for its value, for example "N"; empty for a flag.
     std::string value;
     std::string summary;
+    bool isRequired = false;
 };
 
 struct ArgumentEntry {
@@ -19,6 +20,7 @@ struct ArgumentEntry {
     std::string summary;
     /// Whether it takes all the words that follow.
     bool isRepeated = false;
+    bool isRequired = false;
 };
 
 /// A command; the program itself is the one without words.
@@ -28,6 +30,8 @@ struct CommandEntry {
     std::string summary;
     /// More to say about it, in lines; may be empty.
     std::string footer;
+    /// The title that it stands under in a list of all commands.
+    std::string group;
     std::vector<OptionEntry> options;
     std::vector<ArgumentEntry> arguments;
     /// One that has commands of its own does nothing by itself.

@@ -22,7 +22,7 @@ void writeFile(const std::filesystem::path& file, const std::string& content) {
 
 int main(int count, char** arguments) {
     if (count != 4) {
-        fmt::print(stderr, "Writes the man page and the completions: quillorn-describe FOLDER VERSION DATE\n");
+        fmt::print(stderr, "Writes the descriptions of the commands: quillorn-describe FOLDER VERSION DATE\n");
         return 2;
     }
     try {
@@ -30,6 +30,7 @@ int main(int count, char** arguments) {
         const quillorn::CommandEntry program = quillorn::commandTree();
         const std::pair<const char*, std::string> files[] = {
             {"quillorn.1", quillorn::manPage(program, arguments[2], arguments[3])},
+            {"command-line.md", quillorn::markdownPage(program)},
             {"quillorn.bash", quillorn::bashCompletion(program)},
             {"_quillorn", quillorn::zshCompletion(program)},
             {"quillorn.fish", quillorn::fishCompletion(program)},

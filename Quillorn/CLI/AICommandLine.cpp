@@ -71,7 +71,7 @@ void addSummary(CLI::App& app, Action& chosen) {
 void addParse(CLI::App& app, Action& chosen) {
     auto options = std::make_shared<ParseOptions>();
     CLI::App* command = app.add_subcommand("parse", "Show what a sentence is understood as, changing nothing");
-    command->footer("For example: quillorn parse 'Call Bob tomorrow 15:00, high priority #phone @Acme'");
+    command->footer("For example:\n  quillorn parse 'Call Bob tomorrow 15:00, high priority #phone @Acme'");
     command->add_option("TEXT", options->words, "The sentence")->required()->type_name("");
     command->add_flag("--no-ai", options->withoutAI, "By fixed rules, also where an AI server is configured");
     command->add_flag("--json", options->json, "Print JSON");

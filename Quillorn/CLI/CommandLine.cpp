@@ -155,6 +155,20 @@ void addHelp(CLI::App& app, Action& chosen) {
     });
 }
 
+/// Commands that stand under one title in a list of all.
+struct CommandGroup {
+    const char* title;
+    std::vector<void (*)(CLI::App&, Action&)> definitions;
+};
+
+void addCommands(CLI::App& app, Action& chosen, const CommandGroup& group) {
+    const std::string undecided = app.get_group();
+    for (const auto define : group.definitions)
+        define(app, chosen);
+    for (CLI::App* command : app.get_subcommands([&](const CLI::App* each) { return each->get_group() == undecided; }))
+        command->group(group.title);
+}
+
 } // namespace
 
 std::string noSuchCommand(const CLI::App& app, const std::string& word) {
@@ -172,22 +186,21 @@ std::shared_ptr<CLI::App> defineCommands(Action& chosen) {
     // Not "at least one": then a command that does not exist would be reported as none at all.
     app->require_subcommand(0, 1);
     app->get_formatter()->column_width(34);
-    addTaskCommands(*app, chosen);
-    addClientCommands(*app, chosen);
-    addProjectCommands(*app, chosen);
-    addGroupCommands(*app, chosen);
-    addNoteCommands(*app, chosen);
-    addTagCommands(*app, chosen);
-    addServe(*app, chosen);
-    addSettings(*app, chosen);
-    addTimeCommands(*app, chosen);
-    addBackups(*app, chosen);
-    addAICommands(*app, chosen);
-    addAgentCommands(*app, chosen);
-    addReminderCommands(*app, chosen);
-    addSync(*app, chosen);
-    addDoctor(*app, chosen);
-    addHelp(*app, chosen);
+    // In this order help and pages list them.
+    const CommandGroup groups[] = {
+        {"Tasks", {addTaskCommands}},
+        {"Clients, projects, notes and tags",
+         {addClientCommands, addProjectCommands, addGroupCommands, addNoteCommands, addTagCommands}},
+        {"Time", {addTimeCommands}},
+        {"What was done, and search", {addHistoryCommands}},
+        {"AI assistant and coding agents", {addAICommands, addAgentCommands}},
+        {"Reminders", {addReminderCommands}},
+        {"All data: files and backups", {addExportCommands, addBackups}},
+        {"Server, settings and health", {addServe, addSettings, addSync, addDoctor}},
+        {"About the program", {addHelp}},
+    };
+    for (const CommandGroup& group : groups)
+        addCommands(*app, chosen, group);
     addCompletionCommand(*app, chosen);
     return app;
 }

@@ -80,10 +80,12 @@ ExitStatus exportEverything(const std::string& file, const ProcessInfo& process)
     if (session.hasFailed())
         return ExitStatus::failure;
     ModelContext context(session.app().container());
-    if (file == "-")
+    if (file == "-") {
         printJson([&](JsonWriter& writer) { exportStore(context, writer); });
-    else
+    } else {
         writeExport(context, file);
+        fmt::print("Exported to {}\n", shown(file));
+    }
     return ExitStatus::success;
 }
 

@@ -22,7 +22,7 @@ ExitStatus searchEverything(const std::vector<std::string>& words, bool json, co
         }
         using enum Table::Column::Align;
         using enum Table::Column::Cut;
-        Table table({{"Kind"}, {"ID"}, {"What", left, ifNarrow}, {"Text", left, ifNarrow}});
+        Table table({{"Kind"}, {"Id"}, {"What", left, ifNarrow}, {"Text", left, ifNarrow}});
         for (const FoundRecord& each : found) {
             const std::string text = each.text == each.title ? std::string() : each.text;
             table.add({{std::string(nameOf(each.kind)), Paint::cyan},

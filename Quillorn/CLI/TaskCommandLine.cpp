@@ -157,7 +157,7 @@ void addComment(CLI::App& app, Action& chosen) {
 void addRetag(CLI::App& app, Action& chosen) {
     auto options = std::make_shared<RetagOptions>();
     CLI::App* command = app.add_subcommand("retag", "Add tags to tasks and take tags away");
-    command->footer("For example: quillorn retag offer invoice --add money --remove waiting");
+    command->footer("For example:\n  quillorn retag offer invoice --add money --remove waiting");
     addWords(command, "TASK", options->tasks, taskWords);
     addRepeated(command, "--add", options->added, "TAG", "A tag to add; may be given again");
     addRepeated(command, "--remove", options->removed, "TAG", "A tag to take away; may be given again");

@@ -33,7 +33,7 @@ void addTimer(CLI::App& app, Action& chosen) {
     const auto [status, shown] = add("status", "Show the running timer, and whatever else runs", showTimer);
     status->add_flag("--watch", shown->watches, "Go on showing it, each second")->excludes("--json");
     const auto [adjust, adjusted] = add("adjust", "Say when the running timer really began", adjustTimer);
-    adjust->footer("For example: quillorn timer adjust 9:05");
+    adjust->footer("For example:\n  quillorn timer adjust 9:05");
     addWord(adjust, "WHEN", adjusted->when, "9:05, 3pm, \"yesterday 23:50\", 2026-01-31T09:05");
 }
 
@@ -137,7 +137,16 @@ void addReport(CLI::App& app, Action& chosen) {
     runs(command, chosen, options, reportTime);
 }
 
-void addHistory(CLI::App& app, Action& chosen) {
+} // namespace
+
+void addTimeCommands(CLI::App& app, Action& chosen) {
+    addTimer(app, chosen);
+    addLog(app, chosen);
+    addTime(app, chosen);
+    addReport(app, chosen);
+}
+
+void addHistoryCommands(CLI::App& app, Action& chosen) {
     auto options = std::make_shared<ActivityOptions>();
     CLI::App* activity = app.add_subcommand("activity", "Show what has happened, the latest first");
     activity->footer("Into a pipe each line has id, kind, moment, title, place and the client's id.");
@@ -169,7 +178,7 @@ void addHistory(CLI::App& app, Action& chosen) {
     });
 }
 
-void addExport(CLI::App& app, Action& chosen) {
+void addExportCommands(CLI::App& app, Action& chosen) {
     auto file = std::make_shared<std::string>("-");
     CLI::App* command = app.add_subcommand("export", "Write everything in the store as JSON");
     command->footer("Settings and keys are no part of it. The file is for its owner alone, and replaced as a whole.");
@@ -184,17 +193,6 @@ void addExport(CLI::App& app, Action& chosen) {
     import->add_flag("--dry-run", options->isDryRun, "Say what would be imported, and change nothing");
     addJson(import, options->json);
     runs(import, chosen, options, importEverything);
-}
-
-} // namespace
-
-void addTimeCommands(CLI::App& app, Action& chosen) {
-    addTimer(app, chosen);
-    addLog(app, chosen);
-    addTime(app, chosen);
-    addReport(app, chosen);
-    addHistory(app, chosen);
-    addExport(app, chosen);
 }
 
 } // namespace quillorn

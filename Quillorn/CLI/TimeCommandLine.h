@@ -4,7 +4,10 @@
 
 namespace quillorn {
 
-/// The commands that have to do with time, with what was done, and with all data as a file.
 void addTimeCommands(CLI::App& app, Action& chosen);
+/// What was done, and search.
+void addHistoryCommands(CLI::App& app, Action& chosen);
+/// All data as a file.
+void addExportCommands(CLI::App& app, Action& chosen);
 
 } // namespace quillorn

@@ -51,7 +51,7 @@ void restrict(std::vector<TimeEntry*>& entries, const TimeListOptions& options, 
 Table tableOf(const std::vector<TimeEntry*>& entries, const StoreWork& work) {
     using enum Table::Column::Align;
     using enum Table::Column::Cut;
-    Table table({{"ID"},
+    Table table({{"Id"},
                  {"Start"},
                  {"End"},
                  {"Time", right},

@@ -33,7 +33,7 @@ TEST_F(CommandLine, answersHelpAndRefusesWhatItDoesNotKnow) {
         // clang-format off
         {{"--version"}, 0, "quillorn 1."}, {{"--help"}, 0, "serve"}, {{"serve", "--help"}, 0, "--require-auth"},
         {{"settings", "set", "--help"}, 0, "VALUE"},
-        {{}, 0, "Subcommands:"}, {{"settings"}, 0, "Change one setting"}, {{"help"}, 0, "Subcommands:"},
+        {{}, 0, "\nTasks:\n"}, {{"settings"}, 0, "Change one setting"}, {{"help"}, 0, "\nTasks:\n"},
         {{"help", "settings", "set"}, 0, "Usage: quillorn settings set [OPTIONS] KEY"}, {{"version"}, 0, "quillorn 1."},
         {{"xyzzy"}, 2, "there is no command \"xyzzy\"\n"}, {{"help", "timr"}, 2, "did you mean \"timer\"?"},
         {{"setings", "list"}, 2, "there is no command \"setings\"; did you mean \"settings\"?\n"},

@@ -61,7 +61,7 @@ struct Descriptions : ProgramTest {
         const std::string text = outputOf(arguments);
         std::vector<Help> all{{command, {}, {}}};
         const std::regex option(R"(\n  (?:(-\w),)?(--[\w-]+)[ \n])"), below(R"(\n  ([\w-]+) )");
-        const std::size_t commands = std::min(text.find("\nSubcommands:"), text.size());
+        const std::size_t commands = std::min(text.find(command.empty() ? "\nTasks:" : "\nSubcommands:"), text.size());
         const std::string options = text.substr(0, commands), rest = text.substr(commands);
         const std::sregex_iterator end;
         for (std::sregex_iterator match(options.begin(), options.end(), option); match != end; ++match)
@@ -222,6 +222,21 @@ TEST_F(Descriptions, theManPageHasEveryCommandOptionAndSetting) {
             << setting.key;
     if (isThere(QUILLORN_MANDOC)) {
         EXPECT_THAT(linesOf(QUILLORN_MANDOC, {"-Tlint", "-Wwarning", file("quillorn.1")}), IsEmpty());
+    }
+}
+
+TEST_F(Descriptions, theDocumentIsCurrentAndHasEveryCommandAndOption) {
+    const std::string document = readFile(QUILLORN_SOURCES "/docs/command-line.md");
+    EXPECT_EQ(document, readFile(file("command-line.md"))) << "cp " << file("command-line.md") << " docs/";
+    for (const Help& each : helps()) {
+        const std::string heading =
+            "\n###" + std::string(each.command.size() > 1, '#') + " quillorn" + joined(each.command, " ");
+        const std::size_t begin = each.command.empty() ? 0 : document.find(heading + "\n");
+        ASSERT_NE(begin, std::string::npos) << heading;
+        const std::string section = document.substr(begin, document.find("\n##", begin + 1) - begin);
+        for (const std::string& option : each.options)
+            EXPECT_TRUE(option == "-h" || option == "--help" || section.find("\n- `" + option) != std::string::npos)
+                << heading << " " << option;
     }
 }
 

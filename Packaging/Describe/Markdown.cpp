@@ -64,7 +64,8 @@ std::string inBlock(const std::string& lines) {
 /// Indented lines of a footer are examples of what to type.
 std::string footer(const CommandEntry& command) {
     std::istringstream lines(command.footer);
-    std::string words, examples;
+    std::string words;
+    std::string examples;
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("  "))
             examples += line.substr(2) + "\n";

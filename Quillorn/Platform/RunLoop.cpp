@@ -38,15 +38,20 @@ struct RunLoop::State {
         std::shared_ptr<const Work> work; // shared, since a timer may be cancelled by its own work
     };
 
-    explicit State(SystemLog& systemLog) : log(systemLog) {}
+    State(SystemLog& systemLog, std::function<void()> wakeUp) : log(systemLog), wake(std::move(wakeUp)) {}
 
     TimerId add(std::chrono::milliseconds delay, std::chrono::milliseconds period, Work work);
     /// The work that is due with its timer's number, or a null pointer when none is. The caller holds the mutex.
     std::pair<std::uint64_t, std::shared_ptr<const Work>> takeDue();
     void finishTick(std::uint64_t id);
     void run(const Work& work);
+    /// Runs one piece of work that is due; false when there is none.
+    bool runNext(std::unique_lock<std::mutex>& lock);
+    /// Something was added. The caller holds the mutex, so that the loop can't end meanwhile.
+    void tell();
 
     SystemLog& log;
+    const std::function<void()> wake;
     std::mutex mutex;
     std::condition_variable changed;
     bool stopped = false;
@@ -65,7 +70,7 @@ MainQueue::TimerId RunLoop::State::add(std::chrono::milliseconds delay, std::chr
     const std::uint64_t id = ++lastTimer;
     timers.emplace(id, Timer{due, period, std::move(shared)});
     schedule.emplace(due, id);
-    changed.notify_one();
+    tell();
     return TimerId{id};
 }
 
@@ -106,7 +111,32 @@ void RunLoop::State::run(const Work& work) {
     }
 }
 
-RunLoop::RunLoop(SystemLog& log) : m_state(std::make_unique<State>(log)) {}
+bool RunLoop::State::runNext(std::unique_lock<std::mutex>& lock) {
+    if (auto [id, work] = takeDue(); work) {
+        lock.unlock();
+        run(*work);
+        finishTick(id);
+        work.reset();
+    } else if (!posted.empty()) {
+        Work next = std::move(posted.front());
+        posted.pop_front();
+        lock.unlock();
+        run(next);
+        next = nullptr;
+    } else {
+        return false;
+    }
+    lock.lock();
+    return true;
+}
+
+void RunLoop::State::tell() {
+    changed.notify_one();
+    if (wake)
+        wake();
+}
+
+RunLoop::RunLoop(SystemLog& log, std::function<void()> wake) : m_state(std::make_unique<State>(log, std::move(wake))) {}
 
 RunLoop::~RunLoop() {
     // What the work holds may post or cancel while it is destroyed, so that happens while the state still stands.
@@ -122,25 +152,27 @@ void RunLoop::run() {
     State& state = *m_state;
     std::unique_lock lock(state.mutex);
     while (!std::exchange(state.stopped, false)) {
-        if (auto [id, work] = state.takeDue(); work) {
-            lock.unlock();
-            state.run(*work);
-            state.finishTick(id);
-            work.reset();
-            lock.lock();
-        } else if (!state.posted.empty()) {
-            Work next = std::move(state.posted.front());
-            state.posted.pop_front();
-            lock.unlock();
-            state.run(next);
-            next = nullptr;
-            lock.lock();
-        } else if (state.schedule.empty()) {
+        if (state.runNext(lock))
+            continue;
+        if (state.schedule.empty())
             state.changed.wait(lock);
-        } else {
+        else
             state.changed.wait_until(lock, Moment{state.schedule.begin()->first});
-        }
     }
+}
+
+std::optional<std::chrono::milliseconds> RunLoop::runFor(std::chrono::milliseconds slice) {
+    using std::chrono::milliseconds;
+    State& state = *m_state;
+    const Moment end = std::chrono::steady_clock::now() + slice;
+    std::unique_lock lock(state.mutex);
+    while (state.runNext(lock))
+        if (std::chrono::steady_clock::now() >= end)
+            return milliseconds{0};
+    if (state.schedule.empty())
+        return std::nullopt;
+    const auto wait = state.schedule.begin()->first - std::chrono::steady_clock::now();
+    return std::max(milliseconds{0}, std::chrono::ceil<milliseconds>(wait));
 }
 
 void RunLoop::stop() {
@@ -152,7 +184,7 @@ void RunLoop::stop() {
 void RunLoop::post(Work work) {
     const std::lock_guard lock(m_state->mutex);
     m_state->posted.push_back(std::move(work));
-    m_state->changed.notify_one();
+    m_state->tell();
 }
 
 MainQueue::TimerId RunLoop::after(std::chrono::milliseconds delay, Work work) {

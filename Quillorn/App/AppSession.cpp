@@ -54,4 +54,8 @@ Bus* AppSession::sessionBus() {
     return m_machine ? m_machine->sessionBus.get() : nullptr;
 }
 
+const MachineSignals* AppSession::machine() const {
+    return m_machine ? &m_machine->signals : nullptr;
+}
+
 } // namespace quillorn

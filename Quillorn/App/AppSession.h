@@ -27,12 +27,14 @@ class AppSession {
 
     QuillornApp& app() { return *m_app; }
     FileSettings& settings() { return m_settings; }
+    NotificationCenter& notifications() { return m_notifications; }
     const Clock& clock() const { return m_clock; }
     const Calendar& calendar() const { return m_calendar; }
     const Text& text() const { return m_text; }
     const Paths& paths() const { return *m_paths; }
-    /// Of programs that stay; null for commands.
+    // Of programs that stay; null for commands.
     Bus* sessionBus();
+    const MachineSignals* machine() const;
 
   private:
     struct Machine;

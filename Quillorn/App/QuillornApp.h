@@ -97,6 +97,8 @@ class QuillornApp {
 
     RunMode runMode() const { return m_runMode; }
     ModelContainer& container() { return *m_container; }
+    /// What follows the store on the main thread, for screens.
+    MainContext& mainStore() { return *m_mainContext; }
     /// The context of the main thread.
     ModelContext& mainContext() { return m_mainContext->context(); }
     /// For work that may use the container.

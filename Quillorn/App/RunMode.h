@@ -11,6 +11,9 @@ struct ProcessInfo {
     /// Without the program's name.
     std::vector<std::string> arguments;
     std::map<std::string, std::string> environment;
+
+    /// Of the arguments of main(), and of the environment as it stands.
+    static ProcessInfo of(int count, char** arguments);
 };
 
 /// "-QUILLORN_DEMO", as an argument of its own, asks for demo mode.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Desktop/Appearance.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillorn {
+
+/// What the desktop was started with.
+struct DesktopOptions {
+    /// A quillorn:// address to open; empty for none.
+    std::string address;
+    Appearance::Scheme scheme = Appearance::Scheme::system;
+
+    /// The options; where the program is to end at once, its status, with everything said.
+    static std::optional<int> read(std::vector<std::string> arguments, DesktopOptions& options);
+};
+
+} // namespace quillorn

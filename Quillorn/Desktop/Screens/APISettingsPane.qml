@@ -1,0 +1,142 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+ColumnLayout {
+    id: root
+
+    property QtObject settings
+
+    spacing: 12
+
+    PaneTitle {
+        symbol: "network"
+        text: root.settings.words.httpTitle
+    }
+    FormRow {
+        label: root.settings.words.statusLabel
+
+        Rectangle {
+            implicitWidth: 8
+            implicitHeight: 8
+            radius: 4
+            color: root.settings.isRunning ? Theme.green : Theme.edge
+        }
+        Label {
+            Layout.fillWidth: true
+            text: root.settings.status
+        }
+        Button {
+            text: root.settings.toggleButton
+            onClicked: root.settings.toggle()
+        }
+    }
+    FormRow {
+        label: ""
+        visible: root.settings.lastError !== ""
+
+        Label {
+            Layout.fillWidth: true
+            text: root.settings.lastError
+            color: Theme.red
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
+        }
+    }
+    FormRow {
+        label: root.settings.words.portLabel
+
+        TextField {
+            Layout.preferredWidth: 90
+            text: root.settings.port
+            onEditingFinished: root.settings.port = text
+            Accessible.name: root.settings.words.portLabel
+        }
+    }
+    FormRow {
+        label: root.settings.words.keyLabel
+        help: ""
+
+        TextField {
+            Layout.fillWidth: true
+            text: root.settings.key
+            echoMode: reveal.checked ? TextInput.Normal : TextInput.Password
+            onEditingFinished: root.settings.key = text
+            Accessible.name: root.settings.words.keyLabel
+        }
+        ToolButton {
+            id: reveal
+
+            checkable: true
+            tip: checked ? "Hide" : "Show"
+            icon.name: checked ? "eye.slash" : "eye"
+        }
+        Button {
+            text: root.settings.words.generateButton
+            onClicked: root.settings.generateKey()
+        }
+    }
+    FormRow {
+        label: ""
+        visible: root.settings.keyWarning !== ""
+
+        Label {
+            Layout.fillWidth: true
+            text: root.settings.keyWarning
+            color: Theme.amber
+            wrapMode: Text.Wrap
+        }
+    }
+    Switch {
+        text: root.settings.words.autoStartLabel
+        checked: root.settings.startsAtLaunch
+        onToggled: root.settings.startsAtLaunch = checked
+    }
+    Switch {
+        text: root.settings.words.externalLabel
+        checked: root.settings.isExternal
+        onToggled: root.settings.isExternal = checked
+    }
+    Switch {
+        text: root.settings.words.requireAuthLabel
+        checked: root.settings.requiresAuth
+        onToggled: root.settings.requiresAuth = checked
+    }
+    FormRow {
+        label: root.settings.words.endpointLabel
+        help: root.settings.words.httpContents
+
+        SelectableText {
+            Layout.fillWidth: true
+            text: root.settings.endpoint
+        }
+    }
+    PaneTitle {
+        symbol: "sparkles"
+        text: root.settings.words.mcpTitle
+    }
+    FormRow {
+        label: root.settings.words.endpointLabel
+        help: root.settings.words.toolCount + " · " + root.settings.words.resourceCount + " · " + root.settings.words.mcpContents
+
+        SelectableText {
+            Layout.fillWidth: true
+            text: root.settings.mcpEndpoint
+        }
+    }
+    RowLayout {
+        spacing: 8
+
+        Button {
+            text: root.settings.copyConfigButton
+            icon.name: "doc.on.doc"
+            onClicked: root.settings.copyConfig()
+        }
+        Button {
+            text: root.settings.words.copyDirectiveButton
+            icon.name: "doc.on.doc"
+            onClicked: root.settings.copyDirective()
+        }
+    }
+}

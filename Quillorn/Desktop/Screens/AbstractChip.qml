@@ -1,0 +1,5 @@
+import QtQuick.Templates
+
+AbstractButton {
+    padding: 0
+}

@@ -1,0 +1,134 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// The history of all work.
+Item {
+    id: root
+
+    property QtObject activity
+
+    signal opened(int kind, string record)
+
+    ListView {
+        id: list
+
+        anchors.fill: parent
+        clip: true
+        leftMargin: 16
+        rightMargin: 16
+        bottomMargin: 16
+        reuseItems: true
+        activeFocusOnTab: true
+        model: root.activity?.rows ?? null
+        Accessible.role: Accessible.List
+        Accessible.name: "Activity"
+        ScrollBar.vertical: ScrollBar {}
+        onAtYEndChanged: if (atYEnd && root.activity?.hasMore)
+            root.activity.showMore()
+
+        // The cards above come a moment later than the rows.
+        property bool isTouched: false
+
+        onModelChanged: {
+            isTouched = false;
+            Qt.callLater(positionViewAtBeginning);
+        }
+        onOriginYChanged: if (!isTouched)
+            positionViewAtBeginning()
+        onMovementStarted: isTouched = true
+        onCurrentIndexChanged: isTouched = true
+
+        header: ColumnLayout {
+            width: list.width - 32
+            spacing: 12
+
+            RowLayout {
+                Layout.fillWidth: true
+                Layout.topMargin: 14
+
+                Label {
+                    Layout.fillWidth: true
+                    text: root.activity?.words.filterLabel ?? ""
+                    horizontalAlignment: Text.AlignRight
+                    color: Theme.secondaryText
+                }
+                ComboBox {
+                    readonly property var choices: root.activity?.filters ?? []
+
+                    model: choices.map(choice => choice.name)
+                    currentIndex: choices.findIndex(choice => choice.id === (root.activity?.filter ?? ""))
+                    onActivated: index => root.activity.filter = choices[index].id
+                    Accessible.name: root.activity?.words.filterLabel ?? ""
+                    ToolTip.text: root.activity?.words.filterHelp ?? ""
+                    ToolTip.visible: hovered
+                    ToolTip.delay: 600
+                }
+            }
+            RowLayout {
+                Layout.fillWidth: true
+                Layout.bottomMargin: 8
+                spacing: 12
+                visible: list.count > 0
+
+                FigureCard {
+                    Layout.fillHeight: true
+                    Layout.preferredWidth: 2
+                    Layout.fillWidth: true
+                    isHero: true
+                    label: root.activity?.words.todayLabel ?? ""
+                    figure: root.activity?.header.today ?? ""
+                    note: root.activity?.header.line ?? ""
+                }
+                Card {
+                    Layout.fillWidth: true
+                    Layout.preferredWidth: 4
+                    title: root.activity?.words.sevenDaysLabel ?? ""
+
+                    BarChart {
+                        Layout.fillWidth: true
+                        Layout.preferredHeight: 110
+                        bars: root.activity?.header.days ?? []
+                    }
+                }
+                Card {
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    Layout.preferredWidth: 3
+                    title: root.activity?.words.byTypeLabel ?? ""
+
+                    Repeater {
+                        model: root.activity?.header.types ?? []
+
+                        ShareBar {
+                            required property var modelData
+
+                            Layout.fillWidth: true
+                            name: modelData.label
+                            figure: modelData.count
+                            tone: Theme.shade(modelData.tone)
+                            share: modelData.count / Math.max(1, root.activity.header.total)
+                        }
+                    }
+                    Item {
+                        Layout.fillHeight: true
+                    }
+                }
+            }
+        }
+        delegate: ActivityRow {
+            width: list.width - 32
+            onPicked: root.opened(kind, recordId)
+        }
+
+        EmptyState {
+            anchors.centerIn: parent
+            width: Math.min(parent.width - 48, 400)
+            visible: list.count === 0
+            symbol: root.activity?.words.emptyIcon ?? ""
+            title: root.activity?.words.emptyTitle ?? ""
+            text: root.activity?.words.emptyMessage ?? ""
+        }
+    }
+}

@@ -1,0 +1,111 @@
+import QtQuick
+import QtQuick.Layouts
+import QuillornStyle
+
+Rectangle {
+    id: root
+
+    required property int index
+    required property string taskId
+    required property string title
+    required property string mark
+    required property string due
+    required property bool isOverdue
+    required property string subtasks
+    required property string time
+    required property var tags
+    required property bool isCompleted
+    property bool isShown: false
+    property bool isFocused: false
+
+    signal picked
+    signal moved(int by)
+
+    implicitHeight: column.implicitHeight + 20
+    radius: Theme.rowRadius
+    color: Theme.window
+    border.color: isShown || isFocused ? Theme.accent : Theme.line
+    border.width: isFocused ? 2 : 1
+    opacity: isCompleted ? 0.65 : 1
+    z: drag.active ? 1 : 0
+    Accessible.role: Accessible.ListItem
+    Accessible.focusable: true
+    Accessible.name: [title, due].filter(word => word).join(", ")
+    Accessible.onPressAction: picked()
+
+    TapHandler {
+        onTapped: root.picked()
+    }
+    DragHandler {
+        id: drag
+
+        yAxis.enabled: false
+        onActiveChanged: {
+            if (active)
+                return;
+            const columns = Math.round(root.x / root.width);
+            root.x = 0;
+            if (columns !== 0)
+                root.moved(columns);
+        }
+    }
+    ColumnLayout {
+        id: column
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: 10
+        spacing: 6
+
+        RowLayout {
+            Layout.fillWidth: true
+
+            Label {
+                Layout.fillWidth: true
+                text: root.title
+                font.weight: Font.Medium
+                wrapMode: Text.Wrap
+                maximumLineCount: 3
+                elide: Text.ElideRight
+            }
+            Text {
+                Layout.alignment: Qt.AlignTop
+                text: root.mark
+                font.family: "Noto Color Emoji"
+                font.pixelSize: Theme.caption
+            }
+        }
+        Flow {
+            Layout.fillWidth: true
+            spacing: 8
+
+            Label {
+                visible: text !== ""
+                text: root.due
+                font.pixelSize: Theme.caption
+                font.weight: root.isOverdue ? Font.DemiBold : Font.Normal
+                color: root.isOverdue ? Theme.red : Theme.amber
+            }
+            SmallFigure {
+                symbol: "list.bullet.indent"
+                text: root.subtasks
+            }
+            SmallFigure {
+                symbol: "clock"
+                text: root.time
+            }
+            Repeater {
+                model: root.tags
+
+                Label {
+                    required property string modelData
+
+                    text: "#" + modelData
+                    font.pixelSize: Theme.caption
+                    color: Theme.accent
+                }
+            }
+        }
+    }
+}

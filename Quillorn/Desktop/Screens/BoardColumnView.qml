@@ -1,0 +1,109 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// One status with its tasks. Cards go to the next column by dragging, and by Alt and an arrow key.
+Rectangle {
+    id: root
+
+    property QtObject column
+    property string current
+
+    signal opened(string task)
+    signal cardMoved(string task, int by)
+    signal cardAdded(string title)
+
+    radius: Theme.cardRadius
+    color: Theme.card
+    implicitWidth: 160
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 8
+        spacing: 8
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: 4
+
+            SymbolIcon {
+                name: root.column.symbol
+                color: Theme.secondaryText
+            }
+            Label {
+                text: root.column.label
+                font.weight: Font.DemiBold
+                elide: Text.ElideRight
+                Accessible.role: Accessible.Heading
+            }
+            Label {
+                Layout.fillWidth: true
+                text: root.column.count
+                color: Theme.secondaryText
+            }
+            ToolButton {
+                tip: "New Task"
+                icon.name: "plus"
+                onClicked: {
+                    typed.visible = true;
+                    typed.forceActiveFocus();
+                }
+            }
+        }
+        TextField {
+            id: typed
+
+            Layout.fillWidth: true
+            visible: false
+            placeholderText: "Title"
+            onAccepted: {
+                if (text.trim())
+                    root.cardAdded(text);
+                clear();
+            }
+            onActiveFocusChanged: if (!activeFocus)
+                visible = false
+            Keys.onEscapePressed: visible = false
+        }
+        ListView {
+            id: list
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            spacing: 8
+            activeFocusOnTab: true
+            keyNavigationEnabled: true
+            currentIndex: -1
+            model: root.column.cards
+            Accessible.role: Accessible.List
+            Accessible.name: root.column.label
+            ScrollBar.vertical: ScrollBar {}
+            delegate: BoardCard {
+                width: list.width
+                isShown: taskId === root.current
+                isFocused: list.activeFocus && ListView.isCurrentItem
+                onPicked: {
+                    list.currentIndex = index;
+                    list.forceActiveFocus();
+                    root.opened(taskId);
+                }
+                onMoved: by => root.cardMoved(taskId, by)
+            }
+            Keys.onPressed: event => {
+                if (!currentItem)
+                    return;
+                event.accepted = true;
+                if (event.modifiers & Qt.AltModifier && event.key === Qt.Key_Right)
+                    root.cardMoved(currentItem.taskId, 1);
+                else if (event.modifiers & Qt.AltModifier && event.key === Qt.Key_Left)
+                    root.cardMoved(currentItem.taskId, -1);
+                else if (event.key === Qt.Key_Return)
+                    currentItem.picked();
+                else
+                    event.accepted = false;
+            }
+        }
+    }
+}

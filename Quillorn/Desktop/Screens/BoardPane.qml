@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// The tasks of a project by their status.
+RowLayout {
+    id: root
+
+    property QtObject record
+    property string current
+
+    signal opened(string task)
+
+    spacing: 12
+
+    Repeater {
+        model: root.record?.board ?? []
+
+        BoardColumnView {
+            required property var modelData
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+            column: modelData
+            current: root.current
+            onOpened: task => root.opened(task)
+            onCardMoved: (task, by) => {
+                const columns = root.record.board;
+                const place = columns.findIndex(each => each.status === column.status) + by;
+                if (place >= 0 && place < columns.length)
+                    root.record.moveCard(task, columns[place].status);
+            }
+            onCardAdded: title => root.record.addCard(title, column.status)
+        }
+    }
+}

@@ -1,0 +1,100 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// The title of the middle column, the timer, search and the options of the list.
+Item {
+    id: root
+
+    property string title
+    property string subtitle
+    property string tone
+    property QtObject tasks
+    property QtObject timer
+
+    signal menuWanted
+
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    implicitHeight: 52
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 18
+        anchors.rightMargin: 10
+        spacing: 8
+
+        Rectangle {
+            visible: root.tone !== ""
+            implicitWidth: 10
+            implicitHeight: 10
+            radius: 5
+            color: Theme.shade(root.tone)
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.minimumWidth: 60
+            spacing: 0
+
+            Label {
+                Layout.fillWidth: true
+                text: root.title
+                font.pixelSize: Theme.heading + 1
+                font.weight: Font.DemiBold
+                elide: Text.ElideRight
+                Accessible.role: Accessible.Heading
+            }
+            Label {
+                Layout.fillWidth: true
+                visible: text !== ""
+                text: root.subtitle
+                font.pixelSize: Theme.small
+                color: Theme.secondaryText
+                elide: Text.ElideRight
+            }
+        }
+        TimerPill {
+            timer: root.timer
+            isNarrow: root.width < 640
+            onOpened: task => Desk.selectTask(task)
+        }
+        TextField {
+            id: search
+
+            Layout.preferredWidth: 150
+            Layout.minimumWidth: 80
+            visible: root.tasks !== null
+            symbol: "magnifyingglass"
+            placeholderText: root.tasks?.searchPrompt ?? ""
+            text: root.tasks?.searchText ?? ""
+            onTextEdited: root.tasks.searchText = text
+            Keys.onEscapePressed: root.tasks.searchText = ""
+        }
+        ToolButton {
+            visible: root.tasks !== null
+            tip: "View Options"
+            icon.name: "line.3.horizontal.decrease.circle"
+            onClicked: options.popup(0, height)
+
+            ViewOptionsMenu {
+                id: options
+
+                tasks: root.tasks
+            }
+        }
+        ToolButton {
+            tip: "New Task (⌘N)"
+            icon.name: "plus"
+            onClicked: Desk.command("newTask")
+        }
+        ToolButton {
+            tip: "Menu"
+            icon.name: "line.3.horizontal"
+            onClicked: root.menuWanted()
+        }
+    }
+}

@@ -1,0 +1,47 @@
+import QtQuick
+import QtQuick.Layouts
+import QuillornStyle
+
+/// A field with its label in front, as wide as its neighbours'.
+RowLayout {
+    id: root
+
+    property string label
+    property string help
+    property int labelWidth: 96
+    default property alias field: slot.data
+
+    Layout.fillWidth: true
+    spacing: 14
+
+    Label {
+        Layout.alignment: Qt.AlignTop
+        Layout.preferredWidth: root.labelWidth
+        Layout.preferredHeight: Theme.controlHeight
+        horizontalAlignment: Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        text: root.label
+        color: Theme.secondaryText
+        elide: Text.ElideRight
+    }
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: 6
+
+        RowLayout {
+            id: slot
+
+            Layout.fillWidth: true
+            Layout.minimumHeight: Theme.controlHeight
+            spacing: 8
+        }
+        Label {
+            Layout.fillWidth: true
+            text: root.help
+            visible: text !== ""
+            font.pixelSize: Theme.caption
+            color: Theme.secondaryText
+            wrapMode: Text.Wrap
+        }
+    }
+}

@@ -1,0 +1,147 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+ApplicationWindow {
+    id: window
+
+    readonly property bool isRecovery: Recovery.message !== undefined
+
+    width: 1100
+    height: 720
+    minimumWidth: 640
+    minimumHeight: 400
+    visible: true
+    title: "Quillorn"
+    Component.onCompleted: if (!isRecovery)
+        Desk.restore()
+
+    Binding {
+        target: Theme
+        property: "isDark"
+        value: Look.isDark
+    }
+    Binding {
+        target: Theme
+        property: "isHighContrast"
+        value: Look.isHighContrast
+    }
+    Binding {
+        target: Theme
+        property: "isStill"
+        value: Look.isStill
+    }
+    Binding {
+        target: Theme
+        property: "textScale"
+        value: Look.textScale
+    }
+    Loader {
+        anchors.fill: parent
+        focus: true
+        sourceComponent: window.isRecovery ? recovery : main
+    }
+    Component {
+        id: recovery
+
+        RecoveryScreen {
+            recovery: Recovery
+        }
+    }
+    Component {
+        id: main
+
+        Item {
+            MainScreen {
+                id: screen
+
+                anchors.fill: parent
+                confirm: question
+                onSettingsWanted: settings.active = true
+                onMenuWanted: menu.popup(parent.width - menu.width - 8, 48)
+            }
+            AppMenu {
+                id: menu
+
+                onSettingsWanted: settings.active = true
+                onSearchWanted: screen.focusSearch()
+                onNextColumnWanted: screen.nextColumn()
+                onSidebarToggled: screen.toggleSidebar()
+            }
+            ConfirmDialog {
+                id: question
+            }
+            RecordFormSheet {
+                id: recordSheet
+
+                property string saved
+
+                form: Desk.form
+                priorities: Desk.priorities
+                onSaved: record => saved = record
+                onClosed: {
+                    Desk.closeForm(saved);
+                    saved = "";
+                }
+            }
+            TimeEntrySheet {
+                id: entrySheet
+
+                entry: Desk.entry
+                onClosed: Desk.closeEntry()
+            }
+            Loader {
+                id: settings
+
+                active: false
+                sourceComponent: SettingsWindow {
+                    visible: true
+                    onClosing: settings.active = false
+                }
+            }
+            Connections {
+                target: Desk.sidebar
+
+                function onChanged() {
+                    const deletion = Desk.sidebar.deletion;
+                    if (deletion.title && !question.opened)
+                        question.ask(deletion, () => Desk.sidebar.confirmDeletion(), () => Desk.sidebar.cancelDeletion());
+                }
+            }
+            Connections {
+                target: Desk
+
+                function onFailed(words) {
+                    toast.show(words);
+                }
+                function onChanged() {
+                    if (Desk.form && !recordSheet.opened)
+                        recordSheet.open();
+                    if (Desk.entry && !entrySheet.opened)
+                        entrySheet.open();
+                    if (!Desk.form && recordSheet.opened)
+                        recordSheet.close();
+                    if (!Desk.entry && entrySheet.opened)
+                        entrySheet.close();
+                    if (Desk.canUndo && Desk.undoTitle !== toast.lastUndo) {
+                        toast.lastUndo = Desk.undoTitle;
+                        toast.show(Desk.undoTitle.replace("Undo ", ""), "Undo");
+                    } else if (!Desk.canUndo) {
+                        toast.lastUndo = "";
+                    }
+                }
+            }
+            Toast {
+                id: toast
+
+                property string lastUndo: Desk.undoTitle
+
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 20
+                onActed: Desk.undo()
+            }
+        }
+    }
+}

@@ -1,0 +1,168 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// The three columns.
+SplitView {
+    id: root
+
+    property var confirm
+    readonly property bool isRecord: Desk.column === "client" || Desk.column === "project"
+    readonly property bool hasDetail: Desk.task !== null || Desk.note !== null
+
+    signal settingsWanted
+    signal menuWanted
+
+    function focusSearch() {
+        header.focusSearch();
+    }
+    function nextColumn() {
+        if (sidebar.activeFocus || sidebarHasFocus())
+            tasks.visible ? tasks.focusList() : header.focusSearch();
+        else
+            sidebar.focusList();
+    }
+    function sidebarHasFocus() {
+        for (let item = root.Window.activeFocusItem; item; item = item.parent)
+            if (item === sidebar)
+                return true;
+        return false;
+    }
+    function toggleSidebar() {
+        sidebar.visible = !sidebar.visible;
+    }
+
+    orientation: Qt.Horizontal
+
+    Sidebar {
+        id: sidebar
+
+        SplitView.preferredWidth: 232
+        SplitView.minimumWidth: 180
+        SplitView.maximumWidth: 360
+        sidebar: Desk.sidebar
+        selected: Desk.selection
+        footer: Desk.serverState
+        isServing: Desk.isServing
+        onPicked: row => Desk.selectRow(row)
+        onSettingsWanted: root.settingsWanted()
+    }
+    ColumnLayout {
+        id: content
+
+        SplitView.fillWidth: true
+        SplitView.minimumWidth: 340
+        visible: !root.hasDetail || root.width > 860
+        spacing: 0
+
+        ContentHeader {
+            id: header
+
+            Layout.fillWidth: true
+            title: Desk.title
+            subtitle: Desk.record?.subtitle ?? ""
+            tone: Desk.record?.tone ?? ""
+            tasks: tasks.visible || recordPane.showsTasks ? Desk.tasks : null
+            timer: Desk.timer
+            onMenuWanted: root.menuWanted()
+        }
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: 1
+            color: Theme.line
+        }
+        RecordPane {
+            id: recordPane
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: root.isRecord
+            confirm: root.confirm
+        }
+        TaskListPane {
+            id: tasks
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: Desk.column === "taskList"
+            tasks: visible ? Desk.tasks : null
+            confirm: root.confirm
+            current: Desk.selectedTask
+            onOpened: task => Desk.selectTask(task)
+            onNewTask: Desk.command("newTask")
+            onStartTimer: task => Desk.timer.start(task)
+        }
+        NoteListPane {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: Desk.column === "allNotes"
+            notes: visible ? Desk.notes : null
+            confirm: root.confirm
+            current: Desk.selectedNote
+            onOpened: note => Desk.selectNote(note)
+        }
+        SummaryPane {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: Desk.column === "dailySummary"
+            summary: Desk.summary
+            onTaskOpened: task => Desk.selectTask(task)
+            onNoteOpened: note => Desk.selectNote(note)
+        }
+        ActivityPane {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: Desk.column === "activityLog"
+            activity: Desk.activity
+            onOpened: (kind, record) => Desk.showActivity(kind, record)
+        }
+        Item {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: Desk.column === "nothing"
+
+            EmptyState {
+                anchors.centerIn: parent
+                width: Math.min(parent.width - 48, 400)
+                symbol: "sidebar.left"
+                title: Desk.columnEmpty.title ?? ""
+                text: Desk.columnEmpty.text ?? ""
+            }
+        }
+    }
+    Rectangle {
+        SplitView.preferredWidth: root.width > 860 ? 420 : root.width
+        SplitView.minimumWidth: 320
+        visible: root.hasDetail || (!root.isRecord && Desk.column !== "activityLog" && root.width > 860)
+        color: Theme.panel
+
+        TaskDetailPane {
+            anchors.fill: parent
+            visible: Desk.task !== null
+            task: Desk.task
+            statuses: Desk.statuses
+            priorities: Desk.priorities
+            confirm: root.confirm
+            onOpened: (kind, record) => Desk.show(kind, record)
+            onEntryEdited: entry => Desk.editEntry(entry)
+            onClosed: Desk.selectTask("")
+        }
+        NotePane {
+            anchors.fill: parent
+            visible: Desk.task === null && Desk.note !== null
+            note: Desk.note
+            confirm: root.confirm
+            onOpened: (kind, record) => Desk.show(kind, record)
+            onClosed: Desk.selectNote("")
+        }
+        EmptyState {
+            anchors.centerIn: parent
+            width: Math.min(parent.width - 48, 360)
+            visible: !root.hasDetail
+            symbol: Desk.detailEmpty.symbol ?? ""
+            title: Desk.detailEmpty.title ?? ""
+            text: Desk.detailEmpty.text ?? ""
+        }
+    }
+}

@@ -1,0 +1,42 @@
+import QtQuick
+import QtQuick.Controls
+import QuillornStyle
+
+/// A text that is edited in place as plain text: what is typed is told at once, and kept when the field is left. What
+/// is stored shows only while nobody types.
+TextArea {
+    id: root
+
+    property string stored
+    property bool isOneLine: false
+
+    signal typed(string text)
+    signal finished
+    signal reverted
+
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    padding: 4
+    text: stored
+    onStoredChanged: if (text !== stored)
+        text = stored
+    onTextChanged: if (activeFocus && text !== stored)
+        typed(text)
+    onActiveFocusChanged: if (!activeFocus)
+        finished()
+    Keys.onReturnPressed: event => {
+        if (isOneLine)
+            focus = false;
+        else
+            event.accepted = false;
+    }
+    Keys.onEscapePressed: {
+        reverted();
+        focus = false;
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.activeFocus ? Theme.control : "transparent"
+        border.width: root.activeFocus ? 2 : root.hovered ? 1 : 0
+        border.color: root.activeFocus ? Theme.accent : Theme.line
+    }
+}

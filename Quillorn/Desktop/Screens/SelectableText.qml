@@ -1,0 +1,17 @@
+import QtQuick
+import QuillornStyle
+
+/// Plain text that can be marked and copied.
+TextEdit {
+    textFormat: TextEdit.PlainText
+    readOnly: true
+    selectByMouse: true
+    wrapMode: TextEdit.Wrap
+    font.family: "Inter"
+    font.pixelSize: Theme.body
+    color: Theme.text
+    selectionColor: Theme.fill
+    selectedTextColor: Theme.fillText
+    activeFocusOnTab: true
+    Accessible.name: text
+}

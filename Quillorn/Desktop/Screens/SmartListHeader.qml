@@ -1,0 +1,143 @@
+import QtQuick
+import QtQuick.Layouts
+import QuillornStyle
+
+/// The cards over a smart list; nothing over others.
+ColumnLayout {
+    id: root
+
+    property var dashboard: ({})
+    readonly property bool isShown: dashboard.hero !== undefined
+
+    spacing: 12
+    visible: isShown
+    height: isShown ? implicitHeight : 0
+
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.margins: 8
+        Layout.topMargin: 16
+        Layout.bottomMargin: 4
+        spacing: 12
+
+        Repeater {
+            model: [root.dashboard.hero, root.dashboard.overdue].filter(card => card)
+
+            Rectangle {
+                id: card
+
+                required property var modelData
+                required property int index
+                readonly property bool isHero: index === 0
+
+                Layout.fillWidth: true
+                Layout.preferredWidth: isHero ? 3 : 2
+                implicitHeight: Math.round(72 * Theme.textScale)
+                radius: Theme.cardRadius
+                color: isHero ? Theme.fill : Theme.card
+                border.color: isHero ? Theme.fill : Theme.line
+                Accessible.role: Accessible.StaticText
+                Accessible.name: [modelData.value, modelData.title, modelData.text].filter(word => word).join(" ")
+
+                RowLayout {
+                    anchors.fill: parent
+                    anchors.margins: 14
+                    spacing: 12
+
+                    Rectangle {
+                        implicitWidth: 36
+                        implicitHeight: 36
+                        radius: 8
+                        color: card.isHero ? "#33FFFFFF" : Theme.tint(Theme.red)
+
+                        SymbolIcon {
+                            anchors.centerIn: parent
+                            name: card.modelData.symbol
+                            color: card.isHero ? Theme.fillText : Theme.red
+                            size: 18
+                        }
+                    }
+                    ColumnLayout {
+                        Layout.fillWidth: true
+                        spacing: 1
+
+                        RowLayout {
+                            spacing: 7
+
+                            Label {
+                                visible: text !== ""
+                                text: card.modelData.value
+                                font.pixelSize: Theme.title
+                                font.weight: Font.DemiBold
+                                color: card.isHero ? Theme.fillText : Theme.red
+                            }
+                            Label {
+                                Layout.fillWidth: true
+                                text: card.modelData.title
+                                font.pixelSize: card.isHero ? Theme.heading + 2 : Theme.body
+                                font.weight: Font.DemiBold
+                                color: card.isHero ? Theme.fillText : Theme.text
+                                elide: Text.ElideRight
+                            }
+                        }
+                        Label {
+                            Layout.fillWidth: true
+                            text: card.modelData.text
+                            color: card.isHero ? Theme.fillText : Theme.secondaryText
+                            elide: Text.ElideRight
+                        }
+                    }
+                }
+            }
+        }
+    }
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.leftMargin: 8
+        Layout.rightMargin: 8
+        spacing: 12
+        visible: (root.dashboard.breakdowns ?? []).length > 0
+
+        Repeater {
+            model: root.dashboard.breakdowns ?? []
+
+            Card {
+                id: breakdown
+
+                required property var modelData
+                readonly property bool isForecast: (root.dashboard.breakdowns ?? []).length === 1
+                readonly property real most: modelData.bars.reduce((sum, bar) => Math.max(sum, bar.value), 1)
+
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                Layout.alignment: Qt.AlignTop
+                title: modelData.title
+
+                BarChart {
+                    Layout.fillWidth: true
+                    visible: breakdown.isForecast
+                    bars: breakdown.isForecast ? breakdown.modelData.bars : []
+                    Layout.preferredHeight: 110
+                }
+                Repeater {
+                    model: breakdown.isForecast ? [] : breakdown.modelData.bars
+
+                    ShareBar {
+                        required property var modelData
+
+                        Layout.fillWidth: true
+                        name: modelData.label
+                        figure: modelData.text
+                        share: modelData.value / breakdown.most
+                        hasDot: false
+                    }
+                }
+                Label {
+                    visible: breakdown.modelData.bars.length === 0
+                    text: breakdown.modelData.emptyText
+                    color: Theme.secondaryText
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// What today has brought.
+ScrollView {
+    id: root
+
+    property QtObject summary
+
+    signal taskOpened(string task)
+    signal noteOpened(string note)
+
+    contentWidth: availableWidth
+
+    ColumnLayout {
+        width: root.availableWidth
+        spacing: 12
+
+        EmptyState {
+            Layout.fillWidth: true
+            Layout.topMargin: 120
+            visible: root.summary?.isEmpty ?? false
+            symbol: root.summary?.words.emptyIcon ?? ""
+            title: root.summary?.words.emptyTitle ?? ""
+            text: root.summary?.words.emptyMessage ?? ""
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.margins: 18
+            visible: !(root.summary?.isEmpty ?? true)
+            spacing: 14
+
+            Label {
+                text: root.summary?.words.heading ?? ""
+                font.pixelSize: Theme.heading
+                font.weight: Font.DemiBold
+                Accessible.role: Accessible.Heading
+            }
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 12
+
+                Repeater {
+                    model: root.summary?.tiles ?? []
+
+                    FigureCard {
+                        required property var modelData
+                        required property int index
+
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        Layout.preferredWidth: 1
+                        isHero: index === 0
+                        label: modelData.label
+                        figure: modelData.figure
+                        note: modelData.note
+                    }
+                }
+            }
+            SummaryList {
+                Layout.fillWidth: true
+                title: root.summary?.words.completedTitle ?? ""
+                symbol: "checkmark.circle.fill"
+                tone: Theme.green
+                rows: root.summary?.completed ?? null
+                onOpened: record => root.taskOpened(record)
+            }
+            SummaryList {
+                Layout.fillWidth: true
+                title: root.summary?.words.notesTitle ?? ""
+                symbol: "note.text"
+                tone: Theme.yellow
+                rows: root.summary?.notes ?? null
+                onOpened: record => root.noteOpened(record)
+            }
+        }
+    }
+}

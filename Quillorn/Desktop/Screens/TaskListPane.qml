@@ -1,0 +1,147 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Controls
+import QuillornStyle
+
+/// A list of tasks under its cards, with the bar of meetings.
+Item {
+    id: root
+
+    property QtObject tasks
+    property var confirm
+    /// The task that the detail shows.
+    property string current
+
+    signal opened(string task)
+    signal newTask
+    signal startTimer(string task)
+
+    function focusList() {
+        list.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        MeetingBar {
+            Layout.fillWidth: true
+            visible: root.tasks?.hasMeetings ?? false
+            tasks: root.tasks
+        }
+        ListView {
+            id: list
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            activeFocusOnTab: true
+            keyNavigationEnabled: true
+            reuseItems: true
+            cacheBuffer: 400
+            bottomMargin: 16
+            leftMargin: 8
+            rightMargin: 8
+            model: root.tasks?.rows ?? null
+            currentIndex: -1
+            Accessible.role: Accessible.List
+            Accessible.name: "Tasks"
+            ScrollBar.vertical: ScrollBar {}
+
+            // The cards above come a moment later than the rows.
+            property bool isTouched: false
+
+            onModelChanged: {
+                isTouched = false;
+                Qt.callLater(positionViewAtBeginning);
+            }
+            onOriginYChanged: if (!isTouched)
+                positionViewAtBeginning()
+            onMovementStarted: isTouched = true
+            onCurrentIndexChanged: isTouched = true
+
+            header: SmartListHeader {
+                width: list.width - 16
+                dashboard: root.tasks?.dashboard ?? ({})
+            }
+            delegate: TaskRow {
+                width: list.width - 16
+                isCurrent: ListView.isCurrentItem
+                isShown: taskId === root.current
+                isFocused: list.activeFocus && ListView.isCurrentItem
+                onPicked: modifiers => {
+                    list.currentIndex = index;
+                    list.forceActiveFocus();
+                    root.pick(taskId, modifiers);
+                }
+                onToggled: root.tasks.toggleCompleted(taskId)
+                onDisclosed: kind === 1 ? root.tasks.toggleDoneSection() : root.tasks.toggleDisclosure(taskId)
+                onMenuWanted: menu.openFor(taskId)
+            }
+
+            Keys.onPressed: event => {
+                const row = currentItem;
+                if (!row || row.kind === undefined)
+                    return;
+                event.accepted = true;
+                if (row.kind === 1 && (event.key === Qt.Key_Space || event.key === Qt.Key_Return))
+                    root.tasks.toggleDoneSection();
+                else if (row.kind !== 2)
+                    event.accepted = false;
+                else if (event.key === Qt.Key_Space)
+                    root.tasks.toggleCompleted(row.taskId);
+                else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+                    root.pick(row.taskId, 0);
+                else if (event.key === Qt.Key_Delete)
+                    root.askToDelete(row.taskId);
+                else if (event.key === Qt.Key_Menu)
+                    menu.openFor(row.taskId);
+                else if ((event.key === Qt.Key_Right && row.disclosure === 1) || (event.key === Qt.Key_Left && row.disclosure === 2))
+                    root.tasks.toggleDisclosure(row.taskId);
+                else
+                    event.accepted = false;
+            }
+
+            EmptyState {
+                readonly property var state_: root.tasks?.emptyState ?? ({})
+
+                anchors.centerIn: parent
+                anchors.verticalCenterOffset: 40
+                width: Math.min(parent.width - 48, 400)
+                visible: title !== ""
+                symbol: state_.symbol || "checkmark.circle"
+                title: state_.title ?? ""
+                text: state_.text ?? ""
+                action: state_.action ?? ""
+                onActed: action === "Add Task" ? root.newTask() : root.tasks.clearFilters()
+            }
+        }
+    }
+
+    /// Control adds to what is selected or takes from it.
+    function pick(task, modifiers) {
+        if (modifiers & Qt.ControlModifier) {
+            const chosen = tasks.selection();
+            tasks.select(chosen.includes(task) ? chosen.filter(id => id !== task) : chosen.concat(task));
+        } else {
+            tasks.select([task]);
+        }
+        selection = tasks.selection();
+        opened(task);
+    }
+    property var selection: []
+
+    function askToDelete(task) {
+        const question = tasks.deletion(task);
+        if (question.title)
+            confirm.ask(question, () => tasks.remove(task));
+    }
+
+    TaskMenu {
+        id: menu
+
+        tasks: root.tasks
+        onDeleteWanted: task => root.askToDelete(task)
+        onStartWanted: task => root.startTimer(task)
+    }
+}

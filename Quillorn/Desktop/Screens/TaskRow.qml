@@ -1,0 +1,238 @@
+import QtQuick
+import QtQuick.Layouts
+import QuillornStyle
+
+/// A task, the head of a section, or the row that folds done tasks.
+Item {
+    id: root
+
+    required property int index
+    required property int kind
+    required property string taskId
+    required property int depth
+    required property int disclosure
+    required property string title
+    required property string symbol
+    required property string mark
+    required property string statusLabel
+    required property string projectName
+    required property string tone
+    required property string dueText
+    required property string dueTimeText
+    required property string subtasksText
+    required property string countText
+    required property string timeText
+    required property bool isCompleted
+    required property bool isOverdue
+    required property var tags
+
+    property bool isCurrent: false
+    property bool isShown: false
+    property bool isFocused: false
+    readonly property bool isTask: kind === 2
+    readonly property bool hasSecondLine: projectName !== "" || subtasksText !== "" || timeText !== "" || countText !== "" || tags.length > 0
+
+    signal picked(int modifiers)
+    signal toggled
+    signal disclosed
+    signal menuWanted
+
+    implicitHeight: Math.round((isTask ? (hasSecondLine ? 50 : 34) : kind === 0 ? 34 : 32) * Theme.textScale)
+    Accessible.role: isTask ? Accessible.CheckBox : kind === 0 ? Accessible.Heading : Accessible.Button
+    Accessible.name: isTask ? [title, statusLabel, dueText, projectName].filter(word => word).join(", ") : title
+    Accessible.checkable: isTask
+    Accessible.checked: isCompleted
+    Accessible.focusable: true
+    Accessible.onPressAction: kind === 1 ? disclosed() : picked(0)
+    Accessible.onToggleAction: toggled()
+
+    RowLayout {
+        visible: root.kind === 0
+        anchors.fill: parent
+        anchors.leftMargin: 14
+        anchors.topMargin: 10
+        spacing: 6
+
+        Text {
+            visible: text !== ""
+            text: root.kind === 0 ? root.mark : ""
+            font.family: "Noto Color Emoji"
+            font.pixelSize: Theme.small
+        }
+        Rectangle {
+            visible: root.kind === 0 && root.tone !== ""
+            implicitWidth: 8
+            implicitHeight: 8
+            radius: 4
+            color: Theme.shade(root.tone)
+        }
+        Label {
+            text: root.title
+            font.pixelSize: Theme.caption
+            font.weight: Font.DemiBold
+            color: root.isOverdue ? Theme.red : Theme.secondaryText
+            elide: Text.ElideRight
+        }
+        Label {
+            Layout.fillWidth: true
+            text: root.kind === 0 ? root.countText : ""
+            font.pixelSize: Theme.caption
+            color: Theme.tertiaryText
+        }
+    }
+    Button {
+        visible: root.kind === 1
+        anchors.verticalCenter: parent.verticalCenter
+        x: 6
+        flat: true
+        focusPolicy: Qt.NoFocus
+        text: root.title
+        icon.name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
+        tone: Theme.secondaryText
+        onClicked: root.disclosed()
+    }
+    Rectangle {
+        visible: root.isTask
+        anchors.fill: parent
+        anchors.topMargin: 1
+        anchors.bottomMargin: 1
+        radius: Theme.rowRadius
+        color: root.isShown ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
+        border.width: root.isFocused ? 2 : 0
+        border.color: Theme.accent
+    }
+    HoverHandler {
+        id: hover
+
+        enabled: root.isTask
+    }
+    TapHandler {
+        enabled: root.isTask
+        acceptedButtons: Qt.LeftButton
+        onTapped: eventPoint => root.picked(point.modifiers)
+    }
+    TapHandler {
+        enabled: root.isTask
+        acceptedButtons: Qt.RightButton
+        onTapped: root.menuWanted()
+    }
+    RowLayout {
+        visible: root.isTask
+        anchors.fill: parent
+        anchors.leftMargin: 10 + root.depth * 24
+        anchors.rightMargin: 12
+        spacing: 0
+
+        Item {
+            implicitWidth: 18
+            Layout.fillHeight: true
+
+            SymbolIcon {
+                anchors.centerIn: parent
+                visible: root.disclosure !== 0
+                name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
+                color: Theme.secondaryText
+                size: 11
+            }
+            TapHandler {
+                enabled: root.disclosure !== 0
+                onTapped: root.disclosed()
+            }
+        }
+        Item {
+            implicitWidth: 30
+            Layout.fillHeight: true
+
+            SymbolIcon {
+                anchors.centerIn: parent
+                name: root.isCompleted ? "checkmark.circle.fill" : "circle"
+                color: root.isCompleted ? Theme.fill : root.isOverdue ? Theme.red : Theme.edge
+                size: 18
+            }
+            TapHandler {
+                onTapped: root.toggled()
+            }
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: 6
+            spacing: 2
+
+            Label {
+                Layout.fillWidth: true
+                text: root.title
+                font.weight: Font.Medium
+                font.strikeout: root.isCompleted
+                color: root.isCompleted ? Theme.tertiaryText : Theme.text
+                elide: Text.ElideRight
+            }
+            Row {
+                visible: root.hasSecondLine
+                Layout.fillWidth: true
+                spacing: 10
+                clip: true
+
+                Row {
+                    visible: root.projectName !== ""
+                    spacing: 5
+
+                    Rectangle {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: 8
+                        height: 8
+                        radius: 4
+                        color: Theme.shade(root.tone)
+                    }
+                    Label {
+                        text: root.projectName
+                        font.pixelSize: Theme.caption
+                        color: Theme.secondaryText
+                    }
+                }
+                SmallFigure {
+                    symbol: "list.bullet.indent"
+                    text: root.isTask ? root.subtasksText : ""
+                }
+                SmallFigure {
+                    symbol: "bubble.left"
+                    text: root.isTask ? root.countText : ""
+                }
+                SmallFigure {
+                    symbol: "clock"
+                    text: root.timeText
+                }
+                Repeater {
+                    model: root.tags
+
+                    Label {
+                        required property var modelData
+
+                        text: "#" + modelData.name
+                        font.pixelSize: Theme.caption
+                        color: Theme.accent
+                    }
+                }
+            }
+        }
+        Label {
+            Layout.leftMargin: 8
+            text: root.dueText
+            visible: text !== ""
+            font.weight: root.isOverdue ? Font.DemiBold : Font.Normal
+            color: root.isOverdue ? Theme.red : root.isCompleted ? Theme.tertiaryText : Theme.amber
+        }
+        Label {
+            Layout.leftMargin: 6
+            text: root.dueTimeText
+            visible: text !== ""
+            color: root.isOverdue ? Theme.red : root.isCompleted ? Theme.tertiaryText : Theme.amber
+        }
+        Text {
+            Layout.leftMargin: 10
+            visible: text !== ""
+            text: root.isTask ? root.mark : ""
+            font.family: "Noto Color Emoji"
+            font.pixelSize: Theme.caption
+        }
+    }
+}

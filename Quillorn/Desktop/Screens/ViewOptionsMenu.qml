@@ -1,0 +1,58 @@
+import QtQuick
+import QtQuick.Controls
+import QuillornStyle
+
+/// How a list is sorted and grouped, and whether it shows what is done.
+Menu {
+    id: root
+
+    property QtObject tasks
+
+    Menu {
+        id: sorts
+
+        title: "Sort By"
+
+        Instantiator {
+            model: root.tasks?.sortOrders ?? []
+            delegate: MenuItem {
+                required property string modelData
+                required property int index
+
+                text: modelData
+                checkable: true
+                checked: root.tasks?.sortOrder === index
+                onTriggered: root.tasks.sortOrder = index
+            }
+            onObjectAdded: (index, object) => sorts.insertItem(index, object)
+            onObjectRemoved: (index, object) => sorts.removeItem(object)
+        }
+    }
+    Menu {
+        id: groups
+
+        title: "Group By"
+
+        Instantiator {
+            model: root.tasks?.groupings ?? []
+            delegate: MenuItem {
+                required property string modelData
+                required property int index
+
+                text: modelData
+                checkable: true
+                checked: root.tasks?.grouping === index
+                onTriggered: root.tasks.grouping = index
+            }
+            onObjectAdded: (index, object) => groups.insertItem(index, object)
+            onObjectRemoved: (index, object) => groups.removeItem(object)
+        }
+    }
+    MenuSeparator {}
+    MenuItem {
+        text: "Show Completed"
+        checkable: true
+        checked: root.tasks?.showsCompleted ?? false
+        onTriggered: root.tasks.showsCompleted = !root.tasks.showsCompleted
+    }
+}

@@ -1,0 +1,100 @@
+#include "Desktop/Shell.h"
+
+#include "App/MachineServices.h"
+#include "Desktop/SymbolProvider.h"
+#include "Models/Settings.h"
+
+#include <QCoreApplication>
+#include <QQmlContext>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QtQml/QQmlExtensionPlugin>
+#include <cstdlib>
+#include <stdexcept>
+
+Q_IMPORT_QML_PLUGIN(Quillorn_DesktopPlugin)
+Q_IMPORT_QML_PLUGIN(QuillornStylePlugin)
+
+namespace quillorn {
+
+namespace {
+
+/// {message, folder} where the store can't be opened; else empty.
+QVariantMap recoveryOf(QuillornApp& app) {
+    if (app.runMode() != RunMode::fallback)
+        return {};
+    const StoreRecovery recovery = app.storeRecovery();
+    return {{"message", toVariant(recovery.message)}, {"folder", toVariant(recovery.backupsFolder.string())}};
+}
+
+ViewEnvironment environmentOf(AppSession& world, MainQueue& queue, EditHistory& history) {
+    QuillornApp& app = world.app();
+    return {app.mainStore(),
+            queue,
+            history,
+            app.timerService(),
+            app.machineServices()->dayChangeObserver(),
+            world.settings(),
+            world.clock(),
+            world.calendar(),
+            world.text()};
+}
+
+} // namespace
+
+void Shell::prepare() {
+    // The software renderer starts in half the time and half the memory; whoever wants another one says so by Qt's own
+    // variables. Under Wayland the library for the graphics card isn't even loaded then.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        if (!qEnvironmentVariableIsSet("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION"))
+            qputenv("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
+    }
+    QQuickStyle::setStyle("QuillornStyle");
+    QQuickStyle::setFallbackStyle("Basic");
+}
+
+Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log)
+    : m_mainQueue(log),
+      m_world(m_mainQueue, log, process, QuillornApp::Schedules::run, QUILLORN_VERSION),
+      m_look(scheme) {
+    if (m_world.app().runMode() != RunMode::fallback) {
+        m_history.emplace(m_world.app().mainStore(), m_world.app().timerService(), m_world.clock());
+        m_desk.emplace(m_world, environmentOf(m_world, m_mainQueue, *m_history), log);
+        startServices();
+    }
+    m_engine.setNetworkAccessManagerFactory(&m_network);
+    m_engine.addImportPath("qrc:/qml");
+    m_engine.addImageProvider("symbol", new SymbolProvider);
+    QQmlContext& context = *m_engine.rootContext();
+    context.setContextProperty("Look", &m_look);
+    context.setContextProperty("Recovery", recoveryOf(m_world.app()));
+    context.setContextProperty("Desk", desk());
+    m_engine.load("qrc:/qml/Quillorn/Desktop/Main.qml");
+    if (m_engine.rootObjects().isEmpty())
+        throw std::runtime_error("the window could not be made");
+}
+
+void Shell::startServices() {
+    QuillornApp& app = m_world.app();
+    app.onStoreLost = [] { QCoreApplication::exit(EXIT_FAILURE); }; // the log says why
+    app.machineServices()->notificationService().onOpen = [this](const UUID& task) {
+        open(toQString("quillorn://task/" + task.string()));
+    };
+    if (app.runMode() == RunMode::normal && Settings(m_world.settings()).boolean(setting("apiAutoStart")))
+        app.startAPIServer(APIServerOptions::fromSettings(m_world.settings()));
+}
+
+QQuickWindow& Shell::window() {
+    return *qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
+}
+
+void Shell::open(const QString& address) {
+    window().show();
+    window().raise();
+    window().requestActivate();
+    if (m_desk)
+        m_desk->open(address);
+}
+
+} // namespace quillorn

@@ -1,0 +1,133 @@
+#include "Desktop/SidebarScreen.h"
+
+namespace quillorn {
+
+namespace {
+
+QVariant keyOf(const SidebarRow& row) {
+    const std::optional<SidebarItem> item = row.item();
+    return item ? toVariant(item->key()) : QVariant("");
+}
+
+constexpr Role<SidebarRow> roles[] = {
+    {"kind", [](const SidebarRow& row) { return toVariant(row.id.kind); }},
+    {"key", keyOf},
+    {"recordId", [](const SidebarRow& row) { return toVariant(row.id.record); }},
+    role<&SidebarRow::depth>("depth"),
+    role<&SidebarRow::disclosure>("disclosure"),
+    role<&SidebarRow::title>("title"),
+    role<&SidebarRow::symbol>("symbol"),
+    role<&SidebarRow::color>("tone"),
+    role<&SidebarRow::countText>("countText"),
+    role<&SidebarRow::help>("help"),
+    role<&SidebarRow::isRenaming>("isRenaming"),
+};
+
+} // namespace
+
+SidebarScreen::SidebarScreen(const ViewEnvironment& environment, SceneStorage& scene, NotificationCenter& notifications)
+    : m_view(environment, scene, notifications),
+      m_model(m_view.rows(), roles),
+      m_changes(m_view.observe(telling())) {}
+
+const SidebarRow* SidebarScreen::at(int row) {
+    const std::vector<SidebarRow>& rows = m_view.rows().rows();
+    return row >= 0 && row < static_cast<int>(rows.size()) ? &rows[static_cast<std::size_t>(row)] : nullptr;
+}
+
+QVariantMap SidebarScreen::deletion() const {
+    const std::optional<Confirmation> question = m_view.deletion();
+    if (!question)
+        return {};
+    return {{"title", toVariant(question->title)}, {"text", toVariant(question->message)}, {"action", "Delete"}};
+}
+
+QVariantMap SidebarScreen::sheet() const {
+    const std::optional<SidebarSheet>& sheet = m_view.sheet();
+    if (!sheet)
+        return {};
+    constexpr const char* kinds[] = {"client", "project", "tag"};
+    return {{"kind", kinds[static_cast<int>(sheet->kind)]},
+            {"record", toVariant(sheet->record)},
+            {"client", toVariant(sheet->client)}};
+}
+
+std::optional<SidebarItem> SidebarScreen::item(int row) {
+    const SidebarRow* found = at(row);
+    return found != nullptr ? found->item() : std::nullopt;
+}
+
+void SidebarScreen::toggle(int row) {
+    const SidebarRow* found = at(row);
+    if (found == nullptr)
+        return;
+    const SidebarRow::Id id = found->id;
+    if (id.kind == SidebarRow::Kind::section)
+        m_view.toggleSection(id.section);
+    else
+        attempt([&] { m_view.toggle(id); });
+}
+
+void SidebarScreen::act(int row) {
+    const SidebarRow* found = at(row);
+    if (found == nullptr)
+        return;
+    switch (const SidebarRow::Kind kind = found->id.kind) {
+    case SidebarRow::Kind::addClient:
+    case SidebarRow::Kind::addProject:
+    case SidebarRow::Kind::addTag:
+        return m_view.add(kind);
+    default:
+        return toggle(row);
+    }
+}
+
+QVariantList SidebarScreen::menu(int row) {
+    QVariantList items;
+    const SidebarRow* found = at(row);
+    if (found == nullptr)
+        return items;
+    int index = 0;
+    for (const SidebarMenuItem& item : m_view.menu(found->id))
+        items.append(
+            QVariantMap{{"title", toVariant(item.title)}, {"symbol", toVariant(item.symbol)}, {"index", index++}});
+    return items;
+}
+
+void SidebarScreen::perform(int row, int index) {
+    const SidebarRow* found = at(row);
+    if (found == nullptr)
+        return;
+    const SidebarRow::Id id = found->id;
+    const std::vector<SidebarMenuItem> items = m_view.menu(id);
+    if (index >= 0 && index < static_cast<int>(items.size()))
+        attempt([&] {
+            const SidebarMenuItem& item = items[static_cast<std::size_t>(index)];
+            m_view.perform(item.action, id, item.group);
+        });
+}
+
+void SidebarScreen::finishRenaming(const QString& title) {
+    attempt([&] { m_view.finishRenaming(title.toStdString()); });
+}
+
+void SidebarScreen::drop(int dragged, int target) {
+    const SidebarRow* source = at(dragged);
+    const SidebarRow* group = at(target);
+    if (source == nullptr || group == nullptr || group->id.kind != SidebarRow::Kind::group)
+        return;
+    const SidebarRow::Id from = source->id;
+    const SidebarRow::Id to = group->id;
+    attempt([&] {
+        if (from.kind == SidebarRow::Kind::project)
+            m_view.dropProject(from.record, to);
+        else if (from.kind == SidebarRow::Kind::group)
+            m_view.dropGroup(from.record, to);
+    });
+}
+
+void SidebarScreen::confirmDeletion() {
+    attempt([&] { m_view.confirmDeletion(); });
+}
+
+} // namespace quillorn

@@ -1,0 +1,40 @@
+#include "Desktop/SingleInstance.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+namespace quillorn {
+
+namespace {
+
+constexpr auto service = "com.quillorn.Desktop";
+constexpr auto path = "/com/quillorn/Desktop";
+constexpr auto interface = "org.freedesktop.Application";
+constexpr int patience = 2000; // ms
+
+} // namespace
+
+SingleInstance::Outcome SingleInstance::claim(const QString& address) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return Outcome::first;
+    new ApplicationAdaptor(*this);
+    bus.registerObject(path, this);
+    if (bus.registerService(service))
+        return Outcome::first;
+
+    QDBusMessage call;
+    if (!address.isEmpty()) {
+        call = QDBusMessage::createMethodCall(service, path, interface, "Open");
+        call << QStringList{address} << QVariantMap();
+    } else {
+        call = QDBusMessage::createMethodCall(service, path, interface, "Activate");
+        call << QVariantMap();
+    }
+    // One that doesn't answer is not one that shows a window.
+    return bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage ? Outcome::handedOver
+                                                                                       : Outcome::first;
+}
+
+} // namespace quillorn

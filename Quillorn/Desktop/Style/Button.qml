@@ -1,0 +1,58 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// `highlighted` is the one to take; a `flat` one has no ground until it is pointed at. `icon.name` is a symbol.
+T.Button {
+    id: control
+
+    property color tone: highlighted ? Theme.fillText : Theme.text
+
+    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, implicitHeight)
+    implicitHeight: Theme.controlHeight
+    horizontalPadding: text ? 11 : 7
+    spacing: 6
+    font.pixelSize: Theme.body
+    font.weight: Font.Medium
+    opacity: enabled ? 1 : 0.5
+    Accessible.name: text || T.ToolTip.text
+    T.ToolTip.visible: hovered && T.ToolTip.text !== "" && !text
+    T.ToolTip.delay: 600
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: control.spacing
+
+            SymbolIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: control.icon.name !== ""
+                name: control.icon.name
+                color: control.icon.color.a > 0 ? control.icon.color : control.tone
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: control.text !== ""
+                text: control.text
+                textFormat: Text.PlainText
+                font: control.font
+                color: control.tone
+            }
+        }
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: control.highlighted ? (control.down ? Qt.darker(Theme.fill, 1.2) : control.hovered ? Qt.darker(Theme.fill, 1.08) : Theme.fill)
+               : control.down || control.checked ? Theme.selected
+               : control.hovered ? Theme.hovered : control.flat ? "transparent" : Theme.control
+        border.width: control.flat || control.highlighted ? 0 : 1
+        border.color: Theme.edge
+        opacity: 1
+    }
+
+    FocusFrame {}
+}

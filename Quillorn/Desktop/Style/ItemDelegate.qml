@@ -1,0 +1,28 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.ItemDelegate {
+    id: control
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(implicitContentHeight + topPadding + bottomPadding, 28)
+    horizontalPadding: 10
+    verticalPadding: 4
+    spacing: 8
+    font.pixelSize: Theme.body
+
+    contentItem: Text {
+        text: control.text
+        textFormat: Text.PlainText
+        font: control.font
+        color: control.enabled ? Theme.text : Theme.tertiaryText
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: control.highlighted || control.down ? Theme.selected : control.hovered ? Theme.hovered : "transparent"
+    }
+
+    FocusFrame {}
+}

@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.MenuItem {
+    id: control
+
+    property string keys: action && action.shortcut ? action.shortcut : ""
+
+    implicitWidth: words.implicitWidth + keyWords.implicitWidth + leftPadding + rightPadding + 16
+    implicitHeight: visible ? 28 : 0
+    leftPadding: 28
+    rightPadding: subMenu ? 26 : 12
+    font.pixelSize: Theme.body
+
+    indicator: SymbolIcon {
+        x: 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: control.checked || control.icon.name !== ""
+        name: control.checked ? "checkmark" : control.icon.name
+        color: control.enabled ? Theme.text : Theme.tertiaryText
+        size: 14
+    }
+    arrow: SymbolIcon {
+        x: control.width - width - 8
+        anchors.verticalCenter: parent.verticalCenter
+        visible: control.subMenu
+        name: "chevron.right"
+        color: Theme.secondaryText
+        size: 12
+    }
+    contentItem: Item {
+        implicitHeight: words.implicitHeight
+
+        Text {
+            id: words
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: control.text
+            textFormat: Text.PlainText
+            font: control.font
+            color: control.enabled ? Theme.text : Theme.tertiaryText
+            opacity: control.enabled ? 1 : 0.7
+        }
+        Text {
+            id: keyWords
+
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.right: parent.right
+            text: control.keys
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.caption
+            color: Theme.tertiaryText
+        }
+    }
+    background: Rectangle {
+        radius: 5
+        color: control.highlighted && control.enabled ? Theme.selected : "transparent"
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.TextArea {
+    id: control
+
+    implicitWidth: Math.max(contentWidth + leftPadding + rightPadding, 160)
+    implicitHeight: Math.max(contentHeight + topPadding + bottomPadding, Theme.controlHeight * 2)
+    padding: 9
+    font.pixelSize: Theme.body
+    color: enabled ? Theme.text : Theme.tertiaryText
+    placeholderTextColor: Theme.tertiaryText
+    selectionColor: Theme.fill
+    selectedTextColor: Theme.fillText
+    selectByMouse: true
+    textFormat: TextEdit.PlainText
+    wrapMode: TextEdit.Wrap
+    Accessible.name: placeholderText
+    // Tab leads to the next control here, as in every other.
+    KeyNavigation.priority: KeyNavigation.BeforeItem
+    KeyNavigation.tab: nextItemInFocusChain(true)
+    KeyNavigation.backtab: nextItemInFocusChain(false)
+
+    Text {
+        x: control.leftPadding
+        y: control.topPadding
+        width: control.width - control.leftPadding - control.rightPadding
+        visible: !control.length && !control.preeditText
+        text: control.placeholderText
+        textFormat: Text.PlainText
+        font: control.font
+        color: control.placeholderTextColor
+        wrapMode: Text.Wrap
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.control
+        border.color: control.activeFocus ? Theme.accent : Theme.edge
+        border.width: control.activeFocus ? 2 : 1
+    }
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QQuickImageProvider>
+
+namespace quillorn {
+
+/// The application's symbols as images: image://symbol/NAME/RRGGBB. One that isn't known is empty.
+class SymbolProvider final : public QQuickImageProvider {
+  public:
+    SymbolProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
+
+    QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
+};
+
+} // namespace quillorn

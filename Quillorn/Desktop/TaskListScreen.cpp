@@ -1,0 +1,215 @@
+#include "Desktop/TaskListScreen.h"
+
+#include "Platform/Calendar.h"
+#include "Platform/Clock.h"
+
+namespace quillorn {
+
+namespace {
+
+template <auto Member>
+constexpr Role<TaskListRow> word(const char* name) {
+    return {name, [](const TaskListRow& row) { return toVariant((*row.words).*Member); }};
+}
+
+QVariant tagsOf(const TaskListRow& row) {
+    QVariantList tags;
+    for (const TagChip& tag : row.words->tags)
+        tags.append(QVariantMap{{"name", toVariant(tag.name)}, {"color", toVariant(tag.color)}});
+    return tags;
+}
+
+constexpr Role<TaskListRow> roles[] = {
+    {"kind", [](const TaskListRow& row) { return toVariant(row.kind()); }},
+    {"taskId", [](const TaskListRow& row) { return toVariant(row.id.task); }},
+    role<&TaskListRow::depth>("depth"),
+    role<&TaskListRow::disclosure>("disclosure"),
+    word<&TaskRowWords::title>("title"),
+    word<&TaskRowWords::symbol>("symbol"),
+    word<&TaskRowWords::mark>("mark"),
+    word<&TaskRowWords::statusLabel>("statusLabel"),
+    word<&TaskRowWords::projectName>("projectName"),
+    word<&TaskRowWords::color>("tone"),
+    word<&TaskRowWords::dueText>("dueText"),
+    word<&TaskRowWords::dueTimeText>("dueTimeText"),
+    word<&TaskRowWords::subtasksText>("subtasksText"),
+    word<&TaskRowWords::countText>("countText"),
+    word<&TaskRowWords::timeText>("timeText"),
+    word<&TaskRowWords::isCompleted>("isCompleted"),
+    word<&TaskRowWords::isOverdue>("isOverdue"),
+    {"tags", tagsOf},
+};
+
+QVariantMap cardOf(const SmartListDashboardHeader::Card& card) {
+    return {{"symbol", toVariant(card.symbol)},
+            {"title", toVariant(card.title)},
+            {"value", toVariant(card.value)},
+            {"text", toVariant(card.text)}};
+}
+
+QVariantMap breakdownOf(const SmartListDashboardHeader::Breakdown& breakdown) {
+    QVariantList bars;
+    for (const SmartListDashboardHeader::Bar& bar : breakdown.bars)
+        bars.append(QVariantMap{{"symbol", toVariant(bar.symbol)},
+                                {"mark", toVariant(bar.mark)},
+                                {"label", toVariant(bar.label)},
+                                {"value", toVariant(bar.count)},
+                                {"text", QString::number(bar.count)}});
+    return {{"title", toVariant(breakdown.title)}, {"bars", bars}, {"emptyText", toVariant(breakdown.emptyText)}};
+}
+
+template <typename Values>
+QStringList labels(const Values& values, auto label) {
+    QStringList all;
+    for (const auto& value : values)
+        all.append(toQString(label(value)));
+    return all;
+}
+
+template <typename Enum>
+QStringList caseLabels() {
+    QStringList all;
+    for (int raw = 0; raw < EnumCases<Enum>::count; ++raw)
+        all.append(toQString(label(static_cast<Enum>(raw))));
+    return all;
+}
+
+} // namespace
+
+TaskListScreen::TaskListScreen(const ViewEnvironment& environment, SceneStorage& scene, const TaskFilter& filter)
+    : m_environment(environment),
+      m_view(environment, scene, filter),
+      m_model(m_view.rows(), roles),
+      m_changes(m_view.observe(telling())) {}
+
+QStringList TaskListScreen::sortOrderLabels() {
+    return labels(sortOrders, [](SortOrder order) { return rawValue(order); });
+}
+
+void TaskListScreen::setSortOrder(int order) {
+    if (order >= 0 && order < static_cast<int>(std::size(sortOrders)))
+        m_view.setSortOrder(sortOrders[order]);
+}
+
+QStringList TaskListScreen::groupingLabels() {
+    return labels(groupings, [](GroupBy grouping) { return rawValue(grouping); });
+}
+
+void TaskListScreen::setGrouping(int grouping) {
+    if (grouping >= 0 && grouping < static_cast<int>(std::size(groupings)))
+        m_view.setGroupBy(groupings[grouping]);
+}
+
+QVariantMap TaskListScreen::emptyState() const {
+    const std::optional<EmptyState> state = m_view.emptyState();
+    if (!state)
+        return {};
+    return {{"symbol", toVariant(state->symbol)},
+            {"title", toVariant(state->title)},
+            {"text", toVariant(state->text)},
+            {"action", toVariant(state->action)}};
+}
+
+QVariantMap TaskListScreen::dashboard() const {
+    const std::optional<SmartListDashboardHeader> header = m_view.dashboard();
+    if (!header)
+        return {};
+    QVariantMap map{{"hero", cardOf(header->hero)}};
+    if (header->overdue)
+        map.insert("overdue", cardOf(*header->overdue));
+    QVariantList breakdowns;
+    for (const SmartListDashboardHeader::Breakdown& breakdown : header->breakdowns)
+        breakdowns.append(breakdownOf(breakdown));
+    map.insert("breakdowns", breakdowns);
+    return map;
+}
+
+QStringList TaskListScreen::statuses() {
+    return caseLabels<TaskStatus>();
+}
+
+QStringList TaskListScreen::priorities() {
+    return caseLabels<TaskPriority>();
+}
+
+QVariantList TaskListScreen::meetings(const QString& typed) const {
+    QVariantList list;
+    for (const TaskMeeting& meeting : meetingsMatching(m_view.meetings(), typed.toStdString(), m_environment.text))
+        list.append(QVariantMap{
+            {"key", toVariant(meeting.key)}, {"title", toVariant(meeting.title)}, {"count", toVariant(meeting.count)}});
+    return list;
+}
+
+void TaskListScreen::toggleDisclosure(const QString& task) {
+    if (const std::optional<UUID> id = toId(task))
+        m_view.toggleDisclosure(*id);
+}
+
+void TaskListScreen::select(const QStringList& tasks) {
+    TaskIds ids;
+    for (const QString& task : tasks)
+        if (const std::optional<UUID> id = toId(task))
+            ids.push_back(*id);
+    m_view.select(std::move(ids));
+}
+
+QStringList TaskListScreen::selection() const {
+    return labels(m_view.selection(), [](const UUID& id) { return id.string(); });
+}
+
+TaskIds TaskListScreen::targets(const QString& task) const {
+    const std::optional<UUID> id = toId(task);
+    return id ? m_view.targets(*id) : m_view.selection();
+}
+
+void TaskListScreen::toggleCompleted(const QString& task) {
+    editTargets(task, [](TaskEdits& edits, const TaskIds& ids) { edits.toggleCompleted(ids); });
+}
+
+void TaskListScreen::setStatus(const QString& task, int status) {
+    if (const auto known = enumFromRaw<TaskStatus>(status))
+        editTargets(task, [&](TaskEdits& edits, const TaskIds& ids) { edits.setStatus(ids, *known); });
+}
+
+void TaskListScreen::setPriority(const QString& task, int priority) {
+    if (const auto known = enumFromRaw<TaskPriority>(priority))
+        editTargets(task, [&](TaskEdits& edits, const TaskIds& ids) { edits.setPriority(ids, *known); });
+}
+
+void TaskListScreen::setDueIn(const QString& task, const QVariant& days) {
+    std::optional<Date> due;
+    if (days.isValid() && !days.isNull())
+        due =
+            m_environment.calendar.addDays(m_environment.calendar.startOfDay(m_environment.clock.now()), days.toInt());
+    editTargets(task, [&](TaskEdits& edits, const TaskIds& ids) { edits.setDueDate(ids, due, false); });
+}
+
+void TaskListScreen::setTag(const QString& task, const QString& tag, bool isOn) {
+    if (const std::optional<UUID> id = toId(tag))
+        editTargets(task, [&](TaskEdits& edits, const TaskIds& ids) { edits.setTag(ids, *id, isOn); });
+}
+
+void TaskListScreen::moveToProject(const QString& task, const QString& project) {
+    editTargets(task, [&](TaskEdits& edits, const TaskIds& ids) { edits.moveToProject(ids, toId(project)); });
+}
+
+void TaskListScreen::duplicate(const QString& task) {
+    editTargets(task, [](TaskEdits& edits, const TaskIds& ids) { edits.duplicate(ids); });
+}
+
+void TaskListScreen::convertToStandalone(const QString& task) {
+    editTargets(task, [](TaskEdits& edits, const TaskIds& ids) { edits.convertToStandalone(ids); });
+}
+
+QVariantMap TaskListScreen::deletion(const QString& task) {
+    const std::optional<Confirmation> question = m_view.edits().deletion(targets(task));
+    if (!question)
+        return {};
+    return {{"title", toVariant(question->title)}, {"text", toVariant(question->message)}, {"action", "Delete"}};
+}
+
+void TaskListScreen::remove(const QString& task) {
+    editTargets(task, [](TaskEdits& edits, const TaskIds& ids) { edits.remove(ids); });
+}
+
+} // namespace quillorn

@@ -1,0 +1,55 @@
+#include "Desktop/DesktopOptions.h"
+#include "Desktop/Shell.h"
+#include "Desktop/SingleInstance.h"
+#include "Platform/Process.h"
+#include "Platform/StandardStreams.h"
+#include "Platform/SystemLog.h"
+#include "Platform/TerminationSignals.h"
+
+#include <QGuiApplication>
+#include <exception>
+#include <iostream>
+
+namespace quillorn {
+namespace {
+
+int run(int count, char** arguments) {
+    const ProcessInfo process = ProcessInfo::of(count, arguments);
+    DesktopOptions options;
+    if (const std::optional<int> status = DesktopOptions::read(process.arguments, options))
+        return *status;
+
+    Shell::prepare();
+    QGuiApplication::setApplicationName("Quillorn");
+    QGuiApplication::setApplicationVersion(QUILLORN_VERSION);
+    QGuiApplication::setDesktopFileName("com.quillorn.Desktop");
+    // No thread has been started so far, as it has to be.
+    const TerminationSignals termination([](int) { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit); });
+    raiseDescriptorLimit();
+    int one = 1; // the options are ours
+    QGuiApplication application(one, arguments);
+
+    SingleInstance instance;
+    const QString address = toQString(options.address);
+    if (instance.claim(address) == SingleInstance::Outcome::handedOver)
+        return 0;
+    StandardErrorLog log;
+    Shell shell(process, options.scheme, log);
+    QObject::connect(&instance, &SingleInstance::opened, [&](const QString& asked) { shell.open(asked); });
+    if (!address.isEmpty())
+        shell.open(address);
+    return QGuiApplication::exec();
+}
+
+} // namespace
+} // namespace quillorn
+
+int main(int count, char** arguments) {
+    try {
+        quillorn::prepareStandardStreams();
+        return quillorn::run(count, arguments);
+    } catch (const std::exception& error) {
+        std::cerr << "quillorn-desktop: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,181 @@
+#include "Desktop/Shell.h"
+#include "Desktop/SymbolProvider.h"
+#include "Records/Edits.h"
+#include "Records/NoteRequests.h"
+#include "Records/ProjectRequests.h"
+#include "Records/TaskRequests.h"
+#include "Support/RecordingLog.h"
+
+#include <QAbstractItemModelTester>
+#include <QGuiApplication>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace quillorn {
+namespace {
+
+QStringList warnings;
+
+struct DesktopTest : testing::Test {
+    DesktopTest() { warnings.clear(); }
+
+    Shell& shell() {
+        if (!m_shell)
+            m_shell.emplace(ProcessInfo{.arguments = {demoArgument}, .environment = {}}, scheme, log);
+        return *m_shell;
+    }
+    DesktopApp& desk() { return *shell().desk(); }
+    ModelContext& context() { return shell().world().app().mainContext(); }
+    Date now() { return shell().world().clock().now(); }
+
+    ProjectTask& addTask(const char* title) {
+        ProjectTask& task = createTask(context(), {{}, title}, now());
+        shell().world().app().mainStore().save();
+        return task;
+    }
+    /// The first item of the window that shows the text.
+    QQuickItem* itemWith(const QString& text, QQuickItem* root = nullptr) {
+        if (root == nullptr)
+            root = shell().window().contentItem();
+        if (root->isVisible() && root->property("text").toString() == text)
+            return root;
+        for (QQuickItem* child : root->childItems())
+            if (QQuickItem* found = child->isVisible() ? itemWith(text, child) : nullptr)
+                return found;
+        return nullptr;
+    }
+    void click(const QString& text) {
+        QQuickItem* item = itemWith(text);
+        ASSERT_NE(item, nullptr) << text.toStdString();
+        const QPointF place = item->mapToScene({item->width() / 2, item->height() / 2});
+        QTest::mouseClick(&shell().window(), Qt::LeftButton, {}, place.toPoint());
+    }
+
+    Appearance::Scheme scheme = Appearance::Scheme::light;
+    RecordingLog log;
+    std::optional<Shell> m_shell;
+};
+
+TEST_F(DesktopTest, everyScreenIsDrawnInBothPalettesWithoutAWarningOrARequest) {
+    const std::string hostile = "<img src='http://127.0.0.1:9/a.png'> ![](http://127.0.0.1:9/b.png) \u202E end";
+    for (const Appearance::Scheme each : {Appearance::Scheme::light, Appearance::Scheme::dark}) {
+        scheme = each;
+        m_shell.reset();
+        CreateProjectRequest request;
+        request.name = hostile;
+        Project& project = createProject(context(), request, now());
+        ProjectTask& task = addTask(hostile.c_str());
+        task.setProject(&project);
+        addComment(task, hostile, now());
+        CreateNoteRequest note;
+        note.content = hostile;
+        createNote(context(), note, now());
+        shell().world().app().mainStore().save();
+        for (const char* key : {"today", "dailySummary", "upcoming", "allTasks", "activityLog", "allNotes"}) {
+            QAbstractItemModel& rows = *qobject_cast<SidebarScreen*>(desk().sidebar())->rows();
+            const int role = rows.roleNames().key("key");
+            for (int row = 0; row < rows.rowCount(); ++row)
+                if (rows.data(rows.index(row, 0), role).toString() == key)
+                    desk().selectRow(row);
+            EXPECT_EQ(desk().selection(), key);
+            EXPECT_FALSE(shell().window().grabWindow().isNull());
+        }
+        desk().show("project", toQString(project.id().string()));
+        auto* record = qobject_cast<RecordScreen*>(desk().record());
+        ASSERT_NE(record, nullptr);
+        for (const QVariant& tab : record->tabs()) {
+            record->setTab(tab.toMap()["tag"].toString());
+            shell().window().grabWindow();
+        }
+        desk().selectTask(toQString(task.id().string()));
+        shell().window().grabWindow();
+        for (const char* command : {"newClient", "newProject", "newTask", "newNote", "logTime"}) {
+            desk().command(command);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return desk().form() != nullptr || desk().entry() != nullptr; }))
+                << command;
+            shell().window().grabWindow();
+            desk().closeForm({});
+            desk().closeEntry();
+        }
+    }
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(DesktopTest, tasksAreWorkedOnByMouseAndKeyboardAndChangesOfOthersShow) {
+    ProjectTask& task = addTask("Write the offer");
+    desk().command("showAllTasks");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("Write the offer") != nullptr; }));
+    shell().window().grabWindow(); // by then all stands where it stays
+    click("Write the offer");
+    ASSERT_EQ(desk().selectedTask().toStdString(), task.id().string());
+    QTest::keyClick(&shell().window(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(task.isCompleted());
+    EXPECT_TRUE(desk().canUndo());
+    QTest::keyClick(&shell().window(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(task.isCompleted());
+
+    ModelContext other(shell().world().app().container(), ModelContext::Intent::update);
+    other.find<ProjectTask>(task.id())->setTitle("Send the offer");
+    other.save();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return itemWith("Send the offer") != nullptr; }));
+    EXPECT_EQ(desk().selectedTask().toStdString(), task.id().string());
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+struct Row {
+    UUID id;
+    int value = 0;
+
+    bool operator==(const Row&) const = default;
+};
+constexpr Role<Row> rowRoles[] = {role<&Row::value>("value")};
+
+TEST_F(DesktopTest, modelsFollowTheirListsStepByStep) {
+    ObservableList<Row> list;
+    ListModel<Row> model(list, rowRoles);
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    std::mt19937 random(7);
+    std::vector<Row> all;
+    for (int i = 0; i < 60; ++i)
+        all.push_back({UUID::parse("00000000-0000-4000-8000-0000000000" + std::to_string(10 + i)).value(), i});
+    for (int round = 0; round < 200; ++round) {
+        std::ranges::shuffle(all, random);
+        std::vector<Row> next(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(random() % all.size()));
+        for (Row& row : next)
+            row.value = static_cast<int>(random() % 3);
+        list.assign(next);
+        ASSERT_EQ(model.rowCount(), static_cast<int>(next.size()));
+        for (int row = 0; row < model.rowCount(); ++row)
+            ASSERT_EQ(model.data(model.index(row), Qt::UserRole).toInt(), next[static_cast<std::size_t>(row)].value);
+    }
+}
+
+TEST_F(DesktopTest, theWindowAsksNoNetwork) {
+    RefusedNetwork refused;
+    const std::unique_ptr<QNetworkAccessManager> manager(refused.create(nullptr));
+    QNetworkReply* reply = manager->get(QNetworkRequest(QUrl("http://127.0.0.1:9/")));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return reply->isFinished(); }));
+    EXPECT_EQ(reply->error(), QNetworkReply::ContentAccessDenied);
+}
+
+} // namespace
+} // namespace quillorn
+
+int main(int count, char** arguments) {
+    testing::InitGoogleTest(&count, arguments);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    quillorn::Shell::prepare();
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+        if (type != QtDebugMsg && type != QtInfoMsg && !message.contains("XDG_RUNTIME_DIR"))
+            quillorn::warnings.append(message);
+    });
+    const QGuiApplication application(count, arguments);
+    return RUN_ALL_TESTS();
+}

@@ -33,6 +33,7 @@ void requireFit(const ProjectTask& task, const ProjectTask& parent) {
 
 std::vector<Tag*> tagsNamed(const std::vector<std::string>& names, StoreWork& work) {
     std::vector<Tag*> tags;
+    tags.reserve(names.size());
     for (const std::string& name : names)
         tags.push_back(&chooseTag(work.context, name, work.text()));
     return tags;

@@ -60,7 +60,6 @@ Table tableOf(const std::vector<TimeEntry*>& entries, const StoreWork& work) {
                  {"Notes", left, ifNarrow}});
     for (const TimeEntry* each : entries) {
         const Project* project = projectOf(*each);
-        const std::string start = smartDate(each->startTime(), work.now, work.calendar());
         const auto& end = each->endTime();
         table.add({{each->id().string(), shortId(each->id()), Paint::dim},
                    {formatISO8601(each->startTime()),

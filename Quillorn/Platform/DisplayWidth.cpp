@@ -42,6 +42,7 @@ class WidthCounter {
         const char* bytes = m_text.data();
         auto position = static_cast<std::int64_t>(m_end);
         UChar32 character = 0;
+        // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): the macro is ICU's
         U8_NEXT_OR_FFFD(bytes, position, static_cast<std::int64_t>(m_text.size()), character);
         m_end = static_cast<std::size_t>(position);
         std::size_t width = widthOf(character);

@@ -122,7 +122,7 @@ Object* findExactly(ModelContext& context, std::string_view typed) {
 
 template <class Object>
 Object& choose(ModelContext& context, std::string_view typed, const Text& text, const Kind<Object>& kind) {
-    if (Object* object = findExactly<Object>(context, typed))
+    if (auto* object = findExactly<Object>(context, typed))
         return *object;
     struct Match {
         RowKey key;
@@ -139,7 +139,7 @@ Object& choose(ModelContext& context, std::string_view typed, const Text& text, 
     }
     Matches<Object> matches;
     for (const Match& match : fitting)
-        if (Object* object = context.find<Object>(match.key))
+        if (auto* object = context.find<Object>(match.key))
             matches.add(match.way, match.isSetAside, *object);
     return matches.only(kind, typed, text);
 }
@@ -148,7 +148,7 @@ Object& choose(ModelContext& context, std::string_view typed, const Text& text, 
 template <class Object, class Name>
 Object& chooseAmongObjects(ModelContext& context, std::string_view typed, const Text& text, const Kind<Object>& kind,
                            const Name& name, bool (*isSetAside)(const Object&)) {
-    if (Object* object = findExactly<Object>(context, typed))
+    if (auto* object = findExactly<Object>(context, typed))
         return *object;
     const Text::Needle part = text.needle(typed);
     Matches<Object> matches;

@@ -64,6 +64,7 @@ void add(ModelContext& context, const Place& place, const Text::Needle& needle, 
          const Describe& describe) {
     std::vector<Match> found = matches(context, place, needle);
     std::vector<RowKey> keys;
+    keys.reserve(found.size());
     for (const Match& match : found)
         keys.push_back(match.key);
     // In the order of the matches: both go by the key.

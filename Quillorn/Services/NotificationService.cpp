@@ -78,12 +78,12 @@ void NotificationService::schedule(const ProjectTask& task, std::int64_t hour, s
         add(std::move(*request));
 }
 
-void NotificationService::reschedule(const UUID& id) {
-    const ProjectTask* task = m_wishes ? m_context.context().find<ProjectTask>(id) : nullptr;
-    if (task == nullptr)
+void NotificationService::reschedule(const UUID& task) {
+    const ProjectTask* found = m_wishes ? m_context.context().find<ProjectTask>(task) : nullptr;
+    if (found == nullptr)
         return;
     const NotificationTime time = wishes().time;
-    schedule(*task, time.hour, time.minute);
+    schedule(*found, time.hour, time.minute);
 }
 
 void NotificationService::cancel(const UUID& task) {
@@ -111,10 +111,10 @@ Task<> NotificationService::rebuild() {
     std::vector<NotificationRequest> requests;
     if (now.isEnabled && mayNotify()) {
         try {
-            requests = co_await m_background.run(
-                [&container = m_context.context().container(), &environment = m_environment, time = now.time](auto) {
-                    return dueNotifications(container, time, environment.calendar, environment.clock.now());
-                });
+            requests = co_await m_background.run([&container = m_context.context().container(),
+                                                  &environment = m_environment, time = now.time](const auto&) {
+                return dueNotifications(container, time, environment.calendar, environment.clock.now());
+            });
         } catch (const std::exception& error) {
             // What is pending stays as it is.
             m_environment.log.log(fmt::format("Error scheduling notification: {}", error.what()));

@@ -16,8 +16,14 @@ class Hold {
             ++m_object->m_holds;
     }
     Hold(Hold&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-    Hold& operator=(Hold other) noexcept {
-        std::swap(m_object, other.m_object);
+    Hold& operator=(const Hold& other) noexcept {
+        Hold copy(other);
+        std::swap(m_object, copy.m_object);
+        return *this;
+    }
+    Hold& operator=(Hold&& other) noexcept {
+        Hold taken(std::move(other));
+        std::swap(m_object, taken.m_object);
         return *this;
     }
     ~Hold() {

@@ -53,22 +53,22 @@ class RecordedEdit {
     class Access;
 
     struct Cell {
-        std::size_t column;
+        std::size_t column = 0;
         SQLValue before; // of a reference, the id of its target
         SQLValue after;
     };
     struct Row {
         enum class Kind : std::uint8_t { changed, inserted, removed };
-        Kind kind;
-        const EntityType* type;
+        Kind kind = Kind::changed;
+        const EntityType* type = nullptr;
         UUID id;
         std::vector<Cell> cells; // all of them for a row that came or went
     };
     struct Link {
-        const ToMany* relation;
-        const EntityType* ownerType;
+        const ToMany* relation = nullptr;
+        const EntityType* ownerType = nullptr;
         UUID owner, other;
-        bool isLinked; // by the edit
+        bool isLinked = false; // by the edit
     };
 
     static const SQLValue& value(const Cell& cell, Way side) { return side == Way::back ? cell.before : cell.after; }

@@ -112,7 +112,7 @@ void APISettingsView::toggle() {
     if (keyWarning())
         return m_server.setLastError(std::string(keyIsMissing));
     m_server.stop();
-    m_server.start(*number, allowsExternalAccess(), key(), requiresAuthLocal());
+    m_server.start(number, allowsExternalAccess(), key(), requiresAuthLocal());
 }
 
 std::string APISettingsView::endpoint() const {

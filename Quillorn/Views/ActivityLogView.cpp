@@ -210,7 +210,8 @@ void ActivityLogView::addOfTasks(std::string_view table, const std::vector<RowKe
 
 std::optional<std::vector<RowKey>> ActivityLogView::movedTasks(const std::vector<Mark>& read,
                                                                const Changed& changed) const {
-    std::unordered_map<RowKey, RowKey> projects, clients; // of tasks and of projects, as they were
+    std::unordered_map<RowKey, RowKey> projects; // of tasks, as they were
+    std::unordered_map<RowKey, RowKey> clients;  // of projects
     if (!changed.tasks.empty() || !changed.projects.empty())
         for (const Mark& mark : m_marks) {
             if (isTask(mark.kind) && isAmong(mark.record, changed.tasks))

@@ -55,9 +55,11 @@ void ClientDetailView::show() {
 
 void ClientDetailView::showProjects() {
     std::vector<Project*> projects;
+    projects.reserve(m_projects.size());
     for (std::size_t place = 0; place < m_projects.size(); ++place)
         projects.push_back(&m_projects[place]);
     std::vector<ProjectDivider*> groups;
+    groups.reserve(m_groups.size());
     for (std::size_t place = 0; place < m_groups.size(); ++place)
         groups.push_back(&m_groups[place]);
     const ScopeLayout layout = scopeLayout(projects, groups, environment().text);

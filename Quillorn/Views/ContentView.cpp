@@ -208,6 +208,7 @@ std::vector<ContentView::ClientChoice> ContentView::clientChoices() const {
     auto clients = m_environment.main.context().fetch<Client>({.where = "isArchived = 0"});
     sortByName(clients, m_environment.text);
     std::vector<ClientChoice> choices;
+    choices.reserve(clients.size());
     for (const Client* client : clients)
         choices.push_back({client->id(), client->name()});
     return choices;

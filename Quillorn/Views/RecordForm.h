@@ -63,7 +63,7 @@ class RecordFormBase {
     RecordFormBase(const ViewEnvironment& environment, std::string_view noun, std::optional<UUID> record)
         : m_environment(environment),
           m_noun(noun),
-          m_record(std::move(record)) {}
+          m_record(record) {}
 
     const ViewEnvironment& environment() const { return m_environment; }
     ModelContext& context() const;
@@ -94,7 +94,7 @@ class RecordForm : public RecordFormBase {
 
   protected:
     RecordForm(const ViewEnvironment& environment, std::string_view noun, std::optional<UUID> record, Values given)
-        : RecordFormBase(environment, noun, std::move(record)),
+        : RecordFormBase(environment, noun, record),
           m_given(given),
           m_values(std::move(given)) {}
 

@@ -63,14 +63,14 @@ class TimeEntryStats {
 
     struct Day {
         std::chrono::local_days day;
-        double seconds;
+        double seconds = 0;
     };
     /// The oldest first, ending today.
     std::array<Day, 7> lastSevenDays(Date now) const;
 
     struct Share {
-        RowKey key; // 0 for time on none
-        double seconds;
+        RowKey key = 0; // 0 for time on none
+        double seconds = 0;
     };
     /// The most time first; at most that many.
     std::vector<Share> byProject(Date now, std::size_t most) const;

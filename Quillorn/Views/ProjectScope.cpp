@@ -21,6 +21,7 @@ const std::vector<Project*>& siblingsOf(const ScopeLayout& layout, const Project
 
 std::vector<ProjectDivider*> groupsOf(const ScopeLayout& layout) {
     std::vector<ProjectDivider*> groups;
+    groups.reserve(layout.groups.size());
     for (const ScopeLayout::Entry& entry : layout.groups)
         groups.push_back(entry.group);
     return groups;
@@ -128,7 +129,8 @@ void ProjectScope::moveGroup(const UUID& group, Direction direction) {
 void ProjectScope::dropGroup(const UUID& dragged, const UUID& target) {
     m_environment.history.perform("Move Group", [&](ModelContext&, Date) {
         const ScopeLayout scope = layout();
-        const ProjectDivider *moved = group(scope, dragged), *other = group(scope, target);
+        const ProjectDivider* moved = group(scope, dragged);
+        const ProjectDivider* other = group(scope, target);
         if (moved != nullptr && other != nullptr)
             quillorn::moveGroup(*moved, *other, groupsOf(scope));
     });

@@ -76,7 +76,7 @@ UUID ClientForm::write(ModelContext& context, Date now) {
 }
 
 ProjectForm::ProjectForm(const ViewEnvironment& environment, std::optional<UUID> client)
-    : RecordForm(environment, "Project", std::nullopt, {.client = std::move(client)}) {}
+    : RecordForm(environment, "Project", std::nullopt, {.client = client}) {}
 
 ProjectForm::ProjectForm(const ViewEnvironment& environment, const Project& project)
     : RecordForm(environment, "Project", project.id(),
@@ -105,7 +105,7 @@ UUID ProjectForm::write(ModelContext& context, Date now) {
 
 GroupForm::GroupForm(const ViewEnvironment& environment, std::optional<UUID> client)
     : RecordForm(environment, "Group", std::nullopt, {}),
-      m_client(std::move(client)) {}
+      m_client(client) {}
 
 GroupForm::GroupForm(const ViewEnvironment& environment, const ProjectDivider& group)
     : RecordForm(environment, "Group", group.id(), {group.title()}) {}
@@ -127,7 +127,7 @@ UUID GroupForm::write(ModelContext& context, Date now) {
 }
 
 NoteForm::NoteForm(const ViewEnvironment& environment, std::optional<UUID> project)
-    : RecordForm(environment, "Note", std::nullopt, {.project = std::move(project)}) {}
+    : RecordForm(environment, "Note", std::nullopt, {.project = project}) {}
 
 NoteForm::NoteForm(const ViewEnvironment& environment, const Note& note)
     : RecordForm(environment, "Note", note.id(),

@@ -208,6 +208,7 @@ void SidebarView::addGroup(std::vector<SidebarRow>& rows, SidebarSection section
 
 void SidebarView::addTags(std::vector<SidebarRow>& rows) const {
     std::vector<const Tag*> tags;
+    tags.reserve(m_tags.size());
     for (std::size_t place = 0; place < m_tags.size(); ++place)
         tags.push_back(&m_tags[place]);
     sortByName(tags, m_environment.text);

@@ -90,7 +90,8 @@ SmartListDashboardHeader allTasksHeader(const TaskTally& list, std::size_t compl
                  fmt::format("{}% complete ({}/{})", percent, completed, total)},
         .overdue = overdueCard(list),
     };
-    std::vector<SmartListDashboardHeader::Bar> priorities, statuses;
+    std::vector<SmartListDashboardHeader::Bar> priorities;
+    std::vector<SmartListDashboardHeader::Bar> statuses;
     for (int raw = EnumCases<TaskPriority>::count - 1; raw >= 0; --raw) {
         const auto priority = static_cast<TaskPriority>(raw);
         priorities.push_back({"", std::string(mark(priority)), std::string(label(priority)),

@@ -197,7 +197,7 @@ void TaskDetailView::showLists(const ProjectTask& task) {
         const TimeEntry& each = m_entries[place];
         std::string times = timeSpan(each.startTime(), each.endTime(), calendar);
         if (!calendar.isSameDay(each.startTime(), now))
-            times = smartDate(each.startTime(), now, calendar) + ", " + times;
+            times.insert(0, smartDate(each.startTime(), now, calendar) + ", ");
         entries.push_back({each.id(), std::move(times),
                            each.isRunning() ? std::string(recording) : each.title().value_or(""),
                            clockForm(each.duration(now)), each.isRunning()});
@@ -213,6 +213,7 @@ void TaskDetailView::showLists(const ProjectTask& task) {
     std::vector<Tag*> tags(task.tags().begin(), task.tags().end());
     sortByName(tags, environment().text);
     std::vector<FormChoice> chips;
+    chips.reserve(tags.size());
     for (const Tag* each : tags)
         chips.push_back({each->id(), each->name(), each->color()});
     m_tagRows.assign(std::move(chips));

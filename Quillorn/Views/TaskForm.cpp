@@ -125,10 +125,10 @@ void TaskForm::setParent(const std::optional<UUID>& parent) {
 
 bool TaskForm::setDueText(std::string_view words) {
     const bool isBlank = trimBlanks(words).empty();
-    auto due = isBlank ? std::nullopt : readDue(words, environment());
+    const auto due = isBlank ? std::nullopt : readDue(words, environment());
     if (!isBlank && !due)
         return false;
-    set(&TaskValues::due, std::move(due));
+    set(&TaskValues::due, due);
     return true;
 }
 
@@ -137,7 +137,7 @@ std::vector<std::string> TaskForm::faults() const {
 }
 
 UUID TaskForm::write(ModelContext& context, Date now) {
-    ProjectTask* parent = findLinked<ProjectTask>(context, values().parent);
+    auto* parent = findLinked<ProjectTask>(context, values().parent);
     if (isNew()) {
         auto& task = createTask(context, requestOf(values(), environment().calendar), now);
         task.setParentTask(parent);

@@ -135,7 +135,8 @@ bool TaskListView::place(TaskListItem& item, bool isNew) {
 }
 
 bool TaskListView::isEarlier(const TaskListItem& a, const TaskListItem& b) const {
-    const ProjectTask &first = *a.task, &second = *b.task;
+    const ProjectTask& first = *a.task;
+    const ProjectTask& second = *b.task;
     if (isBefore(first, second, m_options.sortOrder, m_environment.text))
         return true;
     return !isBefore(second, first, m_options.sortOrder, m_environment.text) && first.key() < second.key();

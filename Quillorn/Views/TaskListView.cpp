@@ -93,6 +93,7 @@ void TaskListView::setSearchText(std::string text) {
 const std::vector<TaskMeeting>& TaskListView::meetings() const {
     if (!m_meetings) {
         std::vector<ProjectTask*> tasks;
+        tasks.reserve(m_sorted.size());
         for (const TaskListItem* item : m_sorted)
             tasks.push_back(item->task.get());
         m_meetings = meetingsOf(tasks);
@@ -180,6 +181,7 @@ std::optional<SmartListDashboardHeader> TaskListView::dashboard() const {
     if (m_filter.kind != TaskFilter::Kind::upcoming)
         return std::nullopt;
     std::vector<const ProjectTask*> open;
+    open.reserve(m_forecast->size());
     for (std::size_t place = 0; place < m_forecast->size(); ++place)
         open.push_back(&(*m_forecast)[place]);
     return upcomingHeader(m_tally, open, m_moment, m_environment.calendar);

@@ -229,6 +229,7 @@ void TimeDashboard::show() {
 std::vector<TimeDashboard::ShareRow> TimeDashboard::shareRows(const std::vector<TimeEntryStats::Share>& shares,
                                                               const char* sql, std::string_view nameOfNone) const {
     std::vector<RowKey> keys;
+    keys.reserve(shares.size());
     for (const TimeEntryStats::Share& share : shares)
         keys.push_back(share.key);
     std::unordered_map<RowKey, ShareRow> named{{0, {.name = std::string(nameOfNone)}}};
@@ -295,7 +296,7 @@ std::optional<Confirmation> TimeDashboard::confirmationFor(const UUID& entry) co
 }
 
 void TimeDashboard::remove(const UUID& entry) {
-    TimeEntry* found = m_main.context().find<TimeEntry>(entry);
+    auto* found = m_main.context().find<TimeEntry>(entry);
     if (found == nullptr)
         return;
     m_main.context().remove(*found);

@@ -41,10 +41,10 @@ TimeEntryFormSheet::TimeEntryFormSheet(Environment environment, const TimeEntry&
       m_isRunning(entry.isRunning()),
       m_wasUnassigned(entry.task() == nullptr && entry.project() == nullptr),
       m_title(entry.title().value_or("")),
-      m_notes(entry.notes().value_or("")) {
+      m_notes(entry.notes().value_or("")),
+      m_givenStart(entry.startTime()),
+      m_givenEnd(entry.endTime()) {
     takeTimes(entry.startTime(), entry.endTime().value_or(m_environment.clock.now()));
-    m_givenStart = entry.startTime();
-    m_givenEnd = entry.endTime();
     if (entry.task() != nullptr)
         setTask(entry.task()->id());
     else if (entry.project() != nullptr)
@@ -72,6 +72,7 @@ std::vector<TimeEntryFormSheet::Choice> TimeEntryFormSheet::projects() const {
     std::erase_if(all, [&](const Project* each) { return each->isHidden() && each->id() != m_project; });
     sortByName(all, m_environment.text);
     std::vector<Choice> choices;
+    choices.reserve(all.size());
     for (const Project* each : all)
         choices.push_back({each->id(), each->name()});
     return choices;

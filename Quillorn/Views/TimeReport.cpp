@@ -60,6 +60,7 @@ std::vector<Group> groupsOf(const ReportedTime& time, TimeReportGrouping by, con
         break;
     }
     std::vector<Group> groups;
+    groups.reserve(time.tags.size());
     for (const Link& tag : time.tags)
         groups.push_back(groupOf(tag, {}));
     if (groups.empty())

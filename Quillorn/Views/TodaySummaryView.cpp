@@ -117,10 +117,12 @@ void TodaySummaryView::show() {
     for (std::size_t place = 0; place < m_entries.size(); ++place)
         m_summary.trackedSeconds += m_entries[place].duration(m_clock.now());
     std::vector<TaskRow> completed;
+    completed.reserve(m_completed.size());
     for (std::size_t place = 0; place < m_completed.size(); ++place)
         completed.push_back(rowOf(m_completed[place], m_calendar));
     m_completedRows.assign(std::move(completed));
     std::vector<NoteRow> notes;
+    notes.reserve(m_notes.size());
     for (std::size_t place = 0; place < m_notes.size(); ++place)
         notes.push_back(rowOf(m_notes[place], m_calendar));
     m_noteRows.assign(std::move(notes));

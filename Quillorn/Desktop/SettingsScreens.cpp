@@ -8,18 +8,6 @@
 
 namespace quillorn {
 
-namespace {
-
-template <typename Enum>
-QStringList caseLabels() {
-    QStringList all;
-    for (int raw = 0; raw < EnumCases<Enum>::count; ++raw)
-        all.append(toQString(label(static_cast<Enum>(raw))));
-    return all;
-}
-
-} // namespace
-
 QVariantList SettingsTabsScreen::tabs() {
     QVariantList list;
     for (const SettingsView::Tab& tab : SettingsView::tabs)

@@ -1,5 +1,7 @@
 #include "Desktop/SidebarScreen.h"
 
+#include "Desktop/Values.h"
+
 namespace quillorn {
 
 namespace {
@@ -36,10 +38,7 @@ const SidebarRow* SidebarScreen::at(int row) {
 }
 
 QVariantMap SidebarScreen::deletion() const {
-    const std::optional<Confirmation> question = m_view.deletion();
-    if (!question)
-        return {};
-    return {{"title", toVariant(question->title)}, {"text", toVariant(question->message)}, {"action", "Delete"}};
+    return toQuestion(m_view.deletion());
 }
 
 QVariantMap SidebarScreen::sheet() const {

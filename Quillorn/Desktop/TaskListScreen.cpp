@@ -1,5 +1,6 @@
 #include "Desktop/TaskListScreen.h"
 
+#include "Desktop/Values.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 
@@ -66,14 +67,6 @@ QStringList labels(const Values& values, auto label) {
     return all;
 }
 
-template <typename Enum>
-QStringList caseLabels() {
-    QStringList all;
-    for (int raw = 0; raw < EnumCases<Enum>::count; ++raw)
-        all.append(toQString(label(static_cast<Enum>(raw))));
-    return all;
-}
-
 } // namespace
 
 TaskListScreen::TaskListScreen(const ViewEnvironment& environment, SceneStorage& scene, const TaskFilter& filter)
@@ -101,13 +94,7 @@ void TaskListScreen::setGrouping(int grouping) {
 }
 
 QVariantMap TaskListScreen::emptyState() const {
-    const std::optional<EmptyState> state = m_view.emptyState();
-    if (!state)
-        return {};
-    return {{"symbol", toVariant(state->symbol)},
-            {"title", toVariant(state->title)},
-            {"text", toVariant(state->text)},
-            {"action", toVariant(state->action)}};
+    return toMap(m_view.emptyState());
 }
 
 QVariantMap TaskListScreen::dashboard() const {
@@ -202,10 +189,7 @@ void TaskListScreen::convertToStandalone(const QString& task) {
 }
 
 QVariantMap TaskListScreen::deletion(const QString& task) {
-    const std::optional<Confirmation> question = m_view.edits().deletion(targets(task));
-    if (!question)
-        return {};
-    return {{"title", toVariant(question->title)}, {"text", toVariant(question->message)}, {"action", "Delete"}};
+    return toQuestion(m_view.edits().deletion(targets(task)));
 }
 
 void TaskListScreen::remove(const QString& task) {

@@ -1,5 +1,7 @@
 #include "Desktop/TimeDashboardScreen.h"
 
+#include "Desktop/Values.h"
+
 namespace quillorn {
 
 namespace {
@@ -60,12 +62,7 @@ QVariantMap TimeDashboardScreen::words() {
 
 QVariantMap TimeDashboardScreen::deletion(const QString& entry) const {
     const std::optional<UUID> id = toId(entry);
-    const std::optional<Confirmation> question = id ? m_view.confirmationFor(*id) : std::nullopt;
-    if (!question)
-        return {};
-    return {{"title", toVariant(question->title)},
-            {"text", toVariant(question->message)},
-            {"action", toVariant(TimeDashboard::deleteButton)}};
+    return id ? toQuestion(m_view.confirmationFor(*id)) : QVariantMap();
 }
 
 void TimeDashboardScreen::remove(const QString& entry) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Desktop/Variants.h"
+#include "Models/Enums.h"
 #include "Models/TaskActions.h"
 #include "Views/DetailView.h"
 #include "Views/RecordForm.h"
@@ -40,6 +41,15 @@ inline QVariant toVariant(const PathStep& step) {
                        {"kind", kinds[static_cast<int>(step.kind)]},
                        {"name", toVariant(step.name)},
                        {"tone", toVariant(step.color)}};
+}
+
+/// The labels of an enum's cases, in their order.
+template <typename Enum>
+QStringList caseLabels() {
+    QStringList all;
+    for (int raw = 0; raw < EnumCases<Enum>::count; ++raw)
+        all.append(toQString(label(static_cast<Enum>(raw))));
+    return all;
 }
 
 template <typename Value>

@@ -2,6 +2,7 @@
 
 #include "Models/Client.h"
 #include "Models/CollapsedGroups.h"
+#include "Models/DeletionQuestions.h"
 #include "Models/ProjectTask.h"
 #include "Models/Sorting.h"
 #include "Models/Tag.h"
@@ -10,7 +11,6 @@
 #include "Platform/SettingsStore.h"
 #include "Services/DayChangeObserver.h"
 #include "Views/EditHistory.h"
-#include "Views/RecordDeletion.h"
 #include "Views/TaskMembership.h"
 
 #include <algorithm>
@@ -295,18 +295,16 @@ std::optional<Confirmation> SidebarView::deletion() const {
     const UUID& id = m_atStake->record;
     if (m_atStake->kind == Kind::client) {
         const auto* client = context.find<Client>(id);
-        return client != nullptr ? std::optional(deletionOfClient(client->name(), client->projects().size()))
-                                 : std::nullopt;
+        return client != nullptr ? std::optional(deletionOfClient(*client)) : std::nullopt;
     }
     if (m_atStake->kind == Kind::project) {
         const auto* project = context.find<Project>(id);
-        return project != nullptr ? std::optional(deletionOfProject(project->name())) : std::nullopt;
+        return project != nullptr ? std::optional(deletionOfProject(*project)) : std::nullopt;
     }
     auto* tag = context.find<Tag>(id);
     if (tag == nullptr)
         return std::nullopt;
-    const auto tasks = static_cast<std::size_t>(TagCounts(context, {tag}).of(*tag));
-    return deletionOfTag(tag->name(), tasks);
+    return deletionOfTag(*tag, TagCounts(context, {tag}).of(*tag));
 }
 
 void SidebarView::confirmDeletion() {

@@ -14,6 +14,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
     # Both report faults inside libstdc++ 12 (string concatenation, variant) that are none, when it optimises.
     target_compile_options(quillorn_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The private part of a class may have members of types from its file's unnamed namespace; in a unity build g++
+    # takes such a file for a header.
+    target_compile_options(quillorn_flags INTERFACE -Wno-subobject-linkage)
+endif()
 if(QUILLORN_WERROR)
     target_compile_options(quillorn_flags INTERFACE -Werror)
 endif()
@@ -37,6 +42,15 @@ function(quillorn_library name)
     set(deps ${arg_DEPS})
     list(TRANSFORM deps PREPEND Quillorn)
     target_link_libraries(Quillorn${name} PUBLIC quillorn_flags ${deps} PRIVATE ${arg_LIBS})
+endfunction()
+
+# quillorn_compile_apart(PATTERN ...)
+# Keeps files of the calling folder out of unity builds: their unnamed namespaces have the same names in them.
+function(quillorn_compile_apart)
+    foreach(pattern IN LISTS ARGN)
+        file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${pattern}")
+        set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endforeach()
 endfunction()
 
 # quillorn_test(NAME DEPS folders ... LIBS third-party targets ...)

@@ -16,17 +16,13 @@ std::string projectOf(const Note& note) {
     return note.project() != nullptr ? note.project()->name() : "Unassigned";
 }
 
-std::int64_t microseconds(Date date) {
-    return date.time_since_epoch().count();
-}
-
 /// What was changed last first.
 std::vector<RowKey> latestNotes(const ChatToolCall& call, std::size_t limit) {
     Query query = call.notesInScope();
     if (const auto project = call.arguments.id("projectId"))
         restrict(query, "Note.project IN (SELECT key FROM Project WHERE id = ?)", {*project});
     if (const auto since = call.arguments.instant("since"))
-        restrict(query, "updatedAt >= ?", {microseconds(*since)});
+        restrict(query, "updatedAt >= ?", {since->time_since_epoch().count()});
     const auto search = call.arguments.text("search");
     const auto needle = search ? std::optional(call.text.needle(*search)) : std::nullopt;
     const StatementLoan rows = call.context.statement("SELECT key, title, content FROM Note WHERE " + query.where +

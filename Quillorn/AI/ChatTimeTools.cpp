@@ -22,10 +22,6 @@ constexpr std::size_t entriesOfAnActivity = 10;
 constexpr std::int64_t daysOfAnActivity = 7;
 constexpr double secondsOfADay = 86'400;
 
-std::int64_t microseconds(Date date) {
-    return date.time_since_epoch().count();
-}
-
 /// The window of `since`, or of the last `days`, and `until`; both ends count.
 void restrictToWindow(const ChatToolCall& call, Query& query, const std::string& column,
                       std::optional<std::int64_t> days) {
@@ -33,9 +29,9 @@ void restrictToWindow(const ChatToolCall& call, Query& query, const std::string&
     if (!start && days)
         start = shifted(call.now, -static_cast<double>(*days) * secondsOfADay);
     if (start)
-        restrict(query, column + " >= ?", {microseconds(*start)});
+        restrict(query, column + " >= ?", {start->time_since_epoch().count()});
     if (const auto end = call.arguments.instant("until"))
-        restrict(query, column + " <= ?", {microseconds(*end)});
+        restrict(query, column + " <= ?", {end->time_since_epoch().count()});
 }
 
 void restrictToProject(const ChatToolCall& call, Query& query) {

@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* storeName = "Quillorn.store";
-
 /// The main file last: it is what makes a store of the other two.
 constexpr std::array storeSuffixes{"-shm", "-wal", ""};
 

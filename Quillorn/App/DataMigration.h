@@ -11,6 +11,9 @@ class Paths;
 class SettingsStore;
 class SystemLog;
 
+/// The store's file, in whatever folder.
+inline constexpr const char* storeName = "Quillorn.store";
+
 /// Brings data of earlier builds to where this one keeps it, before the store is opened. Both only ever add: the source
 /// stays, and what stood at the destination is kept. No failure stops the launch; each is a line in the log.
 struct DataMigration {

@@ -32,7 +32,6 @@ namespace quillorn {
 
 namespace {
 
-constexpr const char* storeName = "Quillorn.store";
 constexpr const char* groupContainer = "group.com.quillorn.app";
 constexpr const char* cloudContainer = "iCloud.com.quillorn.app";
 

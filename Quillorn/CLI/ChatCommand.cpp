@@ -2,6 +2,7 @@
 #include "CLI/Conversation.h"
 #include "CLI/LineEditor.h"
 #include "CLI/Output.h"
+#include "CLI/Words.h"
 #include "Models/DayPhrase.h"
 #include "Platform/Terminal.h"
 #include "Platform/TerminationSignals.h"
@@ -22,13 +23,6 @@ namespace {
 
 ExitStatus statusOfSignal(int signal) {
     return static_cast<ExitStatus>(128 + signal);
-}
-
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words)
-        text += (text.empty() ? "" : " ") + word;
-    return text;
 }
 
 void showHistory(const AIChatView& view, bool json) {

@@ -10,7 +10,7 @@ namespace quillorn {
 
 namespace {
 
-constexpr const char* taskWords = "A task: its id, the beginning of it, or its title";
+constexpr const char* oneTaskWords = "A task: its id, the beginning of it, or its title";
 constexpr const char* dayWords = "2026-01-31, today, yesterday, monday";
 
 void addTimer(CLI::App& app, Action& chosen) {
@@ -24,12 +24,12 @@ void addTimer(CLI::App& app, Action& chosen) {
         return std::pair(command, options);
     };
     const auto [start, started] = add("start", "Start on a task; a timer that runs is stopped first", startTimer);
-    start->add_option("TASK", started->task, taskWords)->required()->type_name("");
+    start->add_option("TASK", started->task, oneTaskWords)->required()->type_name("");
     const auto [stop, stopped] = add("stop", "Stop the running timer", stopTimer);
     stop->add_flag("--all", stopped->all, "Also what other programs have started");
     const auto [toggle, toggled] =
         add("toggle", "Stop on the task that the timer runs on, or start on it; without a task, stop", toggleTimer);
-    toggle->add_option("TASK", toggled->task, taskWords)->type_name("");
+    toggle->add_option("TASK", toggled->task, oneTaskWords)->type_name("");
     const auto [status, shown] = add("status", "Show the running timer, and whatever else runs", showTimer);
     status->add_flag("--watch", shown->watches, "Go on showing it, each second")->excludes("--json");
     const auto [adjust, adjusted] = add("adjust", "Say when the running timer really began", adjustTimer);

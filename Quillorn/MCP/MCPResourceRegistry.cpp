@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::string_view scheme = "quillorn://";
 constexpr std::string_view projectPrefix = "project/";
-constexpr const char* jsonType = "application/json";
 
 struct Resource {
     std::string_view path;

@@ -8,6 +8,9 @@
 
 namespace quillorn {
 
+/// Of resources and of answers.
+inline constexpr const char* jsonType = "application/json";
+
 /// Why a resource can't be read.
 class MCPResourceError : public std::runtime_error {
   public:

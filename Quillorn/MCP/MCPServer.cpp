@@ -19,8 +19,6 @@ constexpr const char* instructions =
 constexpr const char* encodingFailed =
     R"({"jsonrpc":"2.0","id":null,"error":{"code":-32603,"message":"Failed to encode response"}})";
 
-const std::string jsonType = "application/json";
-
 JSONRPCRequest decode(const std::string& body) {
     JSONRPCRequest request;
     try {

@@ -34,7 +34,7 @@ bool beginsId(const UUID& id, std::string_view typed) {
 /// How the records of a type are looked through. The statement gives key, id, name and whether a record is set aside
 /// where others fit as well; reading whole records would take far longer.
 template <class Object>
-struct Kind {
+struct Candidates {
     const char* word;
     const char* select;
     std::string (*nameOf)(const Object& object);
@@ -55,11 +55,12 @@ std::string nameOf(const TimeEntry& entry) {
     return fmt::format("{}  {}", formatISO8601(entry.startTime()), entry.displayName());
 }
 
-constexpr Kind<Project> projects{"project", "SELECT key, id, name, isArchived FROM Project", nameIn};
-constexpr Kind<Client> clients{"client", "SELECT key, id, name, isArchived FROM Client", nameIn};
-constexpr Kind<ProjectTask> tasks{"task", "SELECT key, id, title, completedAt IS NOT NULL FROM ProjectTask", titleIn};
-constexpr Kind<Tag> tags{"tag", "SELECT key, id, name, 0 FROM Tag", nameIn};
-constexpr Kind<ProjectDivider> groups{"group", "SELECT key, id, title, 0 FROM ProjectDivider", titleIn};
+constexpr Candidates<Project> projects{"project", "SELECT key, id, name, isArchived FROM Project", nameIn};
+constexpr Candidates<Client> clients{"client", "SELECT key, id, name, isArchived FROM Client", nameIn};
+constexpr Candidates<ProjectTask> tasks{"task", "SELECT key, id, title, completedAt IS NOT NULL FROM ProjectTask",
+                                        titleIn};
+constexpr Candidates<Tag> tags{"tag", "SELECT key, id, name, 0 FROM Tag", nameIn};
+constexpr Candidates<ProjectDivider> groups{"group", "SELECT key, id, title, 0 FROM ProjectDivider", titleIn};
 
 /// Which way of naming fits, from the most exact one; the number of ways for none.
 enum class Way : std::size_t { name, idBeginning, namePart };
@@ -75,7 +76,7 @@ std::size_t wayOf(const UUID& id, std::string_view name, std::string_view typed,
 }
 
 template <class Object>
-[[noreturn]] void refuse(const Kind<Object>& kind, std::string_view typed, std::vector<Object*> found,
+[[noreturn]] void refuse(const Candidates<Object>& kind, std::string_view typed, std::vector<Object*> found,
                          const Text& text) {
     std::ranges::sort(found, [&](const Object* a, const Object* b) {
         const int order = text.compare(kind.nameOf(*a), kind.nameOf(*b));
@@ -100,7 +101,7 @@ class Matches {
         if (!object.isDeleted())
             m_found[way * 2 + (isSetAside ? 1 : 0)].push_back(&object);
     }
-    Object& only(const Kind<Object>& kind, std::string_view typed, const Text& text) const {
+    Object& only(const Candidates<Object>& kind, std::string_view typed, const Text& text) const {
         const auto first = std::ranges::find_if(m_found, [](const auto& each) { return !each.empty(); });
         if (first == m_found.end())
             throw RecordChoiceError(kind.word, typed, {});
@@ -121,7 +122,7 @@ Object* findExactly(ModelContext& context, std::string_view typed) {
 }
 
 template <class Object>
-Object& choose(ModelContext& context, std::string_view typed, const Text& text, const Kind<Object>& kind) {
+Object& choose(ModelContext& context, std::string_view typed, const Text& text, const Candidates<Object>& kind) {
     if (auto* object = findExactly<Object>(context, typed))
         return *object;
     struct Match {
@@ -146,8 +147,8 @@ Object& choose(ModelContext& context, std::string_view typed, const Text& text, 
 
 /// For names that are no column.
 template <class Object, class Name>
-Object& chooseAmongObjects(ModelContext& context, std::string_view typed, const Text& text, const Kind<Object>& kind,
-                           const Name& name, bool (*isSetAside)(const Object&)) {
+Object& chooseAmongObjects(ModelContext& context, std::string_view typed, const Text& text,
+                           const Candidates<Object>& kind, const Name& name, bool (*isSetAside)(const Object&)) {
     if (auto* object = findExactly<Object>(context, typed))
         return *object;
     const Text::Needle part = text.needle(typed);

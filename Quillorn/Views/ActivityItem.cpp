@@ -15,7 +15,7 @@ namespace quillorn {
 
 namespace {
 
-using Kind = ActivityItem::Kind;
+using ActivityKind = ActivityItem::Kind;
 
 struct Look {
     std::string_view name;
@@ -32,11 +32,11 @@ constexpr std::array<Look, ActivityItem::kinds> looks = {{
     {"clientUpdated", "client-", "building.2.fill", "teal"},
 }};
 
-const Look& lookOf(Kind kind) {
+const Look& lookOf(ActivityKind kind) {
     return looks[static_cast<std::size_t>(kind)];
 }
 
-ActivityItem item(Kind kind, const Entity& record, std::string title, Date timestamp) {
+ActivityItem item(ActivityKind kind, const Entity& record, std::string title, Date timestamp) {
     const Look& look = lookOf(kind);
     return {.id = std::string(look.idPrefix) + record.id().string(),
             .kind = kind,
@@ -74,7 +74,7 @@ std::string activityLine(const Note& note) {
 
 } // namespace
 
-std::string_view nameOf(Kind kind) {
+std::string_view nameOf(ActivityKind kind) {
     return lookOf(kind).name;
 }
 
@@ -82,26 +82,26 @@ bool isEditedAside(Date completedAt, Date updatedAt) {
     return std::chrono::abs(updatedAt - completedAt) >= std::chrono::seconds{1};
 }
 
-ActivityItem activityItem(const ProjectTask& task, Kind kind) {
-    const bool isCompletion = kind == Kind::taskCompleted;
+ActivityItem activityItem(const ProjectTask& task, ActivityKind kind) {
+    const bool isCompletion = kind == ActivityKind::taskCompleted;
     return placed(item(kind, task, (isCompletion ? "Completed: " : "Updated ") + task.title(),
                        isCompletion ? task.completedAt().value_or(task.updatedAt()) : task.updatedAt()),
                   task.project());
 }
 
 ActivityItem activityItem(const TimeEntry& entry, Date now) {
-    return placed(item(Kind::timeEntry, entry, "Tracked " + entry.formattedDuration(now) + ": " + entry.displayName(),
-                       entry.startTime()),
+    return placed(item(ActivityKind::timeEntry, entry,
+                       "Tracked " + entry.formattedDuration(now) + ": " + entry.displayName(), entry.startTime()),
                   projectOf(entry));
 }
 
 ActivityItem activityItem(const Note& note) {
-    return placed(item(Kind::noteUpdated, note, activityLine(note), note.updatedAt()), projectOf(note));
+    return placed(item(ActivityKind::noteUpdated, note, activityLine(note), note.updatedAt()), projectOf(note));
 }
 
 ActivityItem activityItem(const Project& project) {
     ActivityItem result =
-        item(Kind::projectUpdated, project, "Updated project: " + project.name(), project.updatedAt());
+        item(ActivityKind::projectUpdated, project, "Updated project: " + project.name(), project.updatedAt());
     if (project.client() != nullptr)
         result.subtitle = project.client()->name();
     result.clientID = clientOf(&project);
@@ -110,7 +110,8 @@ ActivityItem activityItem(const Project& project) {
 }
 
 ActivityItem activityItem(const Client& client) {
-    ActivityItem result = item(Kind::clientUpdated, client, "Updated client: " + client.name(), client.updatedAt());
+    ActivityItem result =
+        item(ActivityKind::clientUpdated, client, "Updated client: " + client.name(), client.updatedAt());
     result.clientID = client.id();
     return result;
 }
@@ -126,9 +127,9 @@ std::vector<ActivityItem> activityItems(const std::vector<ProjectTask*>& tasks, 
     };
     for (const ProjectTask* task : tasks) {
         if (task->completedAt())
-            add(activityItem(*task, Kind::taskCompleted));
+            add(activityItem(*task, ActivityKind::taskCompleted));
         if (!task->completedAt() || isEditedAside(*task->completedAt(), task->updatedAt()))
-            add(activityItem(*task, Kind::taskUpdated));
+            add(activityItem(*task, ActivityKind::taskUpdated));
     }
     for (const TimeEntry* entry : entries)
         add(activityItem(*entry, now));

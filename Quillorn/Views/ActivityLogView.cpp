@@ -25,7 +25,7 @@ namespace quillorn {
 
 namespace {
 
-using Kind = ActivityItem::Kind;
+using ActivityKind = ActivityItem::Kind;
 
 /// How the marks of a type are read: key, first date, second date or whether it is over, task, project and client.
 std::string_view selectFor(const EntityType& type) {
@@ -45,11 +45,11 @@ std::string_view selectFor(const EntityType& type) {
     return "SELECT key, updatedAt, NULL, NULL, NULL, key FROM Client AS it";
 }
 
-bool isTask(Kind kind) {
-    return kind == Kind::taskCompleted || kind == Kind::taskUpdated;
+bool isTask(ActivityKind kind) {
+    return kind == ActivityKind::taskCompleted || kind == ActivityKind::taskUpdated;
 }
 
-auto orderOf(Date timestamp, Kind kind, RowKey record) {
+auto orderOf(Date timestamp, ActivityKind kind, RowKey record) {
     return std::tuple(timestamp, kind, record);
 }
 
@@ -109,10 +109,10 @@ void ActivityLogView::read(const EntityType& type, const std::string& condition,
     const auto date = [&](int column) { return Date(std::chrono::microseconds(rows->integer(column))); };
     const bool isTask = &type == &ProjectTask::entityType();
     const bool isEntry = &type == &TimeEntry::entityType();
-    const Kind kind = isEntry                           ? Kind::timeEntry
-                      : &type == &Note::entityType()    ? Kind::noteUpdated
-                      : &type == &Project::entityType() ? Kind::projectUpdated
-                                                        : Kind::clientUpdated;
+    const ActivityKind kind = isEntry                           ? ActivityKind::timeEntry
+                              : &type == &Note::entityType()    ? ActivityKind::noteUpdated
+                              : &type == &Project::entityType() ? ActivityKind::projectUpdated
+                                                                : ActivityKind::clientUpdated;
     while (rows->step()) {
         Mark mark{date(1), rows->integer(0), rows->integer(3), rows->integer(4), rows->integer(5), kind};
         if (!isTask) {
@@ -121,10 +121,10 @@ void ActivityLogView::read(const EntityType& type, const std::string& condition,
             continue;
         }
         const bool isCompleted = !rows->isNull(1);
-        mark.kind = Kind::taskCompleted;
+        mark.kind = ActivityKind::taskCompleted;
         if (isCompleted)
             marks.push_back(mark);
-        mark.kind = Kind::taskUpdated;
+        mark.kind = ActivityKind::taskUpdated;
         mark.timestamp = date(2);
         if (!isCompleted || isEditedAside(date(1), date(2)))
             marks.push_back(mark);
@@ -216,7 +216,7 @@ std::optional<std::vector<RowKey>> ActivityLogView::movedTasks(const std::vector
         for (const Mark& mark : m_marks) {
             if (isTask(mark.kind) && isAmong(mark.record, changed.tasks))
                 projects[mark.record] = mark.project;
-            else if (mark.kind == Kind::projectUpdated && isAmong(mark.record, changed.projects))
+            else if (mark.kind == ActivityKind::projectUpdated && isAmong(mark.record, changed.projects))
                 clients[mark.record] = mark.client;
         }
     std::vector<RowKey> moved;
@@ -224,7 +224,7 @@ std::optional<std::vector<RowKey>> ActivityLogView::movedTasks(const std::vector
         const auto former = isTask(mark.kind) ? projects.find(mark.record) : projects.end();
         if (former != projects.end() && former->second != mark.project)
             moved.push_back(mark.record);
-        const auto owner = mark.kind == Kind::projectUpdated ? clients.find(mark.record) : clients.end();
+        const auto owner = mark.kind == ActivityKind::projectUpdated ? clients.find(mark.record) : clients.end();
         if (owner != clients.end() && owner->second != mark.client)
             return std::nullopt;
     }
@@ -233,16 +233,16 @@ std::optional<std::vector<RowKey>> ActivityLogView::movedTasks(const std::vector
 
 bool ActivityLogView::isOf(const Mark& mark, const Changed& changed) {
     switch (mark.kind) {
-    case Kind::taskCompleted:
-    case Kind::taskUpdated:
+    case ActivityKind::taskCompleted:
+    case ActivityKind::taskUpdated:
         return isAmong(mark.record, changed.tasks);
-    case Kind::timeEntry:
+    case ActivityKind::timeEntry:
         return isAmong(mark.record, changed.entries);
-    case Kind::noteUpdated:
+    case ActivityKind::noteUpdated:
         return isAmong(mark.record, changed.notes);
-    case Kind::projectUpdated:
+    case ActivityKind::projectUpdated:
         return isAmong(mark.record, changed.projects);
-    case Kind::clientUpdated:
+    case ActivityKind::clientUpdated:
         return isAmong(mark.record, changed.clients);
     }
     return false;
@@ -341,24 +341,24 @@ std::optional<ActivityLogView::Row> ActivityLogView::rowOf(const Mark& mark) con
                    .record = record->id()};
     };
     switch (mark.kind) {
-    case Kind::taskCompleted:
-    case Kind::taskUpdated: {
+    case ActivityKind::taskCompleted:
+    case ActivityKind::taskUpdated: {
         const auto* task = context.find<ProjectTask>(mark.record);
         return row(task, [&] { return activityItem(*task, mark.kind); });
     }
-    case Kind::timeEntry: {
+    case ActivityKind::timeEntry: {
         const auto* entry = context.find<TimeEntry>(mark.record);
         return row(entry, [&] { return activityItem(*entry, now); });
     }
-    case Kind::noteUpdated: {
+    case ActivityKind::noteUpdated: {
         const auto* note = context.find<Note>(mark.record);
         return row(note, [&] { return activityItem(*note); });
     }
-    case Kind::projectUpdated: {
+    case ActivityKind::projectUpdated: {
         const auto* project = context.find<Project>(mark.record);
         return row(project, [&] { return activityItem(*project); });
     }
-    case Kind::clientUpdated: {
+    case ActivityKind::clientUpdated: {
         const auto* client = context.find<Client>(mark.record);
         return row(client, [&] { return activityItem(*client); });
     }

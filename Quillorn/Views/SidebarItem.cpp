@@ -9,7 +9,7 @@ namespace quillorn {
 
 namespace {
 
-using Kind = SidebarItem::Kind;
+using ItemKind = SidebarItem::Kind;
 
 constexpr SmartListTexts smartListTexts[] = {
     {"today", "Today", "calendar"},
@@ -22,11 +22,11 @@ constexpr SmartListTexts smartListTexts[] = {
 
 constexpr std::string_view recordKeys[] = {"client", "project", "tag"};
 
-bool exists(ModelContext& context, Kind kind, const UUID& id) {
+bool exists(ModelContext& context, ItemKind kind, const UUID& id) {
     switch (kind) {
-    case Kind::client:
+    case ItemKind::client:
         return context.find<Client>(id) != nullptr;
-    case Kind::project:
+    case ItemKind::project:
         return context.find<Project>(id) != nullptr;
     default:
         return context.find<Tag>(id) != nullptr;
@@ -41,12 +41,12 @@ std::string nameOf(ModelContext& context, const UUID& id) {
 
 } // namespace
 
-const SmartListTexts& textsOf(Kind smartList) {
-    return smartListTexts[static_cast<std::size_t>(smartList) - static_cast<std::size_t>(Kind::today)];
+const SmartListTexts& textsOf(ItemKind smartList) {
+    return smartListTexts[static_cast<std::size_t>(smartList) - static_cast<std::size_t>(ItemKind::today)];
 }
 
 std::string SidebarItem::key() const {
-    if (kind >= Kind::today)
+    if (kind >= ItemKind::today)
         return std::string(textsOf(kind).key);
     return std::string(recordKeys[static_cast<std::size_t>(kind)]) + ":" + id.string();
 }
@@ -54,7 +54,7 @@ std::string SidebarItem::key() const {
 std::optional<SidebarItem> SidebarItem::decode(std::string_view key, ModelContext& context) {
     const std::size_t colon = key.find(':');
     if (colon == std::string_view::npos) {
-        for (const Kind kind : smartListKinds)
+        for (const ItemKind kind : smartListKinds)
             if (textsOf(kind).key == key)
                 return SidebarItem{kind, {}};
         return std::nullopt;
@@ -62,7 +62,7 @@ std::optional<SidebarItem> SidebarItem::decode(std::string_view key, ModelContex
     const auto id = UUID::parse(key.substr(colon + 1)); // a second colon is no part of an id
     if (!id)
         return std::nullopt;
-    for (const Kind kind : {Kind::client, Kind::project, Kind::tag})
+    for (const ItemKind kind : {ItemKind::client, ItemKind::project, ItemKind::tag})
         if (recordKeys[static_cast<std::size_t>(kind)] == key.substr(0, colon) && exists(context, kind, *id))
             return SidebarItem{kind, *id};
     return std::nullopt;
@@ -70,11 +70,11 @@ std::optional<SidebarItem> SidebarItem::decode(std::string_view key, ModelContex
 
 std::string SidebarItem::label(ModelContext& context) const {
     switch (kind) {
-    case Kind::client:
+    case ItemKind::client:
         return nameOf<Client>(context, id);
-    case Kind::project:
+    case ItemKind::project:
         return nameOf<Project>(context, id);
-    case Kind::tag:
+    case ItemKind::tag:
         return nameOf<Tag>(context, id);
     default:
         return std::string(textsOf(kind).label);
@@ -83,13 +83,13 @@ std::string SidebarItem::label(ModelContext& context) const {
 
 std::optional<TaskFilter> SidebarItem::taskFilter() const {
     switch (kind) {
-    case Kind::today:
+    case ItemKind::today:
         return TaskFilter{TaskFilter::Kind::today};
-    case Kind::upcoming:
+    case ItemKind::upcoming:
         return TaskFilter{TaskFilter::Kind::upcoming};
-    case Kind::allTasks:
+    case ItemKind::allTasks:
         return TaskFilter{TaskFilter::Kind::all};
-    case Kind::tag:
+    case ItemKind::tag:
         return TaskFilter{TaskFilter::Kind::tag, id};
     default:
         return std::nullopt;

@@ -5,12 +5,12 @@
 
 namespace quillorn {
 
-using Kind = SidebarRow::Kind;
+using RowKind = SidebarRow::Kind;
 using Action = SidebarAction;
 
 std::vector<SidebarMenuItem> SidebarView::menu(const SidebarRow::Id& row) const {
     switch (row.kind) {
-    case Kind::client: {
+    case RowKind::client: {
         const Client* client = m_environment.main.context().find<Client>(row.record);
         if (client == nullptr)
             return {};
@@ -22,13 +22,13 @@ std::vector<SidebarMenuItem> SidebarView::menu(const SidebarRow::Id& row) const 
         items.push_back({Action::remove, "Delete..."});
         return items;
     }
-    case Kind::project:
+    case RowKind::project:
         return projectMenu(row);
-    case Kind::group:
+    case RowKind::group:
         return groupMenu(row);
-    case Kind::tag:
+    case RowKind::tag:
         return {{Action::edit, "Edit..."}, {Action::remove, "Delete..."}};
-    case Kind::section:
+    case RowKind::section:
         if (row.section == SidebarSection::unassigned)
             return {{Action::newGroup, "New Group", "folder.badge.plus"}};
         return {};
@@ -80,11 +80,11 @@ std::vector<SidebarMenuItem> SidebarView::groupMenu(const SidebarRow::Id& row) c
 ProjectScope SidebarView::scopeOf(const SidebarRow::Id& row) const {
     ModelContext& context = m_environment.main.context();
     std::optional<UUID> client;
-    if (row.kind == Kind::client) {
+    if (row.kind == RowKind::client) {
         client = row.record;
-    } else if (const auto* group = row.kind == Kind::group ? context.find<ProjectDivider>(row.record) : nullptr) {
+    } else if (const auto* group = row.kind == RowKind::group ? context.find<ProjectDivider>(row.record) : nullptr) {
         client = group->clientID();
-    } else if (const auto* project = row.kind == Kind::project ? context.find<Project>(row.record) : nullptr) {
+    } else if (const auto* project = row.kind == RowKind::project ? context.find<Project>(row.record) : nullptr) {
         if (project->client() != nullptr)
             client = project->client()->id();
     }
@@ -100,15 +100,15 @@ void SidebarView::perform(SidebarAction action, const SidebarRow::Id& row, const
         break;
     case Action::newGroup:
         m_renaming = scope.createGroup();
-        if (row.kind == Kind::client && m_expanded.insert(row.record).second)
+        if (row.kind == RowKind::client && m_expanded.insert(row.record).second)
             m_scene.set(setting("expandedClientIDs"), m_expanded);
         layOut();
         break;
     case Action::edit: {
         using enum SidebarSheet::Kind;
-        m_sheet = SidebarSheet{row.kind == Kind::client    ? client
-                               : row.kind == Kind::project ? project
-                                                           : tag,
+        m_sheet = SidebarSheet{row.kind == RowKind::client    ? client
+                               : row.kind == RowKind::project ? project
+                                                              : tag,
                                row.record};
         break;
     }
@@ -128,7 +128,7 @@ void SidebarView::perform(SidebarAction action, const SidebarRow::Id& row, const
         break;
     case Action::moveUp:
     case Action::moveDown:
-        if (row.kind == Kind::group)
+        if (row.kind == RowKind::group)
             scope.moveGroup(row.record, direction);
         else
             scope.moveProject(row.record, direction);
@@ -151,7 +151,7 @@ void SidebarView::setArchived(const SidebarRow::Id& row, bool archived) {
         record->setUpdatedAt(now);
     };
     m_environment.history.perform(archived ? "Archive" : "Unarchive", [&](ModelContext& context, Date now) {
-        if (row.kind == Kind::client)
+        if (row.kind == RowKind::client)
             set(context.find<Client>(row.record), now);
         else
             set(context.find<Project>(row.record), now);

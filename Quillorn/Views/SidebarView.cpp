@@ -20,7 +20,7 @@ namespace quillorn {
 
 namespace {
 
-using Kind = SidebarRow::Kind;
+using RowKind = SidebarRow::Kind;
 using Disclosure = SidebarRow::Disclosure;
 
 const Setting& expansionOf(SidebarSection section) {
@@ -44,12 +44,12 @@ ObservedCondition todayCount(const ViewEnvironment& environment) {
     return {.where = query.where, .values = query.values};
 }
 
-SidebarRow addRow(Kind kind, SidebarSection section, const char* title) {
+SidebarRow addRow(RowKind kind, SidebarSection section, const char* title) {
     return {.id = {kind, section}, .title = title, .symbol = "plus"};
 }
 
 SidebarRow projectRow(const Project& project, SidebarSection section, std::uint32_t depth) {
-    return {.id = {Kind::project, section, project.id()},
+    return {.id = {RowKind::project, section, project.id()},
             .depth = depth,
             .title = project.name(),
             .symbol = "folder.fill",
@@ -60,13 +60,13 @@ SidebarRow projectRow(const Project& project, SidebarSection section, std::uint3
 
 std::optional<SidebarItem> SidebarRow::item() const {
     switch (id.kind) {
-    case Kind::smartList:
+    case RowKind::smartList:
         return SidebarItem{id.item, {}};
-    case Kind::client:
+    case RowKind::client:
         return SidebarItem{SidebarItem::Kind::client, id.record};
-    case Kind::project:
+    case RowKind::project:
         return SidebarItem{SidebarItem::Kind::project, id.record};
-    case Kind::tag:
+    case RowKind::tag:
         return SidebarItem{SidebarItem::Kind::tag, id.record};
     default:
         return std::nullopt;
@@ -90,8 +90,8 @@ SidebarView::SidebarView(const ViewEnvironment& environment, SceneStorage& scene
     m_observations.push_back(m_today.observe([this](std::size_t) { layOut(); }));
     m_observations.push_back(environment.days.observe([this] { dayChanged(); }));
     m_observations.push_back(environment.settings.observe(environment.queue, [this] { layOut(); }));
-    m_observations.push_back(
-        notifications.observe("newClient", [this](const Notification&) { add(Kind::addClient); }, &environment.queue));
+    m_observations.push_back(notifications.observe(
+        "newClient", [this](const Notification&) { add(RowKind::addClient); }, &environment.queue));
     layOut();
 }
 
@@ -111,17 +111,17 @@ std::vector<SidebarRow> SidebarView::build() const {
     addSection(rows, SidebarSection::clients, "Clients");
     if (isExpanded(SidebarSection::clients)) {
         addClients(rows, SidebarSection::clients);
-        rows.push_back(addRow(Kind::addClient, SidebarSection::clients, "Add Client"));
+        rows.push_back(addRow(RowKind::addClient, SidebarSection::clients, "Add Client"));
     }
     addSection(rows, SidebarSection::unassigned, "Unassigned");
     if (isExpanded(SidebarSection::unassigned)) {
         addScope(rows, SidebarSection::unassigned, nullptr, 0);
-        rows.push_back(addRow(Kind::addProject, SidebarSection::unassigned, "Add Project"));
+        rows.push_back(addRow(RowKind::addProject, SidebarSection::unassigned, "Add Project"));
     }
     addSection(rows, SidebarSection::tags, "Tags");
     if (isExpanded(SidebarSection::tags)) {
         addTags(rows);
-        rows.push_back(addRow(Kind::addTag, SidebarSection::tags, "Add Tag"));
+        rows.push_back(addRow(RowKind::addTag, SidebarSection::tags, "Add Tag"));
     }
     addSection(rows, SidebarSection::archived, "Archived");
     if (isExpanded(SidebarSection::archived)) {
@@ -133,7 +133,7 @@ std::vector<SidebarRow> SidebarView::build() const {
 
 void SidebarView::addSection(std::vector<SidebarRow>& rows, SidebarSection section, std::string_view title) const {
     const bool isOpen = isExpanded(section);
-    rows.push_back({.id = {Kind::section, section},
+    rows.push_back({.id = {RowKind::section, section},
                     .disclosure = isOpen ? Disclosure::open : Disclosure::closed,
                     .title = std::string(title),
                     .help = (isOpen ? "Collapse " : "Expand ") + std::string(title)});
@@ -141,7 +141,7 @@ void SidebarView::addSection(std::vector<SidebarRow>& rows, SidebarSection secti
 
 void SidebarView::addSmartLists(std::vector<SidebarRow>& rows) const {
     for (const SidebarItem::Kind kind : smartListKinds) {
-        SidebarRow row{.id = {Kind::smartList, SidebarSection::smartLists, {}, kind},
+        SidebarRow row{.id = {RowKind::smartList, SidebarSection::smartLists, {}, kind},
                        .title = std::string(textsOf(kind).label),
                        .symbol = std::string(textsOf(kind).symbol)};
         if (kind == SidebarItem::Kind::today && m_today.value() > 0)
@@ -158,7 +158,7 @@ void SidebarView::addClients(std::vector<SidebarRow>& rows, SidebarSection secti
     sortByName(clients, m_environment.text);
     for (const Client* client : clients) {
         const bool isOpen = m_expanded.contains(client->id());
-        rows.push_back({.id = {Kind::client, section, client->id()},
+        rows.push_back({.id = {RowKind::client, section, client->id()},
                         .disclosure = isOpen ? Disclosure::open : Disclosure::closed,
                         .title = client->name(),
                         .symbol = client->icon(),
@@ -193,7 +193,7 @@ void SidebarView::addScope(std::vector<SidebarRow>& rows, SidebarSection section
 void SidebarView::addGroup(std::vector<SidebarRow>& rows, SidebarSection section, const ScopeLayout& layout,
                            std::size_t place, std::uint32_t depth) const {
     const GroupHeaderRow head = groupHeader(layout, place, isCollapsed(layout.groups[place].group->id()));
-    rows.push_back({.id = {Kind::group, section, head.group},
+    rows.push_back({.id = {RowKind::group, section, head.group},
                     .depth = depth,
                     .disclosure = head.isCollapsed ? Disclosure::closed : Disclosure::open,
                     .title = head.title,
@@ -213,7 +213,7 @@ void SidebarView::addTags(std::vector<SidebarRow>& rows) const {
         tags.push_back(&m_tags[place]);
     sortByName(tags, m_environment.text);
     for (const Tag* tag : tags)
-        rows.push_back({.id = {Kind::tag, SidebarSection::tags, tag->id()},
+        rows.push_back({.id = {RowKind::tag, SidebarSection::tags, tag->id()},
                         .title = tag->name(),
                         .symbol = "tag.fill",
                         .color = tag->color()});
@@ -249,7 +249,7 @@ void SidebarView::toggleGroup(const UUID& group) {
 }
 
 void SidebarView::toggle(const SidebarRow::Id& row) {
-    if (row.kind == Kind::group) {
+    if (row.kind == RowKind::group) {
         toggleGroup(row.record);
     } else {
         if (m_expanded.erase(row.record) == 0)
@@ -261,9 +261,9 @@ void SidebarView::toggle(const SidebarRow::Id& row) {
 
 void SidebarView::add(SidebarRow::Kind kind) {
     const auto of = [&] {
-        if (kind == Kind::addClient)
+        if (kind == RowKind::addClient)
             return SidebarSheet::Kind::client;
-        return kind == Kind::addProject ? SidebarSheet::Kind::project : SidebarSheet::Kind::tag;
+        return kind == RowKind::addProject ? SidebarSheet::Kind::project : SidebarSheet::Kind::tag;
     };
     m_sheet = SidebarSheet{of()};
     m_observers.tell();
@@ -293,11 +293,11 @@ std::optional<Confirmation> SidebarView::deletion() const {
         return std::nullopt;
     ModelContext& context = m_environment.main.context();
     const UUID& id = m_atStake->record;
-    if (m_atStake->kind == Kind::client) {
+    if (m_atStake->kind == RowKind::client) {
         const auto* client = context.find<Client>(id);
         return client != nullptr ? std::optional(deletionOfClient(*client)) : std::nullopt;
     }
-    if (m_atStake->kind == Kind::project) {
+    if (m_atStake->kind == RowKind::project) {
         const auto* project = context.find<Project>(id);
         return project != nullptr ? std::optional(deletionOfProject(*project)) : std::nullopt;
     }
@@ -313,11 +313,11 @@ void SidebarView::confirmDeletion() {
         return;
     ModelContext& context = m_environment.main.context();
     Entity* record = nullptr;
-    if (row->kind == Kind::client)
+    if (row->kind == RowKind::client)
         record = context.find<Client>(row->record);
-    else if (row->kind == Kind::project)
+    else if (row->kind == RowKind::project)
         record = context.find<Project>(row->record);
-    else if (row->kind == Kind::tag)
+    else if (row->kind == RowKind::tag)
         record = context.find<Tag>(row->record);
     if (record != nullptr)
         context.remove(*record);

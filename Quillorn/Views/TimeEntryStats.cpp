@@ -12,16 +12,13 @@
 namespace quillorn {
 
 using std::chrono::days;
+using Seconds = std::chrono::duration<double>;
 using std::chrono::local_days;
 using std::chrono::months;
 using std::chrono::year_month;
 using std::chrono::year_month_day;
 
 namespace {
-
-double seconds(std::chrono::microseconds time) {
-    return std::chrono::duration<double>(time).count();
-}
 
 year_month monthOf(Date date, const Calendar& calendar) {
     const year_month_day day = calendar.day(date);
@@ -79,7 +76,7 @@ double TimeEntryStats::total(Date now) const {
     Time time = m_total;
     for (const TrackedTime& entry : m_running)
         time += now - entry.start;
-    return seconds(time);
+    return Seconds(time).count();
 }
 
 double TimeEntryStats::between(local_days first, local_days end, Date now) const {
@@ -89,7 +86,7 @@ double TimeEntryStats::between(local_days first, local_days end, Date now) const
     for (const TrackedTime& entry : m_running)
         if (const local_days day = dayOf(entry.start); day >= first && day < end)
             time += now - entry.start;
-    return seconds(time);
+    return Seconds(time).count();
 }
 
 double TimeEntryStats::onDay(local_days day, Date now) const {
@@ -134,7 +131,7 @@ std::vector<TimeEntryStats::Share> TimeEntryStats::shares(const Buckets& buckets
         for (const TrackedTime& entry : m_running)
             if (entry.*member == key)
                 time += now - entry.start;
-        result.push_back({key, seconds(time)});
+        result.push_back({key, Seconds(time).count()});
     }
     const std::size_t count = std::min(most, result.size());
     std::ranges::partial_sort(

@@ -16,6 +16,7 @@ namespace quillorn {
 using std::chrono::days;
 using std::chrono::local_days;
 using Link = ReportedTime::Link;
+using Seconds = std::chrono::duration<double>;
 
 const std::vector<std::string> timeReportGroupings = {"day", "week", "project", "task", "client", "tag"};
 
@@ -73,10 +74,6 @@ std::chrono::microseconds rounded(std::chrono::microseconds time, std::chrono::m
         return time;
     const std::chrono::microseconds unit = step;
     return (time + unit - std::chrono::microseconds{1}) / unit * unit;
-}
-
-double seconds(std::chrono::microseconds time) {
-    return std::chrono::duration<double>(time).count();
 }
 
 void sort(std::vector<TimeReport::Row>& rows, TimeReportGrouping by, const Text& text) {
@@ -172,9 +169,9 @@ TimeReport timeReport(const std::vector<ReportedTime>& times, const TimeReportRe
         }
     }
     for (auto& [key, sum] : sums)
-        report.rows.push_back({key, std::move(sum.title), seconds(sum.time), sum.entries});
+        report.rows.push_back({key, std::move(sum.title), Seconds(sum.time).count(), sum.entries});
     sort(report.rows, request.by, text);
-    report.totalSeconds = seconds(total);
+    report.totalSeconds = Seconds(total).count();
     report.entries = times.size();
     return report;
 }

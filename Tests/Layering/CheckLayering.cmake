@@ -1,6 +1,6 @@
 # cmake -D SOURCES=FOLDER -D LAYERS=FILE [-D DEPS=FILE] -P CheckLayering.cmake
 # Walks the #include lines under SOURCES and names each one that breaks the picture in LAYERS. DEPS sets DEPS_<folder>
-# to what each folder links, and an include has to be linked too. Fails when there is anything to name.
+# to what each folder links, and an include has to be linked too; folders that are not built have none. Fails when there is anything to name.
 cmake_minimum_required(VERSION 3.25)
 include("${LAYERS}")
 include("${DEPS}")
@@ -56,7 +56,7 @@ foreach(file IN LISTS files)
                 # its own folder
             elseif(NOT target IN_LIST allowed)
                 fault("${file}: ${folder} must not include ${included}")
-            elseif(DEFINED DEPS AND NOT target IN_LIST linked)
+            elseif(DEFINED DEPS_${folder} AND NOT target IN_LIST linked)
                 fault("${file}: ${included}, but ${folder} does not link ${target} (DEPS in its CMakeLists.txt)")
             endif()
         else()

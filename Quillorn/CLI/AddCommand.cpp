@@ -5,13 +5,12 @@
 #include "CLI/TaskCommands.h"
 #include "CLI/Words.h"
 #include "Models/Project.h"
-#include "Models/Settings.h"
 #include "Models/Tag.h"
 #include "Models/TaskSentence.h"
 #include "Records/Edits.h"
 #include "Records/RecordChoice.h"
+#include "Records/SentenceRequest.h"
 #include "Records/TaskRecord.h"
-#include "Records/TaskRequests.h"
 
 #include <fmt/ranges.h>
 
@@ -35,38 +34,16 @@ ParsedTaskResult understood(const AddOptions& options, Session& session) {
     return readByModel(session, sentence, names);
 }
 
-template <class Object>
-std::optional<UUID> idOfName(ModelContext& context, const std::string& name, const char* condition) {
-    const auto found = context.fetch<Object>({.where = condition, .values = {name}});
-    return found.empty() ? std::nullopt : std::optional(found.front()->id());
-}
-
-std::vector<UUID> tagsOf(const AddOptions& options, const ParsedTaskResult& sentence, StoreWork& work) {
-    std::vector<UUID> ids;
-    for (const std::string& name : sentence.tagNames)
-        if (const auto id = idOfName<Tag>(work.context, name, "name = ?"))
-            ids.push_back(*id);
-    for (const std::string& typed : options.tags)
-        ids.push_back(chooseTag(work.context, typed, work.text()).id());
-    return ids;
-}
-
 CreateTaskRequest requestOf(const AddOptions& options, const ParsedTaskResult& sentence, StoreWork& work) {
-    CreateTaskRequest request;
-    request.title = sentence.title;
-    request.description = options.description ? options.description : sentence.description;
-    request.dueDate = sentence.dueDate;
-    request.priority = static_cast<std::int64_t>(
-        options.priority ? requirePriority(*options.priority)
-        : sentence.priority
-            ? *sentence.priority
-            : enumFromRaw<TaskPriority>(Settings(work.session.settings()).integer(setting("defaultPriority")))
-                  .value_or(TaskPriority::medium));
+    CreateTaskRequest request = quillorn::requestOf(sentence, work.context, work.session.settings());
+    if (options.description)
+        request.description = options.description;
+    if (options.priority)
+        request.priority = static_cast<std::int64_t>(requirePriority(*options.priority));
     if (options.project)
         request.projectId = chooseProject(work.context, *options.project, work.text()).id();
-    else if (sentence.projectName)
-        request.projectId = idOfName<Project>(work.context, *sentence.projectName, "isArchived = 0 AND name = ?");
-    request.tagIds = tagsOf(options, sentence, work);
+    for (const std::string& typed : options.tags)
+        request.tagIds->push_back(chooseTag(work.context, typed, work.text()).id());
     requireFaultless(request);
     return request;
 }

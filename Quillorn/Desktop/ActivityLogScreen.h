@@ -14,6 +14,8 @@ class ActivityLogScreen final : public Screen {
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY changed)
     Q_PROPERTY(QVariantMap header READ header NOTIFY changed)
     Q_PROPERTY(bool hasMore READ hasMore NOTIFY changed)
+    /// Whether it is to be updated each second while it is seen.
+    Q_PROPERTY(bool hasRunning READ hasRunning NOTIFY changed)
     Q_PROPERTY(QVariantMap words READ words NOTIFY changed)
 
   public:
@@ -27,6 +29,7 @@ class ActivityLogScreen final : public Screen {
     void setFilter(const QString& client);
     QVariantMap header() const;
     bool hasMore() const { return m_view.hasMore(); }
+    bool hasRunning() const { return m_view.hasRunning(); }
     QVariantMap words() const;
 
     Q_INVOKABLE void showMore() { m_view.showMore(); }

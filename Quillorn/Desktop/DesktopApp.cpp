@@ -6,9 +6,13 @@
 #include "Models/TimeEntry.h"
 #include "Services/TaskAgentClipboard.h"
 #include "Store/MainContext.h"
+#include "Views/GoToChoices.h"
+#include "Views/MenuCommands.h"
 
 #include <QSysInfo>
 #include <QUrl>
+#include <algorithm>
+#include <iterator>
 
 namespace quillorn {
 
@@ -33,6 +37,7 @@ DesktopApp::DesktopApp(AppSession& world, const ViewEnvironment& environment, Sy
     m_observations.push_back(m_content.observe([this] { update(); }));
     m_observations.push_back(environment.history.observe(telling()));
     m_observations.push_back(world.app().apiServer().observe(telling()));
+    m_observations.push_back(environment.days.observe([this] { dayChanged(); }));
     connect(&m_sidebar, &Screen::changed, this, &DesktopApp::showSheet);
     for (Screen* screen :
          {static_cast<Screen*>(&m_sidebar), static_cast<Screen*>(&m_timer), static_cast<Screen*>(&m_settingsTabs),
@@ -82,7 +87,8 @@ void DesktopApp::show(const QString& kind, const QString& record) {
         m_content.selectTask(toId(record));
     else if (kind == "note")
         selectNote(record);
-    else if (const auto item = SidebarItem::decode((kind + ":" + record).toStdString(), m_environment.main.context()))
+    else if (const auto item = SidebarItem::decode((record.isEmpty() ? kind : kind + ":" + record).toStdString(),
+                                                   m_environment.main.context()))
         m_content.select(*item);
 }
 
@@ -103,7 +109,20 @@ void DesktopApp::showActivity(int kind, const QString& record) {
 }
 
 void DesktopApp::command(const QString& name) {
-    attempt([&] { m_world.notifications().post({.name = name.toStdString(), .object = {}, .userInfo = {}}); });
+    const std::string wanted = name.toStdString();
+    const auto* command = std::ranges::find(menuCommands, wanted, &MenuCommand::name);
+    if (command == std::end(menuCommands))
+        return;
+    if (command->isPosted)
+        attempt([&] { m_world.notifications().post({.name = wanted, .object = {}, .userInfo = {}}); });
+    else if (wanted == commands::undo)
+        undo();
+    else if (wanted == commands::redo)
+        redo();
+    else if (wanted == commands::quickAdd)
+        openQuickAdd();
+    else
+        Q_EMIT commanded(name);
 }
 
 void DesktopApp::undo() {
@@ -221,9 +240,57 @@ void DesktopApp::showSheet() {
         return;
     }
     case Sheet::reminderImport:
+        return openReminderImport();
     case Sheet::none:
         return;
     }
+}
+
+QVariantMap DesktopApp::goToWords() {
+    return {{"prompt", toVariant(goToPrompt)}, {"nothing", toVariant(goToNothing)}};
+}
+
+void DesktopApp::dropTasks(const QString& task, int row) {
+    if (const std::optional<UUID> id = toId(task))
+        m_sidebar.dropTasks(m_tasks ? m_tasks->view().targets(*id) : TaskIds{*id}, row);
+}
+
+void DesktopApp::openQuickAdd() {
+    if (!m_quickAdd)
+        m_quickAdd.set(watched(new QuickAddScreen(m_environment)));
+    Q_EMIT changed();
+    Q_EMIT commanded(toQString(commands::quickAdd));
+}
+
+void DesktopApp::closeQuickAdd() {
+    m_quickAdd.set(nullptr);
+    Q_EMIT changed();
+}
+
+void DesktopApp::openReminderImport() {
+    if (m_reminderImport)
+        return;
+    m_reminderImport.set(watched(
+        new ReminderImportScreen(m_world.app().reminderImport(), m_world.settings(), m_environment.main.context())));
+    Q_EMIT changed();
+}
+
+void DesktopApp::closeReminderImport() {
+    m_reminderImport.set(nullptr);
+    if (m_content.sheet() == ContentView::Sheet::reminderImport)
+        m_content.closeSheet();
+    Q_EMIT changed();
+}
+
+/// What the view models don't follow by themselves.
+void DesktopApp::dayChanged() {
+    if (m_time)
+        m_time->update();
+    if (m_summary)
+        m_summary->update();
+    if (m_activity)
+        m_activity->update();
+    Q_EMIT changed();
 }
 
 void DesktopApp::openForm(std::unique_ptr<FormScreen> form) {

@@ -4,9 +4,12 @@
 #include "Desktop/AISettingsScreen.h"
 #include "Desktop/ActivityLogScreen.h"
 #include "Desktop/ChatScreen.h"
+#include "Desktop/CommandLists.h"
 #include "Desktop/FormScreen.h"
 #include "Desktop/NoteScreens.h"
+#include "Desktop/QuickAddScreen.h"
 #include "Desktop/RecordScreen.h"
+#include "Desktop/ReminderImportScreen.h"
 #include "Desktop/ScreenSlot.h"
 #include "Desktop/SettingsScreens.h"
 #include "Desktop/SidebarScreen.h"
@@ -48,6 +51,11 @@ class DesktopApp final : public Screen {
     /// The form that is open, and that of a time entry.
     Q_PROPERTY(QObject* form READ form NOTIFY changed)
     Q_PROPERTY(QObject* entry READ entry NOTIFY changed)
+    Q_PROPERTY(QObject* quickAdd READ quickAdd NOTIFY changed)
+    Q_PROPERTY(QObject* reminderImport READ reminderImport NOTIFY changed)
+    Q_PROPERTY(QVariantList menu READ menu CONSTANT)
+    Q_PROPERTY(QVariantList keys READ keys CONSTANT)
+    Q_PROPERTY(QVariantMap goToWords READ goToWords CONSTANT)
     Q_PROPERTY(QString serverState READ serverState NOTIFY changed)
     Q_PROPERTY(bool isServing READ isServing NOTIFY changed)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
@@ -88,6 +96,11 @@ class DesktopApp final : public Screen {
     QObject* note() { return m_note.get(); }
     QObject* form() { return m_form.get(); }
     QObject* entry() { return m_entry.get(); }
+    QObject* quickAdd() { return m_quickAdd.get(); }
+    QObject* reminderImport() { return m_reminderImport.get(); }
+    static QVariantList menu() { return menuList(); }
+    static QVariantList keys() { return keyList(); }
+    static QVariantMap goToWords();
     QString serverState() const;
     bool isServing() const;
     bool canUndo() const { return m_environment.history.canUndo(); }
@@ -110,7 +123,7 @@ class DesktopApp final : public Screen {
     Q_INVOKABLE void selectRow(int row);
     Q_INVOKABLE void selectTask(const QString& task) { m_content.selectTask(toId(task)); }
     Q_INVOKABLE void selectNote(const QString& note);
-    /// "client", "project", "tag", "task" or "note".
+    /// "client", "project", "tag", "task" or "note"; without a record the key of a smart list.
     Q_INVOKABLE void show(const QString& kind, const QString& record);
     /// What a row of the activity log is about.
     Q_INVOKABLE void showActivity(int kind, const QString& record);
@@ -118,6 +131,11 @@ class DesktopApp final : public Screen {
     Q_INVOKABLE void command(const QString& name);
     Q_INVOKABLE void undo();
     Q_INVOKABLE void redo();
+    Q_INVOKABLE QVariantList goToChoices(const QString& search) const { return goToList(m_environment, search); }
+    /// What was carried with the task was dropped on a row of the sidebar.
+    Q_INVOKABLE void dropTasks(const QString& task, int row);
+    Q_INVOKABLE void closeQuickAdd();
+    Q_INVOKABLE void closeReminderImport();
     /// The form was closed, with the record that it has kept or none.
     Q_INVOKABLE void closeForm(const QString& saved);
     Q_INVOKABLE void editEntry(const QString& entry);
@@ -125,12 +143,19 @@ class DesktopApp final : public Screen {
     /// Shows the record of a quillorn:// address; does nothing for any other.
     Q_INVOKABLE void open(const QString& address);
 
+  Q_SIGNALS:
+    /// A command that is the window's own.
+    void commanded(const QString& name);
+
   private:
     static QString textOf(const std::optional<UUID>& id) { return id ? toQString(id->string()) : QString(); }
     void update();
     void showColumn(const ContentView::Column& column);
     void showDetail();
     void showSheet();
+    void openQuickAdd();
+    void openReminderImport();
+    void dayChanged();
     void openForm(std::unique_ptr<FormScreen> form);
     TimeEntryFormSheet::Environment entryEnvironment() const;
     template <typename Type>
@@ -166,6 +191,8 @@ class DesktopApp final : public Screen {
     ScreenSlot<NoteScreen> m_note;
     ScreenSlot<FormScreen> m_form;
     ScreenSlot<TimeEntryScreen> m_entry;
+    ScreenSlot<QuickAddScreen> m_quickAdd;
+    ScreenSlot<ReminderImportScreen> m_reminderImport;
     /// Whether the form is the sidebar's, else the window's.
     bool m_isSidebarsForm = false;
     std::vector<Observation> m_observations;

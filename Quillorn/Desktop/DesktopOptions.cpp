@@ -16,6 +16,7 @@ std::optional<int> DesktopOptions::read(std::vector<std::string> arguments, Desk
         ->check([](const std::string& text) {
             return text.starts_with("quillorn://") ? std::string() : "is not an address that begins with quillorn://";
         });
+    app.add_flag("--quick-add", options.quickAdd, "Add a task in a small window of its own");
     const std::map<std::string, Appearance::Scheme> schemes{{"system", Appearance::Scheme::system},
                                                             {"light", Appearance::Scheme::light},
                                                             {"dark", Appearance::Scheme::dark}};

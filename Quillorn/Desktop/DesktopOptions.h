@@ -12,6 +12,8 @@ namespace quillorn {
 struct DesktopOptions {
     /// A quillorn:// address to open; empty for none.
     std::string address;
+    /// Whether only the window in which a task is added is wanted.
+    bool quickAdd = false;
     Appearance::Scheme scheme = Appearance::Scheme::system;
 
     /// The options; where the program is to end at once, its status, with everything said.

@@ -3,6 +3,7 @@
 #include "App/MachineServices.h"
 #include "Desktop/SymbolProvider.h"
 #include "Models/Settings.h"
+#include "Views/MenuCommands.h"
 
 #include <QCoreApplication>
 #include <QQmlContext>
@@ -54,7 +55,7 @@ void Shell::prepare() {
     QQuickStyle::setFallbackStyle("Basic");
 }
 
-Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log)
+Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, Start start)
     : m_mainQueue(log),
       m_world(m_mainQueue, log, process, QuillornApp::Schedules::run, QUILLORN_VERSION),
       m_look(scheme) {
@@ -70,9 +71,12 @@ Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& l
     context.setContextProperty("Look", &m_look);
     context.setContextProperty("Recovery", recoveryOf(m_world.app()));
     context.setContextProperty("Desk", desk());
+    m_engine.setInitialProperties({{"visible", start == Start::window}});
     m_engine.load("qrc:/qml/Quillorn/Desktop/Main.qml");
     if (m_engine.rootObjects().isEmpty())
         throw std::runtime_error("the window could not be made");
+    if (start == Start::quickAdd)
+        quickAdd();
 }
 
 void Shell::startServices() {
@@ -95,6 +99,13 @@ void Shell::open(const QString& address) {
     window().requestActivate();
     if (m_desk)
         m_desk->open(address);
+}
+
+void Shell::quickAdd() {
+    if (m_desk)
+        m_desk->command(toQString(commands::quickAdd));
+    else
+        open({});
 }
 
 } // namespace quillorn

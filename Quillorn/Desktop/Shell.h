@@ -21,8 +21,10 @@ class Shell {
     /// To be called before that: how the window is drawn, and by which style.
     static void prepare();
 
+    /// What shows first. Without the main window the program ends when the small one is closed.
+    enum class Start { window, quickAdd };
     /// Throws what QuillornApp throws, and std::runtime_error where the window can't be made.
-    Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log);
+    Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, Start start = Start::window);
     Shell(const Shell&) = delete;
     Shell& operator=(const Shell&) = delete;
 
@@ -33,6 +35,8 @@ class Shell {
 
     /// Brings the window to the front, and shows the record of a quillorn:// address in it, if there is one.
     void open(const QString& address);
+    /// Shows the small window in which a task is added; the recovery screen where the store can't be opened.
+    void quickAdd();
 
   private:
     /// The server where the settings want it, and what notifications and a lost store lead to.

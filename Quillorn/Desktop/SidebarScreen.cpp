@@ -23,6 +23,7 @@ constexpr Role<SidebarRow> roles[] = {
     role<&SidebarRow::countText>("countText"),
     role<&SidebarRow::help>("help"),
     role<&SidebarRow::isRenaming>("isRenaming"),
+    {"takesTasks", [](const SidebarRow& row) { return toVariant(SidebarView::takesTasks(row.id)); }},
 };
 
 } // namespace
@@ -110,19 +111,40 @@ void SidebarScreen::finishRenaming(const QString& title) {
     attempt([&] { m_view.finishRenaming(title.toStdString()); });
 }
 
+bool SidebarScreen::rename(int row) {
+    const SidebarRow* found = at(row);
+    const std::optional<SidebarAction> action = found != nullptr ? m_view.renaming(found->id) : std::nullopt;
+    if (action)
+        m_view.perform(*action, SidebarRow::Id(found->id));
+    return action.has_value();
+}
+
+bool SidebarScreen::move(int row, int by) {
+    const SidebarRow* found = at(row);
+    bool isMoved = false;
+    if (found != nullptr)
+        attempt([&, id = found->id] { isMoved = m_view.move(id, by < 0 ? Direction::up : Direction::down); });
+    return isMoved;
+}
+
+int SidebarScreen::dropPlace(int dragged, int target) {
+    const SidebarRow* source = at(dragged);
+    const SidebarRow* other = at(target);
+    if (source == nullptr || other == nullptr)
+        return 0;
+    return static_cast<int>(m_view.dropPlace(source->id, other->id));
+}
+
 void SidebarScreen::drop(int dragged, int target) {
     const SidebarRow* source = at(dragged);
-    const SidebarRow* group = at(target);
-    if (source == nullptr || group == nullptr || group->id.kind != SidebarRow::Kind::group)
-        return;
-    const SidebarRow::Id from = source->id;
-    const SidebarRow::Id to = group->id;
-    attempt([&] {
-        if (from.kind == SidebarRow::Kind::project)
-            m_view.dropProject(from.record, to);
-        else if (from.kind == SidebarRow::Kind::group)
-            m_view.dropGroup(from.record, to);
-    });
+    const SidebarRow* other = at(target);
+    if (source != nullptr && other != nullptr)
+        attempt([&, from = source->id, to = other->id] { m_view.drop(from, to); });
+}
+
+void SidebarScreen::dropTasks(const std::vector<UUID>& tasks, int row) {
+    if (const SidebarRow* found = at(row))
+        attempt([&, id = found->id] { m_view.dropTasks(tasks, id); });
 }
 
 void SidebarScreen::confirmDeletion() {

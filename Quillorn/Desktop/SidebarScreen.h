@@ -33,8 +33,14 @@ class SidebarScreen final : public Screen {
     Q_INVOKABLE void perform(int row, int index);
     Q_INVOKABLE void finishRenaming(const QString& title);
     Q_INVOKABLE void cancelRenaming() { m_view.cancelRenaming(); }
-    /// The row of a project or a group was dropped on that of a group.
+    /// Opens the title of a row for editing, or the form in which it stands; false for a row without one.
+    Q_INVOKABLE bool rename(int row);
+    /// One place up for -1, down for 1, in the manual order; false where there is none.
+    Q_INVOKABLE bool move(int row, int by);
+    /// 0 for nowhere, 1 into the target, 2 above it, 3 below it.
+    Q_INVOKABLE int dropPlace(int dragged, int target);
     Q_INVOKABLE void drop(int dragged, int target);
+    void dropTasks(const std::vector<UUID>& tasks, int row);
     Q_INVOKABLE void closeSheet() { m_view.closeSheet(); }
     Q_INVOKABLE void confirmDeletion();
     Q_INVOKABLE void cancelDeletion() { m_view.cancelDeletion(); }

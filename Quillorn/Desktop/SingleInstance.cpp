@@ -15,7 +15,7 @@ constexpr int patience = 2000; // ms
 
 } // namespace
 
-SingleInstance::Outcome SingleInstance::claim(const QString& address) {
+SingleInstance::Outcome SingleInstance::claim(const Request& request) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return Outcome::first;
@@ -24,14 +24,16 @@ SingleInstance::Outcome SingleInstance::claim(const QString& address) {
     if (bus.registerService(service))
         return Outcome::first;
 
+    const auto callTo = [](const char* method) {
+        return QDBusMessage::createMethodCall(service, path, interface, method);
+    };
     QDBusMessage call;
-    if (!address.isEmpty()) {
-        call = QDBusMessage::createMethodCall(service, path, interface, "Open");
-        call << QStringList{address} << QVariantMap();
-    } else {
-        call = QDBusMessage::createMethodCall(service, path, interface, "Activate");
-        call << QVariantMap();
-    }
+    if (request.quickAdd)
+        call = callTo("ActivateAction") << quickAddAction << QVariantList() << QVariantMap();
+    else if (!request.address.isEmpty())
+        call = callTo("Open") << QStringList{request.address} << QVariantMap();
+    else
+        call = callTo("Activate") << QVariantMap();
     // One that doesn't answer is not one that shows a window.
     return bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage ? Outcome::handedOver
                                                                                        : Outcome::first;

@@ -6,6 +6,9 @@
 
 namespace quillorn {
 
+/// What a .desktop file calls it too.
+inline constexpr auto quickAddAction = "quick-add";
+
 /// One window on the user's store: a second start hands over what it was started with, and ends. Without a session bus
 /// each start stands for itself.
 class SingleInstance final : public QObject {
@@ -14,12 +17,18 @@ class SingleInstance final : public QObject {
   public:
     enum class Outcome { first, handedOver };
 
-    /// `address` is a quillorn:// address, or empty.
-    Outcome claim(const QString& address);
+    /// What a start asks for.
+    struct Request {
+        /// A quillorn:// address, or empty.
+        QString address{};
+        bool quickAdd = false;
+    };
+    Outcome claim(const Request& request);
 
   Q_SIGNALS:
     /// The window is wanted, with an address or none.
     void opened(const QString& address);
+    void quickAddWanted();
 };
 
 /// org.freedesktop.Application, as the desktop and a second start call it.
@@ -36,7 +45,10 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
         for (const QString& address : addresses)
             Q_EMIT m_instance.opened(address);
     }
-    void ActivateAction(const QString&, const QVariantList&, const QVariantMap&) {}
+    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap&) {
+        if (name == quickAddAction)
+            Q_EMIT m_instance.quickAddWanted();
+    }
 
   private:
     SingleInstance& m_instance;

@@ -3,6 +3,7 @@
 #include "Desktop/Values.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
+#include "Views/DetailView.h"
 
 namespace quillorn {
 
@@ -147,6 +148,11 @@ QStringList TaskListScreen::selection() const {
 TaskIds TaskListScreen::targets(const QString& task) const {
     const std::optional<UUID> id = toId(task);
     return id ? m_view.targets(*id) : m_view.selection();
+}
+
+QString TaskListScreen::carried(const QString& task, const QString& title) const {
+    const std::size_t count = targets(task).size();
+    return count > 1 ? toQString(counted(count, "task")) : title;
 }
 
 void TaskListScreen::toggleCompleted(const QString& task) {

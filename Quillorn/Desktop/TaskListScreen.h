@@ -62,6 +62,8 @@ class TaskListScreen final : public Screen {
     Q_INVOKABLE void select(const QStringList& tasks);
     Q_INVOKABLE QStringList selection() const;
 
+    /// What is carried with the row of that title.
+    Q_INVOKABLE QString carried(const QString& task, const QString& title) const;
     Q_INVOKABLE void toggleCompleted(const QString& task);
     Q_INVOKABLE void setStatus(const QString& task, int status);
     Q_INVOKABLE void setPriority(const QString& task, int priority);

@@ -14,6 +14,8 @@ class TimeDashboardScreen final : public Screen {
     Q_PROPERTY(QVariantList days READ days NOTIFY changed)
     Q_PROPERTY(QVariantList byProject READ byProject NOTIFY changed)
     Q_PROPERTY(QVariantList byTask READ byTask NOTIFY changed)
+    /// Whether it is to be updated each second while it is seen.
+    Q_PROPERTY(bool hasRunning READ hasRunning NOTIFY changed)
     Q_PROPERTY(QVariantMap words READ words CONSTANT)
 
   public:
@@ -24,6 +26,7 @@ class TimeDashboardScreen final : public Screen {
     QVariantList days() const;
     QVariantList byProject() const { return shares(m_view.byProject()); }
     QVariantList byTask() const { return shares(m_view.byTask()); }
+    bool hasRunning() const { return m_view.stats().hasRunning(); }
     static QVariantMap words();
 
     Q_INVOKABLE void update() { m_view.update(); }

@@ -12,6 +12,8 @@ class TodaySummaryScreen final : public Screen {
     Q_PROPERTY(QAbstractItemModel* notes READ notes CONSTANT)
     Q_PROPERTY(QVariantList tiles READ tiles NOTIFY changed)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    /// Whether it is to be updated each second while it is seen.
+    Q_PROPERTY(bool hasRunning READ hasRunning NOTIFY changed)
     Q_PROPERTY(QVariantMap words READ words CONSTANT)
 
   public:
@@ -21,6 +23,7 @@ class TodaySummaryScreen final : public Screen {
     QAbstractItemModel* notes() { return &m_notes; }
     QVariantList tiles() const;
     bool isEmpty() const { return m_view.isEmpty(); }
+    bool hasRunning() const { return m_view.hasRunning(); }
     static QVariantMap words();
 
     /// The present moment has moved on.

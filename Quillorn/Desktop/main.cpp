@@ -31,11 +31,12 @@ int run(int count, char** arguments) {
 
     SingleInstance instance;
     const QString address = toQString(options.address);
-    if (instance.claim(address) == SingleInstance::Outcome::handedOver)
+    if (instance.claim({address, options.quickAdd}) == SingleInstance::Outcome::handedOver)
         return 0;
     StandardErrorLog log;
-    Shell shell(process, options.scheme, log);
+    Shell shell(process, options.scheme, log, options.quickAdd ? Shell::Start::quickAdd : Shell::Start::window);
     QObject::connect(&instance, &SingleInstance::opened, [&](const QString& asked) { shell.open(asked); });
+    QObject::connect(&instance, &SingleInstance::quickAddWanted, [&] { shell.quickAdd(); });
     if (!address.isEmpty())
         shell.open(address);
     return QGuiApplication::exec();

@@ -2,8 +2,8 @@
 
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
-#include "Models/Settings.h"
 #include "Models/Tag.h"
+#include "Models/TaskDefaults.h"
 #include "Platform/Background.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
@@ -49,7 +49,8 @@ class Work {
             .title = parameters.title,
             .taskDescription = composeNote(parameters.note.value_or(""), parameters.urls),
             .dueDate = due ? std::optional(due->date) : std::nullopt,
-            .priority = parameters.isFlagged.value_or(false) ? TaskPriority::high : defaultPriority(),
+            .priority =
+                parameters.isFlagged.value_or(false) ? TaskPriority::high : usualPriority(m_environment.settings),
             .project = list ? projectOf(*list) : nullptr,
         };
         const TagMatch tags = matchedTags(parameters.tags);
@@ -92,7 +93,7 @@ class Work {
             task.setDueHasTime(due && due->hasTime);
         }
         if (parameters.isFlagged && *parameters.isFlagged != isFlagged(task.priority()))
-            task.setPriority(*parameters.isFlagged ? TaskPriority::high : defaultPriority());
+            task.setPriority(*parameters.isFlagged ? TaskPriority::high : usualPriority(m_environment.settings));
         if (parameters.isCompleted && *parameters.isCompleted != task.isCompleted())
             task.setCompleted(*parameters.isCompleted, m_now);
         if (parameters.list)
@@ -112,11 +113,6 @@ class Work {
 
     std::optional<ResolvedDate> resolved(const std::optional<DateComponents>& components) const {
         return components ? resolve(*components, m_environment.calendar, m_now) : std::nullopt;
-    }
-
-    TaskPriority defaultPriority() const {
-        const std::int64_t number = Settings(m_environment.settings).integer(setting("defaultPriority"));
-        return enumFromRaw<TaskPriority>(number).value_or(TaskPriority::medium);
     }
 
     std::string sentence(const CreateReminderParameters& parameters, const ProjectTask& task) const {

@@ -272,6 +272,7 @@ void ActivityLogView::show() {
     m_day = m_calendar.startOfDay(now);
     m_count = marks.size();
     m_shown = std::min(m_limit, m_count);
+    m_hasRunning = std::ranges::any_of(marks.last(m_shown), &Mark::isRunning);
     showRows(marks.last(m_shown));
     m_observers.tell();
 }

@@ -76,6 +76,8 @@ class ActivityLogView {
     const ActivityDashboardHeader& header() const { return *m_header; }
     const ObservableList<Row>& rows() const { return m_rows; }
     ObservableList<Row>& rows() { return m_rows; }
+    /// Whether an entry that is shown still grows.
+    bool hasRunning() const { return m_hasRunning; }
     bool hasMore() const { return m_shown < m_count; }
     void showMore();
     std::string_view emptyMessage() const;
@@ -131,6 +133,7 @@ class ActivityLogView {
     std::size_t m_limit = pageSize;
     std::size_t m_count = 0; // of those that the filter leaves
     std::size_t m_shown = 0;
+    bool m_hasRunning = false;
     bool m_isStale = true; // what there is could not be read
     Date m_day{};          // on which the rows were made
     Shelf m_shelf;

@@ -119,6 +119,22 @@ void ProjectScope::moveToGroup(const UUID& project, const std::optional<UUID>& g
     });
 }
 
+void ProjectScope::dropProject(const UUID& dragged, const UUID& target) {
+    m_environment.history.perform("Move Project", [&](ModelContext&, Date) {
+        const ScopeLayout scope = layout();
+        Project* moved = find(scope, dragged);
+        const Project* other = find(scope, target);
+        if (moved == nullptr || other == nullptr || moved == other)
+            return;
+        std::vector<Project*> siblings = siblingsOf(scope, *other);
+        const std::size_t place = placeOf(siblings, target);
+        std::erase(siblings, moved);
+        siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(std::min(place, siblings.size())), moved);
+        moved->setGroupID(other->groupID());
+        renumber(siblings);
+    });
+}
+
 void ProjectScope::moveGroup(const UUID& group, Direction direction) {
     m_environment.history.perform("Move Group", [&](ModelContext&, Date) {
         const auto groups = groupsOf(layout());

@@ -65,6 +65,8 @@ class ProjectScope {
 
     void moveProject(const UUID& project, Direction direction);
     void moveToGroup(const UUID& project, const std::optional<UUID>& group);
+    /// A project that is dropped on another one takes its place, in its group too.
+    void dropProject(const UUID& dragged, const UUID& target);
     void moveGroup(const UUID& group, Direction direction);
     /// A group that is dropped on the head of another one takes its place.
     void dropGroup(const UUID& dragged, const UUID& target);

@@ -7,7 +7,7 @@
 #include "Store/ModelContext.h"
 
 #include <algorithm>
-#include <fmt/core.h>
+#include <fmt/ranges.h>
 
 namespace quillorn {
 
@@ -71,6 +71,16 @@ bool ReminderImportSheet::canScan() const {
     return isConfigured() && !m_isBusy && m_hasAccess.value_or(false) && !m_selected.empty();
 }
 
+std::string_view ReminderImportSheet::hindrance() const {
+    if (m_stage == Stage::review)
+        return m_rows.empty() && !m_isBusy && !m_error ? nothingOpen : "";
+    if (m_stage != Stage::setup)
+        return "";
+    if (m_hasAccess == false)
+        return noAccess;
+    return isConfigured() ? "" : notConfigured;
+}
+
 void ReminderImportSheet::scan() {
     if (!canScan())
         return;
@@ -111,14 +121,25 @@ std::vector<std::string> ReminderImportSheet::remarks(const ReminderImportRow& r
     return remarks;
 }
 
+std::size_t ReminderImportSheet::includedCount() const {
+    return static_cast<std::size_t>(std::ranges::count_if(m_rows, &ReminderImportRow::include));
+}
+
+std::string ReminderImportSheet::summary() const {
+    return fmt::format("{} reminder{} from {} · {} chosen", m_rows.size(), m_rows.size() == 1 ? "" : "s",
+                       fmt::join(m_scan.lists, ", "), includedCount());
+}
+
 std::string ReminderImportSheet::importLabel() const {
-    const auto count =
-        std::count_if(m_rows.begin(), m_rows.end(), [](const ReminderImportRow& row) { return row.include; });
-    return fmt::format("Import {}", count);
+    return fmt::format("Import {}", includedCount());
+}
+
+bool ReminderImportSheet::canImport() const {
+    return m_stage == Stage::review && !m_isBusy && !m_error && includedCount() > 0;
 }
 
 void ReminderImportSheet::import() {
-    if (m_isBusy || m_stage != Stage::review || m_error)
+    if (!canImport())
         return;
     setBusy(true);
     m_tasks.start(apply(*this));

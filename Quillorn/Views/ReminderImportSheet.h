@@ -25,8 +25,14 @@ class ReminderImportSheet {
     static constexpr std::string_view noAccess = "Quillorn doesn't have access to Reminders. Allow it in System "
                                                  "Settings → Privacy & Security → Reminders.";
     static constexpr std::string_view nothingOpen = "No open reminders to import.";
+    static constexpr std::string_view completesLabel = "Mark imported reminders complete";
     static constexpr std::string_view titlePrompt = "Task title";
+    static constexpr std::string_view projectLabel = "Project";
     static constexpr std::string_view noProject = "No project";
+    static constexpr std::string_view scanButton = "Scan";
+    static constexpr std::string_view cancelButton = "Cancel";
+    static constexpr std::string_view backButton = "Back";
+    static constexpr std::string_view doneButton = "Done";
     static constexpr std::string_view resultSymbol = "checkmark.circle.fill";
     static constexpr std::string_view failureSymbol = "exclamationmark.triangle.fill";
 
@@ -52,6 +58,8 @@ class ReminderImportSheet {
     void setCompletes(bool completes);
     bool isConfigured() const;
     bool canScan() const;
+    /// Why there is nothing to do at this stage: no access, no AI, no open reminder; empty for no reason.
+    std::string_view hindrance() const;
     void scan();
 
     /// To be edited in place.
@@ -64,7 +72,10 @@ class ReminderImportSheet {
     std::vector<ProjectChoice> projectChoices() const;
     /// "· 0.92", "· reason" and why the row will not be filed, as far as there is any.
     static std::vector<std::string> remarks(const ReminderImportRow& row);
+    /// "5 reminders from Inbox, Work · 3 chosen"
+    std::string summary() const;
     std::string importLabel() const;
+    bool canImport() const;
     void import();
     /// To the setup, from an error or a review.
     void back();
@@ -78,6 +89,7 @@ class ReminderImportSheet {
     static Task<> read(ReminderImportSheet& sheet, std::vector<std::string> lists);
     static Task<> apply(ReminderImportSheet& sheet);
     void setBusy(bool isBusy);
+    std::size_t includedCount() const;
 
     ReminderImportService& m_service;
     SettingsStore& m_settings;

@@ -3,6 +3,8 @@
 #include "Views/EditHistory.h"
 #include "Views/SidebarView.h"
 
+#include <algorithm>
+
 namespace quillorn {
 
 using RowKind = SidebarRow::Kind;
@@ -143,6 +145,26 @@ void SidebarView::perform(SidebarAction action, const SidebarRow::Id& row, const
     m_observers.tell();
 }
 
+bool SidebarView::offers(const SidebarRow::Id& row, SidebarAction action) const {
+    const std::vector<SidebarMenuItem> items = menu(row);
+    return std::ranges::find(items, action, &SidebarMenuItem::action) != items.end();
+}
+
+std::optional<SidebarAction> SidebarView::renaming(const SidebarRow::Id& row) const {
+    for (const Action action : {Action::rename, Action::edit})
+        if (offers(row, action))
+            return action;
+    return std::nullopt;
+}
+
+bool SidebarView::move(const SidebarRow::Id& row, Direction direction) {
+    const Action action = direction == Direction::up ? Action::moveUp : Action::moveDown;
+    if (!offers(row, action))
+        return false;
+    perform(action, row);
+    return true;
+}
+
 void SidebarView::setArchived(const SidebarRow::Id& row, bool archived) {
     const auto set = [&](auto* record, Date now) {
         if (record == nullptr)
@@ -156,16 +178,6 @@ void SidebarView::setArchived(const SidebarRow::Id& row, bool archived) {
         else
             set(context.find<Project>(row.record), now);
     });
-}
-
-bool SidebarView::dropProject(const UUID& project, const SidebarRow::Id& group) {
-    scopeOf(group).moveToGroup(project, group.record);
-    const auto* moved = m_environment.main.context().find<Project>(project);
-    return moved != nullptr && moved->groupID() == group.record;
-}
-
-void SidebarView::dropGroup(const UUID& dragged, const SidebarRow::Id& group) {
-    scopeOf(group).dropGroup(dragged, group.record);
 }
 
 } // namespace quillorn

@@ -117,8 +117,20 @@ class SidebarView {
     void finishRenaming(const std::string& title);
     void cancelRenaming();
 
-    bool dropProject(const UUID& project, const SidebarRow::Id& group);
-    void dropGroup(const UUID& dragged, const SidebarRow::Id& group);
+    /// Where a row that is dropped on another one goes; `into` is for a project on a group.
+    enum class DropPlace : std::uint8_t { none, into, above, below };
+    DropPlace dropPlace(const SidebarRow::Id& dragged, const SidebarRow::Id& target) const;
+    /// Does nothing where there is no such place.
+    void drop(const SidebarRow::Id& dragged, const SidebarRow::Id& target);
+
+    /// Whether tasks can be dropped on the row: on a project, to move them there; on a tag, to give it to them.
+    static bool takesTasks(const SidebarRow::Id& row);
+    void dropTasks(const std::vector<UUID>& tasks, const SidebarRow::Id& row);
+
+    /// What the row offers for that key: to rename, or to edit; absent for what has no name of the user's.
+    std::optional<SidebarAction> renaming(const SidebarRow::Id& row) const;
+    /// One place up or down in the manual order; false, and nothing done, where there is none.
+    bool move(const SidebarRow::Id& row, Direction direction);
 
     const std::optional<SidebarSheet>& sheet() const { return m_sheet; }
     void closeSheet();
@@ -145,6 +157,7 @@ class SidebarView {
     std::vector<SidebarMenuItem> projectMenu(const SidebarRow::Id& row) const;
     std::vector<SidebarMenuItem> groupMenu(const SidebarRow::Id& row) const;
     void setArchived(const SidebarRow::Id& row, bool archived);
+    bool offers(const SidebarRow::Id& row, SidebarAction action) const;
     void toggleGroup(const UUID& group);
     bool isCollapsed(const UUID& group) const;
     void dayChanged();

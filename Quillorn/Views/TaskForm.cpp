@@ -2,9 +2,9 @@
 
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
-#include "Models/Settings.h"
 #include "Models/Tag.h"
 #include "Models/TaskActions.h"
+#include "Models/TaskDefaults.h"
 #include "Models/WhenPhrase.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
@@ -29,8 +29,7 @@ std::int64_t raw(Enum value) {
 
 TaskValues newTask(const ViewEnvironment& environment, const TaskForm::Suggestion& suggestion) {
     TaskValues values{.project = suggestion.project, .parent = suggestion.parent};
-    const std::int64_t priority = Settings(environment.settings).integer(setting("defaultPriority"));
-    values.priority = enumFromRaw<TaskPriority>(priority).value_or(TaskPriority::medium);
+    values.priority = usualPriority(environment.settings);
     if (suggestion.tag)
         values.tags.push_back(*suggestion.tag);
     const auto* parent = suggestion.parent ? environment.main.context().find<ProjectTask>(*suggestion.parent) : nullptr;

@@ -114,8 +114,11 @@ void TodaySummaryView::update() {
 void TodaySummaryView::show() {
     m_isBehind = false;
     m_summary = {m_completed.size(), m_notes.size(), m_entries.size()};
-    for (std::size_t place = 0; place < m_entries.size(); ++place)
+    m_hasRunning = false;
+    for (std::size_t place = 0; place < m_entries.size(); ++place) {
         m_summary.trackedSeconds += m_entries[place].duration(m_clock.now());
+        m_hasRunning |= m_entries[place].isRunning();
+    }
     std::vector<TaskRow> completed;
     completed.reserve(m_completed.size());
     for (std::size_t place = 0; place < m_completed.size(); ++place)

@@ -86,6 +86,8 @@ class TodaySummaryView {
     const DaySummary& summary() const { return m_summary; }
     std::array<SummaryTile, 3> tiles() const { return summaryTiles(m_summary); }
     bool isEmpty() const { return m_summary.isEmpty(); }
+    /// Whether an entry of today still grows.
+    bool hasRunning() const { return m_hasRunning; }
     /// The latest first.
     ObservableList<TaskRow>& completed() { return m_completedRows; }
     ObservableList<NoteRow>& notes() { return m_noteRows; }
@@ -103,6 +105,7 @@ class TodaySummaryView {
     ObservableList<TaskRow> m_completedRows;
     ObservableList<NoteRow> m_noteRows;
     Observers<> m_observers;
+    bool m_hasRunning = false;
     bool m_isBehind = false; // what the queries show
     std::array<Observation, 3> m_steps;
     Observation m_changes;

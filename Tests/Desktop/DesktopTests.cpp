@@ -104,6 +104,17 @@ TEST_F(DesktopTest, everyScreenIsDrawnInBothPalettesWithoutAWarningOrARequest) {
             desk().closeForm({});
             desk().closeEntry();
         }
+        for (const char* command : {"quickAdd", "importReminders", "goTo", "showKeys", "settings"}) {
+            desk().command(command);
+            QCoreApplication::processEvents();
+            for (QWindow* window : QGuiApplication::allWindows()) {
+                auto* drawn = qobject_cast<QQuickWindow*>(window);
+                EXPECT_FALSE(drawn != nullptr && drawn->isVisible() && drawn->grabWindow().isNull()) << command;
+            }
+            desk().closeQuickAdd();
+            desk().closeReminderImport();
+            QTest::keyClick(&shell().window(), Qt::Key_Escape);
+        }
     }
     EXPECT_EQ(warnings.join('\n').toStdString(), "");
 }
@@ -126,6 +137,76 @@ TEST_F(DesktopTest, tasksAreWorkedOnByMouseAndKeyboardAndChangesOfOthersShow) {
     other.save();
     EXPECT_TRUE(QTest::qWaitFor([&] { return itemWith("Send the offer") != nullptr; }));
     EXPECT_EQ(desk().selectedTask().toStdString(), task.id().string());
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(DesktopTest, theKeyboardLeadsEverywhereAndTasksAreDraggedToProjects) {
+    ProjectTask& task = addTask("Write the offer");
+    CreateProjectRequest request;
+    for (const char* name : {"Anvil", "Bridge"}) {
+        request.name = name;
+        createProject(context(), request, now());
+    }
+    shell().world().app().mainStore().save();
+    QQuickWindow& window = shell().window();
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&window, key, modifiers);
+    };
+    desk().command("showAllTasks");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("Write the offer") && itemWith("Bridge"); }));
+    press(Qt::Key_K, Qt::ControlModifier);
+    for (const Qt::Key key : {Qt::Key_B, Qt::Key_R, Qt::Key_I})
+        press(key);
+    press(Qt::Key_Return);
+    EXPECT_EQ(desk().title(), "Bridge");
+
+    desk().command("showAllTasks");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("Write the offer") != nullptr; }));
+    window.grabWindow();
+    const auto middle = [&](const QString& text) {
+        QQuickItem* item = itemWith(text);
+        return item->mapToScene({20, item->height() / 2}).toPoint();
+    };
+    const auto drag = [&](const QString& from, QPoint to) {
+        const QPoint start = middle(from);
+        QTest::mousePress(&window, Qt::LeftButton, {}, start);
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(&window, start + (to - start) * step / 8);
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, to);
+        QCoreApplication::processEvents();
+    };
+    drag("Write the offer", middle("Bridge"));
+    ASSERT_NE(task.project(), nullptr);
+    EXPECT_EQ(task.project()->name(), "Bridge");
+    const auto isAbove = [&](const char* upper, const char* lower) {
+        window.grabWindow();
+        return itemWith(upper)->mapToScene({}).y() < itemWith(lower)->mapToScene({}).y();
+    };
+    EXPECT_TRUE(isAbove("Anvil", "Bridge"));
+    drag("Bridge", middle("Anvil"));
+    EXPECT_TRUE(isAbove("Bridge", "Anvil"));
+    click("Bridge");
+    press(Qt::Key_F6);
+    press(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_TRUE(isAbove("Anvil", "Bridge"));
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST_F(DesktopTest, aTaskIsAddedInAWindowOfItsOwnWithoutTheMainOne) {
+    m_shell.emplace(ProcessInfo{.arguments = {demoArgument}, .environment = {}}, scheme, log, Shell::Start::quickAdd);
+    EXPECT_FALSE(shell().window().isVisible());
+    QQuickWindow* window = nullptr;
+    for (QWindow* each : QGuiApplication::allWindows())
+        if (each->isVisible())
+            window = qobject_cast<QQuickWindow*>(each);
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    for (const char letter : std::string("call bob"))
+        QTest::keyClick(window, letter);
+    EXPECT_FALSE(window->grabWindow().isNull());
+    QTest::keyClick(window, Qt::Key_Return);
+    EXPECT_EQ(context().fetch<ProjectTask>({.where = "title = ?", .values = {std::string("call bob")}}).size(), 1U);
+    EXPECT_EQ(desk().quickAdd(), nullptr);
     EXPECT_EQ(warnings.join('\n').toStdString(), "");
 }
 

@@ -98,16 +98,32 @@ TEST_F(SidebarViewTest, projectsAndGroupsAreMovedByMenuAndByDropping) {
     act(Action::moveUp, "n");
     EXPECT_THAT(below("Acme"), ElementsAre(".loose", ".G 2", "..n", "..m", ".H 0"));
     act(Action::moveDown, "G");
-    EXPECT_TRUE(view.dropProject(row("loose").id.record, row("H").id));
-    EXPECT_FALSE(view.dropProject(row("own").id.record, row("H").id)) << "of another scope";
+    using Place = SidebarView::DropPlace;
+    const std::tuple<const char*, const char*, Place> places[] = {
+        {"own", "H", Place::none},    {"loose", "Today", Place::none}, {"G", "n", Place::none},
+        {"n", "G", Place::none},      {"n", "n", Place::none},         {"n", "m", Place::below},
+        {"loose", "m", Place::above}, {"n", "loose", Place::above},    {"G", "H", Place::above},
+        {"loose", "H", Place::into}};
+    for (const auto& [dragged, target, place] : places)
+        EXPECT_EQ(view.dropPlace(row(dragged).id, row(target).id), place) << dragged << " on " << target;
+    view.drop(row("own").id, row("H").id);
+    view.drop(row("loose").id, row("H").id);
     queue.runPosted();
     EXPECT_THAT(below("Acme"), ElementsAre(".H 1", "..loose", ".G 2", "..n", "..m"));
-    view.dropGroup(row("G").id.record, row("H").id);
+    view.drop(row("G").id, row("H").id);
     view.perform(Action::moveToGroup, row("m").id, row("H").id.record);
     queue.runPosted();
     EXPECT_THAT(below("Acme"), ElementsAre(".G 1", "..n", ".H 2", "..loose", "..m"));
+    view.drop(row("n").id, row("m").id);
+    queue.runPosted();
+    EXPECT_THAT(below("Acme"), ElementsAre(".G 0", ".H 3", "..loose", "..n", "..m"));
+    EXPECT_TRUE(view.move(row("m").id, Direction::up));
+    EXPECT_FALSE(view.move(row("G").id, Direction::up));
+    view.drop(row("n").id, row("loose").id);
+    queue.runPosted();
+    EXPECT_THAT(below("Acme"), ElementsAre(".G 0", ".H 3", "..n", "..loose", "..m"));
     act(Action::ungroup, "H");
-    EXPECT_THAT(below("Acme"), ElementsAre(".loose", ".m", ".G 1", "..n"));
+    EXPECT_THAT(below("Acme"), ElementsAre(".n", ".loose", ".m", ".G 0"));
     while (history.canUndo())
         ASSERT_TRUE(history.undo()) << history.refusal();
     queue.runPosted();

@@ -8,8 +8,15 @@ Item {
     id: root
 
     property QtObject activity
+    readonly property var types: activity?.header.types ?? []
 
     signal opened(int kind, string record)
+
+    SecondsTimer {
+        screen: root
+        isWanted: root.activity?.hasRunning ?? false
+        onTriggered: root.activity.update()
+    }
 
     ListView {
         id: list
@@ -99,16 +106,17 @@ Item {
                     title: root.activity?.words.byTypeLabel ?? ""
 
                     Repeater {
-                        model: root.activity?.header.types ?? []
+                        model: root.types.length
 
                         ShareBar {
-                            required property var modelData
+                            required property int index
+                            readonly property var type: root.types[index] ?? ({})
 
                             Layout.fillWidth: true
-                            name: modelData.label
-                            figure: modelData.count
-                            tone: Theme.shade(modelData.tone)
-                            share: modelData.count / Math.max(1, root.activity.header.total)
+                            name: type.label ?? ""
+                            figure: type.count ?? ""
+                            tone: Theme.shade(type.tone)
+                            share: (type.count ?? 0) / Math.max(1, root.activity.header.total)
                         }
                     }
                     Item {

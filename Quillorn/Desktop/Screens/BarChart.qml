@@ -7,25 +7,30 @@ RowLayout {
     id: root
 
     property var bars: []
+    readonly property var nothing: ({
+            "label": "",
+            "text": "",
+            "value": 0
+        })
     readonly property real highest: bars.reduce((most, bar) => Math.max(most, bar.value), 0)
 
     spacing: 8
     Layout.preferredHeight: 170
 
     Repeater {
-        model: root.bars
+        model: root.bars.length
 
         ColumnLayout {
             id: column
 
-            required property var modelData
             required property int index
+            readonly property var part: root.bars[index] ?? nothing
 
             Layout.fillWidth: true
             Layout.fillHeight: true
             spacing: 6
             Accessible.role: Accessible.StaticText
-            Accessible.name: modelData.label + " " + modelData.text
+            Accessible.name: part.label + " " + part.text
 
             Item {
                 Layout.fillHeight: true
@@ -36,10 +41,10 @@ RowLayout {
                     anchors.horizontalCenter: parent.horizontalCenter
                     anchors.bottom: bar.top
                     anchors.bottomMargin: 4
-                    text: column.modelData.text
+                    text: column.part.text
                     font.pixelSize: Theme.small
                     color: Theme.secondaryText
-                    visible: column.modelData.value > 0
+                    visible: column.part.value > 0
                 }
                 Rectangle {
                     id: bar
@@ -47,14 +52,14 @@ RowLayout {
                     anchors.horizontalCenter: parent.horizontalCenter
                     anchors.bottom: parent.bottom
                     width: Math.min(34, parent.width - 8)
-                    height: root.highest > 0 ? Math.max(3, (parent.height - 20) * column.modelData.value / root.highest) : 3
+                    height: root.highest > 0 ? Math.max(3, (parent.height - 20) * column.part.value / root.highest) : 3
                     radius: Math.min(4, height / 2)
                     color: column.index === root.bars.length - 1 ? Theme.fill : Theme.tint(Theme.fill, Theme.isDark ? 0.5 : 0.35)
                 }
             }
             Label {
                 Layout.alignment: Qt.AlignHCenter
-                text: column.modelData.label
+                text: column.part.label
                 font.pixelSize: Theme.small
                 font.weight: column.index === root.bars.length - 1 ? Font.DemiBold : Font.Normal
                 color: column.index === root.bars.length - 1 ? Theme.text : Theme.secondaryText

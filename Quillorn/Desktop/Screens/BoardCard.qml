@@ -17,9 +17,9 @@ Rectangle {
     required property bool isCompleted
     property bool isShown: false
     property bool isFocused: false
+    property Item carrier
 
     signal picked
-    signal moved(int by)
 
     implicitHeight: column.implicitHeight + 20
     radius: Theme.rowRadius
@@ -27,7 +27,6 @@ Rectangle {
     border.color: isShown || isFocused ? Theme.accent : Theme.line
     border.width: isFocused ? 2 : 1
     opacity: isCompleted ? 0.65 : 1
-    z: drag.active ? 1 : 0
     Accessible.role: Accessible.ListItem
     Accessible.focusable: true
     Accessible.name: [title, due].filter(word => word).join(", ")
@@ -37,17 +36,13 @@ Rectangle {
         onTapped: root.picked()
     }
     DragHandler {
-        id: drag
-
-        yAxis.enabled: false
-        onActiveChanged: {
-            if (active)
-                return;
-            const columns = Math.round(root.x / root.width);
-            root.x = 0;
-            if (columns !== 0)
-                root.moved(columns);
-        }
+        target: null
+        enabled: root.carrier !== null
+        acceptedDevices: PointerDevice.Mouse
+        onCentroidChanged: if (active)
+            root.carrier.carry(root, centroid.position, root.taskId, root.title)
+        onActiveChanged: if (!active)
+            root.carrier.drop()
     }
     ColumnLayout {
         id: column

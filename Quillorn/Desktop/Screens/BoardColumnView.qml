@@ -9,15 +9,24 @@ Rectangle {
 
     property QtObject column
     property string current
+    property Item carrier
 
     signal opened(string task)
     signal cardMoved(string task, int by)
+    signal cardDropped(string task)
     signal cardAdded(string title)
 
     radius: Theme.cardRadius
-    color: Theme.card
+    color: target.containsDrag ? Theme.selected : Theme.card
     implicitWidth: 160
 
+    DropArea {
+        id: target
+
+        anchors.fill: parent
+        keys: ["task"]
+        onDropped: drop => root.cardDropped(drop.source.task)
+    }
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: 8
@@ -89,7 +98,7 @@ Rectangle {
                     list.forceActiveFocus();
                     root.opened(taskId);
                 }
-                onMoved: by => root.cardMoved(taskId, by)
+                carrier: root.carrier
             }
             Keys.onPressed: event => {
                 if (!currentItem)

@@ -9,6 +9,7 @@ RowLayout {
 
     property QtObject record
     property string current
+    property Item carrier
 
     signal opened(string task)
 
@@ -25,6 +26,8 @@ RowLayout {
             Layout.preferredWidth: 1
             column: modelData
             current: root.current
+            carrier: root.carrier
+            onCardDropped: task => root.record.moveCard(task, column.status)
             onOpened: task => root.opened(task)
             onCardMoved: (task, by) => {
                 const columns = root.record.board;

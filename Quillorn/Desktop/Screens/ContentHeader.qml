@@ -87,7 +87,7 @@ Item {
             }
         }
         ToolButton {
-            tip: "New Task (⌘N)"
+            tip: "New Task (Ctrl+N)"
             icon.name: "plus"
             onClicked: Desk.command("newTask")
         }

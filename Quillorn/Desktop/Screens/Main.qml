@@ -40,6 +40,7 @@ ApplicationWindow {
     Loader {
         anchors.fill: parent
         focus: true
+        Keys.onEscapePressed: event => event.accepted = !window.isRecovery && item.back()
         sourceComponent: window.isRecovery ? recovery : main
     }
     Component {
@@ -53,21 +54,30 @@ ApplicationWindow {
         id: main
 
         Item {
+            function back() {
+                return screen.back();
+            }
+
             MainScreen {
                 id: screen
 
                 anchors.fill: parent
                 confirm: question
-                onSettingsWanted: settings.active = true
+                carrier: carried
+                onSettingsWanted: Desk.command("settings")
                 onMenuWanted: menu.popup(parent.width - menu.width - 8, 48)
+            }
+            Carrier {
+                id: carried
             }
             AppMenu {
                 id: menu
-
-                onSettingsWanted: settings.active = true
-                onSearchWanted: screen.focusSearch()
-                onNextColumnWanted: screen.nextColumn()
-                onSidebarToggled: screen.toggleSidebar()
+            }
+            GoToPanel {
+                id: goTo
+            }
+            KeysDialog {
+                id: keys
             }
             ConfirmDialog {
                 id: question
@@ -91,8 +101,31 @@ ApplicationWindow {
                 entry: Desk.entry
                 onClosed: Desk.closeEntry()
             }
+            ReminderImportDialog {
+                id: reminders
+
+                importing: Desk.reminderImport
+                priorities: Desk.priorities
+                onClosed: Desk.closeReminderImport()
+            }
+            Loader {
+                id: quickAdd
+
+                active: Desk.quickAdd !== null
+                sourceComponent: QuickAddWindow {
+                    quickAdd: Desk.quickAdd
+                    visible: true
+                    onDone: Desk.closeQuickAdd()
+                    onClosing: Desk.closeQuickAdd()
+                }
+            }
             Loader {
                 id: settings
+
+                function show() {
+                    active = true;
+                    item.requestActivate();
+                }
 
                 active: false
                 sourceComponent: SettingsWindow {
@@ -115,7 +148,24 @@ ApplicationWindow {
                 function onFailed(words) {
                     toast.show(words);
                 }
+                function onCommanded(name) {
+                    const commands = {
+                        "search": () => screen.focusSearch(),
+                        "nextColumn": () => screen.nextColumn(),
+                        "toggleSidebar": () => screen.toggleSidebar(),
+                        "goTo": () => goTo.open(),
+                        "showKeys": () => keys.open(),
+                        "settings": () => settings.show(),
+                        "quickAdd": () => quickAdd.item.requestActivate(),
+                        "quit": () => Qt.quit()
+                    };
+                    commands[name]();
+                }
                 function onChanged() {
+                    if (Desk.reminderImport && !reminders.opened) {
+                        window.requestActivate();
+                        reminders.open();
+                    }
                     if (Desk.form && !recordSheet.opened)
                         recordSheet.open();
                     if (Desk.entry && !entrySheet.opened)

@@ -8,6 +8,7 @@ SplitView {
     id: root
 
     property var confirm
+    property Item carrier
     readonly property bool isRecord: Desk.column === "client" || Desk.column === "project"
     readonly property bool hasDetail: Desk.task !== null || Desk.note !== null
 
@@ -17,17 +18,41 @@ SplitView {
     function focusSearch() {
         header.focusSearch();
     }
+    /// From the sidebar to the list, the detail, and back.
     function nextColumn() {
-        if (sidebar.activeFocus || sidebarHasFocus())
-            tasks.visible ? tasks.focusList() : header.focusSearch();
-        else
+        if (hasFocus(sidebar) && content.visible)
+            focusContent();
+        else if (!hasFocus(detail) && detail.visible && hasDetail)
+            focusDetail();
+        else if (sidebar.visible)
             sidebar.focusList();
+        else
+            focusContent();
     }
-    function sidebarHasFocus() {
+    function hasFocus(column) {
         for (let item = root.Window.activeFocusItem; item; item = item.parent)
-            if (item === sidebar)
+            if (item === column)
                 return true;
         return false;
+    }
+    function focusContent() {
+        if (tasks.visible)
+            tasks.focusList();
+        else if (recordPane.showsTasks)
+            recordPane.focusList();
+        else
+            content.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+    function focusDetail() {
+        detail.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+    /// Closes the detail; false where there is none.
+    function back() {
+        if (!hasDetail)
+            return false;
+        Desk.task !== null ? Desk.selectTask("") : Desk.selectNote("");
+        focusContent();
+        return true;
     }
     function toggleSidebar() {
         sidebar.visible = !sidebar.visible;
@@ -47,6 +72,7 @@ SplitView {
         isServing: Desk.isServing
         onPicked: row => Desk.selectRow(row)
         onSettingsWanted: root.settingsWanted()
+        onTasksDropped: (task, row) => Desk.dropTasks(task, row)
     }
     ColumnLayout {
         id: content
@@ -79,6 +105,8 @@ SplitView {
             Layout.fillHeight: true
             visible: root.isRecord
             confirm: root.confirm
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
         }
         TaskListPane {
             id: tasks
@@ -90,6 +118,8 @@ SplitView {
             confirm: root.confirm
             current: Desk.selectedTask
             onOpened: task => Desk.selectTask(task)
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
             onNewTask: Desk.command("newTask")
             onStartTimer: task => Desk.timer.start(task)
         }
@@ -132,6 +162,8 @@ SplitView {
         }
     }
     Rectangle {
+        id: detail
+
         SplitView.preferredWidth: root.width > 860 ? 420 : root.width
         SplitView.minimumWidth: 320
         visible: root.hasDetail || (!root.isRecord && Desk.column !== "activityLog" && root.width > 860)

@@ -8,9 +8,16 @@ ColumnLayout {
     id: root
 
     property var confirm
+    property Item carrier
     readonly property var record: Desk.record
     readonly property string tab: record?.tab ?? ""
     readonly property bool showsTasks: visible && tab === "tasks" && !board.checked
+
+    signal entered
+
+    function focusList() {
+        list.focusList();
+    }
 
     spacing: 0
 
@@ -58,6 +65,8 @@ ColumnLayout {
         confirm: root.confirm
     }
     TaskListPane {
+        id: list
+
         Layout.fillWidth: true
         Layout.fillHeight: true
         visible: root.tab === "tasks" && !board.checked
@@ -65,6 +74,8 @@ ColumnLayout {
         confirm: root.confirm
         current: Desk.selectedTask
         onOpened: task => Desk.selectTask(task)
+        carrier: root.carrier
+        onEntered: root.entered()
         onNewTask: Desk.command("newTask")
         onStartTimer: task => Desk.timer.start(task)
     }
@@ -75,6 +86,7 @@ ColumnLayout {
         visible: root.tab === "tasks" && board.checked
         record: visible ? root.record : null
         current: Desk.selectedTask
+        carrier: root.carrier
         onOpened: task => Desk.selectTask(task)
     }
     ProjectsPane {

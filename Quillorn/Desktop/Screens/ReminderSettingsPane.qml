@@ -78,7 +78,7 @@ ColumnLayout {
     }
     Label {
         Layout.fillWidth: true
-        text: [root.settings.activity.lastRun, root.settings.activity.lastResult, root.settings.activity.nextRun].filter(word => word).join("\n")
+        text: [root.settings.activity.lastRun, root.settings.activity.lastResult, root.settings.activity.nextRun, root.settings.activity.skipped].filter(word => word).join("\n")
         color: Theme.secondaryText
         wrapMode: Text.Wrap
     }
@@ -89,6 +89,10 @@ ColumnLayout {
             text: root.settings.words.runLabel
             enabled: root.settings.isConfigured && !root.settings.isRunning
             onClicked: root.settings.runNow()
+        }
+        Button {
+            text: root.settings.words.reviewLabel
+            onClicked: Desk.command("importReminders")
         }
         Button {
             visible: root.settings.activity.skipped !== ""

@@ -11,17 +11,18 @@ Card {
     property int shown: 5
 
     Repeater {
-        model: root.rows.slice(0, root.shown)
+        model: Math.min(root.rows.length, root.shown)
 
         ShareBar {
-            required property var modelData
+            required property int index
+            readonly property var row: root.rows[index] ?? ({})
 
             Layout.fillWidth: true
-            name: modelData.name
-            figure: modelData.figure
-            share: modelData.part
-            tone: modelData.tone ? Theme.shade(modelData.tone) : Theme.fill
-            hasDot: modelData.tone !== ""
+            name: row.name ?? ""
+            figure: row.figure ?? ""
+            share: row.part ?? 0
+            tone: row.tone ? Theme.shade(row.tone) : Theme.fill
+            hasDot: row.tone !== ""
         }
     }
     Label {

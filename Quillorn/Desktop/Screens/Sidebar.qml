@@ -14,6 +14,7 @@ Rectangle {
 
     signal picked(int row)
     signal settingsWanted
+    signal tasksDropped(string task, int row)
 
     function focusList() {
         list.forceActiveFocus(Qt.TabFocusReason);
@@ -23,6 +24,10 @@ Rectangle {
 
     ListView {
         id: list
+
+        /// The row over which another one is dragged, and where that would go.
+        property int target: -1
+        property int place: 0
 
         anchors.fill: parent
         anchors.bottomMargin: foot.height
@@ -52,7 +57,17 @@ Rectangle {
                     root.sidebar.act(index);
             }
             onMenuWanted: menu.openFor(index)
-            onDropped: position => root.sidebar.drop(index, list.indexAt(20, mapToItem(list.contentItem, 0, position).y))
+            dropPlace: index === list.target ? list.place : 0
+            onDragged: position => {
+                list.target = list.indexAt(20, mapToItem(list.contentItem, 0, position).y);
+                list.place = root.sidebar.dropPlace(index, list.target);
+            }
+            onDropped: {
+                const target = list.target;
+                list.target = -1;
+                root.sidebar.drop(index, target);
+            }
+            onTasksDropped: task => root.tasksDropped(task, index)
         }
         Keys.onPressed: event => {
             const row = currentItem;
@@ -63,8 +78,12 @@ Rectangle {
                 row.picked();
             else if ((event.key === Qt.Key_Right && row.disclosure === 1) || (event.key === Qt.Key_Left && row.disclosure === 2))
                 root.sidebar.toggle(currentIndex);
-            else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F2)
+            else if (event.key === Qt.Key_Menu)
                 menu.openFor(currentIndex);
+            else if (event.key === Qt.Key_F2)
+                event.accepted = root.sidebar.rename(currentIndex);
+            else if (event.modifiers & Qt.AltModifier && (event.key === Qt.Key_Up || event.key === Qt.Key_Down))
+                root.sidebar.move(currentIndex, event.key === Qt.Key_Up ? -1 : 1);
             else
                 event.accepted = false;
         }

@@ -18,16 +18,21 @@ Item {
     required property string countText
     required property string help
     required property bool isRenaming
+    required property bool takesTasks
     property QtObject sidebar
     property bool isSelected: false
     property bool isFocused: false
+    /// Where what is dragged would go: 0 for nowhere, 1 in here, 2 above, 3 below.
+    property int dropPlace: 0
     readonly property bool isSection: kind === 0
     readonly property bool isProject: kind === 4
     readonly property bool isGroup: kind === 3
 
     signal picked
     signal menuWanted
-    signal dropped(real position)
+    signal dragged(real position)
+    signal dropped
+    signal tasksDropped(string task)
 
     implicitHeight: Math.round((isSection ? 36 : 28) * Theme.textScale)
     Accessible.role: Accessible.TreeItem
@@ -41,8 +46,23 @@ Item {
         visible: !root.isSection
         radius: Theme.controlRadius
         color: root.isSelected ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
-        border.width: root.isFocused ? 2 : 0
+        border.width: root.isFocused || root.dropPlace === 1 || tasks.containsDrag ? 2 : 0
         border.color: Theme.accent
+    }
+    Rectangle {
+        visible: root.dropPlace > 1
+        width: parent.width
+        height: 2
+        y: root.dropPlace === 2 ? -1 : parent.height - 1
+        color: Theme.accent
+    }
+    DropArea {
+        id: tasks
+
+        anchors.fill: parent
+        enabled: root.takesTasks
+        keys: ["task"]
+        onDropped: drop => root.tasksDropped(drop.source.task)
     }
     Rectangle {
         anchors.fill: parent
@@ -67,8 +87,11 @@ Item {
 
         enabled: root.isProject || root.isGroup
         target: null
+        acceptedDevices: PointerDevice.Mouse
+        onCentroidChanged: if (active)
+            root.dragged(centroid.position.y)
         onActiveChanged: if (!active)
-            root.dropped(centroid.position.y)
+            root.dropped()
     }
     RowLayout {
         anchors.fill: parent

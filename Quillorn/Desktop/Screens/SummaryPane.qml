@@ -8,12 +8,18 @@ ScrollView {
     id: root
 
     property QtObject summary
+    readonly property var tiles: summary?.tiles ?? []
 
     signal taskOpened(string task)
     signal noteOpened(string note)
 
     contentWidth: availableWidth
 
+    SecondsTimer {
+        screen: root
+        isWanted: root.summary?.hasRunning ?? false
+        onTriggered: root.summary.update()
+    }
     ColumnLayout {
         width: root.availableWidth
         spacing: 12
@@ -43,19 +49,19 @@ ScrollView {
                 spacing: 12
 
                 Repeater {
-                    model: root.summary?.tiles ?? []
+                    model: root.tiles.length
 
                     FigureCard {
-                        required property var modelData
                         required property int index
+                        readonly property var tile: root.tiles[index] ?? ({})
 
                         Layout.fillWidth: true
                         Layout.fillHeight: true
                         Layout.preferredWidth: 1
                         isHero: index === 0
-                        label: modelData.label
-                        figure: modelData.figure
-                        note: modelData.note
+                        label: tile.label ?? ""
+                        figure: tile.figure ?? ""
+                        note: tile.note ?? ""
                     }
                 }
             }

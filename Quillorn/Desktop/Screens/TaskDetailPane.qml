@@ -135,132 +135,19 @@ Item {
                     wrapMode: Text.Wrap
                     Accessible.role: Accessible.AlertMessage
                 }
-                Flow {
+                TaskChips {
                     Layout.fillWidth: true
                     Layout.leftMargin: 20
                     Layout.rightMargin: 20
-                    spacing: 6
-
-                    MenuChip {
-                        symbol: root.task?.words.statusSymbol ?? ""
-                        text: root.task?.words.status ?? ""
-                        tone: Theme.amber
-                        choices: root.statuses
-                        onChosen: index => root.task.setStatus(index)
-                    }
-                    MenuChip {
-                        text: root.task ? root.task.words.priority : ""
-                        symbol: "flag.fill"
-                        tone: Theme.red
-                        choices: root.priorities
-                        onChosen: index => root.task.setPriority(index)
-                    }
-                    Repeater {
-                        model: root.task?.tags ?? null
-
-                        Chip {
-                            required property string recordId
-                            required property string name
-
-                            text: "#" + name
-                            tone: Theme.accent
-                            onClicked: root.task.toggleTag(recordId)
-                        }
-                    }
-                    MenuChip {
-                        symbol: "tag"
-                        text: "Tag"
-                        tone: Theme.secondaryText
-                        records: root.task ? root.task.tagChoices() : []
-                        onOpenedMenu: records = root.task.tagChoices()
-                        onRecordChosen: record => root.task.toggleTag(record)
-                    }
+                    task: root.task
+                    statuses: root.statuses
+                    priorities: root.priorities
                 }
-                GridLayout {
+                TaskFacts {
                     Layout.fillWidth: true
                     Layout.leftMargin: 20
                     Layout.rightMargin: 20
-                    columns: 2
-                    columnSpacing: 14
-                    rowSpacing: 4
-
-                    FieldLabel {
-                        symbol: "calendar"
-                        text: "Due"
-                    }
-                    TextField {
-                        id: due
-
-                        readonly property string stored: root.task?.words.due ?? ""
-
-                        Layout.fillWidth: true
-                        Layout.maximumWidth: 240
-                        placeholderText: "None"
-                        text: stored
-                        onStoredChanged: if (!activeFocus)
-                            text = stored
-                        color: root.task?.words.isOverdue ? Theme.red : Theme.text
-                        onEditingFinished: {
-                            if (text === stored)
-                                return;
-                            isWrong = !root.task.setDue(text);
-                            if (!isWrong)
-                                text = Qt.binding(() => stored);
-                        }
-                        Keys.onEscapePressed: {
-                            isWrong = false;
-                            text = stored;
-                        }
-                        Accessible.name: "Due"
-                    }
-                    FieldLabel {
-                        symbol: "folder"
-                        text: "Project"
-                    }
-                    MenuChip {
-                        readonly property var step: (root.task?.path ?? []).filter(step => step.kind === "project")[0]
-
-                        text: step ? step.name : "None"
-                        tone: Theme.text
-                        onOpenedMenu: records = [{
-                                "id": "",
-                                "name": "None"
-                            }].concat(root.task.projectChoices())
-                        onRecordChosen: record => root.task.move(record)
-                    }
-                    FieldLabel {
-                        symbol: "clock"
-                        text: "Created"
-                    }
-                    Label {
-                        text: root.task?.words.created ?? ""
-                    }
-                    FieldLabel {
-                        symbol: "checkmark.circle"
-                        text: "Completed"
-                        visible: (root.task?.words.completed ?? "") !== ""
-                    }
-                    Label {
-                        visible: text !== ""
-                        text: root.task?.words.completed ?? ""
-                    }
-                    FieldLabel {
-                        symbol: "link"
-                        text: "Source"
-                        visible: (root.task?.words.source ?? "") !== ""
-                    }
-                    Label {
-                        Layout.fillWidth: true
-                        visible: text !== ""
-                        text: root.task?.words.source ?? ""
-                        color: root.task?.words.sourceURL ? Theme.accent : Theme.text
-                        elide: Text.ElideRight
-
-                        TapHandler {
-                            enabled: /^(https?|mailto):/i.test(root.task?.words.sourceURL ?? "")
-                            onTapped: Qt.openUrlExternally(root.task.words.sourceURL)
-                        }
-                    }
+                    task: root.task
                 }
                 PlainEditor {
                     Layout.fillWidth: true
@@ -272,104 +159,15 @@ Item {
                     onFinished: root.task.leave("description")
                     onReverted: root.task.revert("description")
                 }
-                RowLayout {
+                TaskSubtasks {
                     Layout.fillWidth: true
-                    Layout.leftMargin: 20
-                    Layout.rightMargin: 20
-                    spacing: 10
-
-                    Label {
-                        text: root.task?.texts.subtasksTitle ?? ""
-                        font.weight: Font.DemiBold
-                        Accessible.role: Accessible.Heading
-                    }
-                    Label {
-                        text: root.task?.words.subtasks ?? ""
-                        color: Theme.secondaryText
-                    }
-                    ProgressBar {
-                        Layout.fillWidth: true
-                        visible: (root.task?.words.subtasks ?? "") !== ""
-                        value: root.task?.words.progress ?? 0
-                    }
+                    task: root.task
+                    onOpened: (kind, record) => root.opened(kind, record)
                 }
-                Repeater {
-                    model: root.task?.subtasks ?? null
-
-                    SubtaskRow {
-                        Layout.fillWidth: true
-                        Layout.leftMargin: 14
-                        Layout.rightMargin: 14
-                        onToggled: root.task.toggleSubtask(recordId)
-                        onPicked: root.opened("task", recordId)
-                    }
-                }
-                TextField {
+                TaskTimes {
                     Layout.fillWidth: true
-                    Layout.leftMargin: 20
-                    Layout.rightMargin: 20
-                    symbol: "plus"
-                    placeholderText: "Add Subtask"
-                    onAccepted: {
-                        root.task.addSubtask(text);
-                        clear();
-                    }
-                }
-                RowLayout {
-                    Layout.fillWidth: true
-                    Layout.leftMargin: 20
-                    Layout.rightMargin: 20
-                    Layout.topMargin: 8
-
-                    Label {
-                        text: root.task?.texts.timeTitle ?? ""
-                        font.weight: Font.DemiBold
-                        Accessible.role: Accessible.Heading
-                    }
-                    Label {
-                        Layout.fillWidth: true
-                        text: root.task?.words.time ?? ""
-                        color: Theme.secondaryText
-                    }
-                    ClockText {
-                        visible: text !== ""
-                        text: root.task?.words.clock ?? ""
-                        color: Theme.green
-                    }
-                    ToolButton {
-                        tip: "Log Time…"
-                        icon.name: "plus"
-                        onClicked: Desk.command("logTime")
-                    }
-                }
-                Rectangle {
-                    Layout.fillWidth: true
-                    Layout.leftMargin: 20
-                    Layout.rightMargin: 20
-                    visible: entries.count > 0
-                    implicitHeight: entryColumn.implicitHeight + 8
-                    radius: Theme.cardRadius
-                    color: Theme.card
-                    border.color: Theme.line
-
-                    ColumnLayout {
-                        id: entryColumn
-
-                        anchors.fill: parent
-                        anchors.margins: 4
-                        spacing: 0
-
-                        Repeater {
-                            id: entries
-
-                            model: root.task?.entries ?? null
-
-                            TaskEntryRow {
-                                Layout.fillWidth: true
-                                onPicked: root.entryEdited(recordId)
-                            }
-                        }
-                    }
+                    task: root.task
+                    onEntryEdited: entry => root.entryEdited(entry)
                 }
                 Label {
                     Layout.leftMargin: 20

@@ -9,11 +9,14 @@ Item {
 
     property QtObject tasks
     property var confirm
+    property Item carrier
     /// The task that the detail shows.
     property string current
 
     signal opened(string task)
     signal newTask
+    /// The keyboard goes on in the detail.
+    signal entered
     signal startTimer(string task)
 
     function focusList() {
@@ -69,6 +72,8 @@ Item {
                 isCurrent: ListView.isCurrentItem
                 isShown: taskId === root.current
                 isFocused: list.activeFocus && ListView.isCurrentItem
+                carrier: root.carrier
+                onCarried: (row, place) => root.carrier.carry(row, place, taskId, root.tasks.carried(taskId, title))
                 onPicked: modifiers => {
                     list.currentIndex = index;
                     list.forceActiveFocus();
@@ -91,7 +96,7 @@ Item {
                 else if (event.key === Qt.Key_Space)
                     root.tasks.toggleCompleted(row.taskId);
                 else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
-                    root.pick(row.taskId, 0);
+                    root.enter(row.taskId);
                 else if (event.key === Qt.Key_Delete)
                     root.askToDelete(row.taskId);
                 else if (event.key === Qt.Key_Menu)
@@ -128,6 +133,10 @@ Item {
         }
         selection = tasks.selection();
         opened(task);
+    }
+    function enter(task) {
+        pick(task, 0);
+        entered();
     }
     property var selection: []
 

@@ -29,6 +29,8 @@ Item {
     property bool isCurrent: false
     property bool isShown: false
     property bool isFocused: false
+    /// Takes what is dragged over the window.
+    property Item carrier
     readonly property bool isTask: kind === 2
     readonly property bool hasSecondLine: projectName !== "" || subtasksText !== "" || timeText !== "" || countText !== "" || tags.length > 0
 
@@ -36,6 +38,7 @@ Item {
     signal toggled
     signal disclosed
     signal menuWanted
+    signal carried(Item row, point place)
 
     implicitHeight: Math.round((isTask ? (hasSecondLine ? 50 : 34) : kind === 0 ? 34 : 32) * Theme.textScale)
     Accessible.role: isTask ? Accessible.CheckBox : kind === 0 ? Accessible.Heading : Accessible.Button
@@ -110,6 +113,15 @@ Item {
         enabled: root.isTask
         acceptedButtons: Qt.LeftButton
         onTapped: eventPoint => root.picked(point.modifiers)
+    }
+    DragHandler {
+        target: null
+        enabled: root.isTask && root.carrier !== null
+        acceptedDevices: PointerDevice.Mouse
+        onCentroidChanged: if (active)
+            root.carried(root, centroid.position)
+        onActiveChanged: if (!active)
+            root.carrier.drop()
     }
     TapHandler {
         enabled: root.isTask

@@ -9,11 +9,17 @@ ScrollView {
 
     property QtObject time
     property var confirm
+    readonly property var figures: time?.figures ?? []
 
     signal edited(string entry)
 
     contentWidth: availableWidth
 
+    SecondsTimer {
+        screen: root
+        isWanted: root.time?.hasRunning ?? false
+        onTriggered: root.time.update()
+    }
     ColumnLayout {
         width: root.availableWidth
         spacing: 16
@@ -27,19 +33,19 @@ ScrollView {
             rowSpacing: 12
 
             Repeater {
-                model: root.time?.figures ?? []
+                model: root.figures.length
 
                 FigureCard {
-                    required property var modelData
                     required property int index
+                    readonly property var part: root.figures[index] ?? ({})
 
                     Layout.fillWidth: true
                     Layout.fillHeight: true
                     Layout.preferredWidth: 1
                     isHero: index === 0
-                    label: modelData.label
-                    figure: modelData.figure
-                    note: modelData.note
+                    label: part.label ?? ""
+                    figure: part.figure ?? ""
+                    note: part.note ?? ""
                 }
             }
         }

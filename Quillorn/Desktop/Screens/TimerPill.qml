@@ -53,11 +53,14 @@ Rectangle {
             ToolTip.visible: hovered
             ToolTip.delay: 600
             onClicked: menu.open()
-            contentItem: ClockText {
-                id: clock
+            contentItem: Item {
+                ClockText {
+                    id: clock
 
-                text: root.timer?.clock ?? ""
-                color: Theme.green
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: root.timer?.clock ?? ""
+                    color: Theme.green
+                }
             }
 
             TimerMenu {

@@ -16,6 +16,7 @@ T.Dialog {
         visible: control.title !== ""
         text: control.title
         textFormat: Text.PlainText
+        font.family: control.font.family
         font.pixelSize: Theme.heading
         font.weight: Font.DemiBold
         color: Theme.text

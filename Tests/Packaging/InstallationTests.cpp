@@ -8,11 +8,13 @@ namespace {
 using testing::HasSubstr;
 using Installation = ProgramTest;
 
-/// Installs the build under `prefix`, or below `stage` as if that were the root.
-void install(const TemporaryFolder& home, const std::string& prefix, const std::string& stage = {}) {
-    ProgramProcess cmake(home.path(), {.program = QUILLORN_CMAKE,
-                                       .arguments = {"--install", QUILLORN_BUILD, "--prefix", prefix},
-                                       .environment = std::map<std::string, std::string>{{"DESTDIR", stage}}});
+/// Installs a part of the build under `prefix`, or below `stage` as if that were the root.
+void install(const TemporaryFolder& home, const std::string& prefix, const std::string& stage = {},
+             const std::string& part = "program") {
+    ProgramProcess cmake(home.path(),
+                         {.program = QUILLORN_CMAKE,
+                          .arguments = {"--install", QUILLORN_BUILD, "--prefix", prefix, "--component", part},
+                          .environment = std::map<std::string, std::string>{{"DESTDIR", stage}}});
     ASSERT_EQ(cmake.wait(), 0) << cmake.errors();
 }
 
@@ -51,6 +53,36 @@ TEST_F(Installation, putsTheUnitAndTheCompletionsWhereTheyAreLookedFor) {
         const std::string started = prefix.starts_with("/opt") ? "/opt/100%% $$mine" : prefix;
         EXPECT_THAT(readFile(installed / unit / "quillorn.service"),
                     HasSubstr("\nExecStart=\"" + started + "/bin/quillorn\" serve\n"));
+    }
+}
+
+TEST_F(Installation, theWindowIsOneThatDesktopsKnow) {
+    if (!std::filesystem::exists(QUILLORN_BUILD "/quillorn-desktop"))
+        GTEST_SKIP() << "the window is not built";
+    const std::pair<std::string, std::string> cases[] = {
+        {"/usr", "quillorn-desktop"},
+        {"/opt/100% $mine", "\"/opt/100%% \\\\$mine/bin/quillorn-desktop\""},
+    };
+    for (const auto& [prefix, program] : cases) {
+        const TemporaryFolder stage;
+        install(home, prefix, stage.path(), "desktop");
+        const std::string shared = stage.path().string() + prefix + "/share/";
+        const std::string entry = shared + "applications/com.quillorn.Desktop.desktop";
+        EXPECT_THAT(readFile(entry), HasSubstr("\nExec=" + program + " %u\n"));
+        EXPECT_THAT(readFile(entry), HasSubstr("\nExec=" + program + " --quick-add\n"));
+        EXPECT_THAT(readFile(shared + "dbus-1/services/com.quillorn.Desktop.service"),
+                    HasSubstr("\nExec=\"" + prefix + "/bin/quillorn-desktop\"\n"));
+        EXPECT_TRUE(std::filesystem::exists(shared + "icons/hicolor/scalable/apps/com.quillorn.Desktop.svg"));
+        const std::string about = shared + "metainfo/com.quillorn.Desktop.metainfo.xml";
+        const std::vector<std::string> checks[] = {{QUILLORN_DESKTOP_FILE_VALIDATE, entry},
+                                                   {QUILLORN_APPSTREAMCLI, "validate", "--no-net", about}};
+        for (const std::vector<std::string>& check : checks) {
+            if (!std::filesystem::exists(check.front()))
+                GTEST_SKIP() << check.front() << " is not installed";
+            ProgramProcess process(home.path(),
+                                   {.program = check.front(), .arguments = {check.begin() + 1, check.end()}});
+            EXPECT_EQ(process.wait(), 0) << process.output() << process.errors();
+        }
     }
 }
 

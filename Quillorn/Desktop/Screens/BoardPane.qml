@@ -1,7 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
-import QuillornStyle
 
 /// The tasks of a project by their status.
 RowLayout {

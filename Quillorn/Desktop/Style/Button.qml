@@ -45,10 +45,12 @@ T.Button {
         }
     }
     background: Rectangle {
+        readonly property color filled: Qt.darker(Theme.fill, control.down ? 1.2 : control.hovered ? 1.08 : 1)
+        readonly property color idle: control.flat ? "transparent" : Theme.control
+        readonly property color plain: control.down || control.checked ? Theme.selected : control.hovered ? Theme.hovered : idle
+
         radius: Theme.controlRadius
-        color: control.highlighted ? (control.down ? Qt.darker(Theme.fill, 1.2) : control.hovered ? Qt.darker(Theme.fill, 1.08) : Theme.fill)
-               : control.down || control.checked ? Theme.selected
-               : control.hovered ? Theme.hovered : control.flat ? "transparent" : Theme.control
+        color: control.highlighted ? filled : plain
         border.width: control.flat || control.highlighted ? 0 : 1
         border.color: Theme.edge
         opacity: 1

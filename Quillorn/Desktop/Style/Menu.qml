@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls as C
 import QtQuick.Templates as T
 
 T.Menu {

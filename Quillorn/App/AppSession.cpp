@@ -36,10 +36,10 @@ struct AppSession::Machine {
 };
 
 AppSession::AppSession(MainQueue& mainQueue, SystemLog& log, const ProcessInfo& process,
-                       QuillornApp::Schedules schedules, std::string version)
+                       QuillornApp::Schedules schedules, std::string version, std::unique_ptr<Paths> paths)
     : m_text(currentLocale()),
       m_calendar(currentTimeZone(), currentLocale()),
-      m_paths(systemPaths()),
+      m_paths(std::move(paths)),
       m_settings(settingsFile(*m_paths), log),
       m_machine(schedules == QuillornApp::Schedules::run ? std::make_unique<Machine>(mainQueue, m_clock, *m_paths, log)
                                                          : nullptr),

@@ -22,7 +22,7 @@ class AppSession {
   public:
     /// Throws what QuillornApp throws.
     AppSession(MainQueue& mainQueue, SystemLog& log, const ProcessInfo& process, QuillornApp::Schedules schedules,
-               std::string version);
+               std::string version, std::unique_ptr<Paths> paths = systemPaths());
     ~AppSession();
 
     QuillornApp& app() { return *m_app; }

@@ -23,6 +23,8 @@ std::optional<int> DesktopOptions::read(std::vector<std::string> arguments, Desk
     app.add_option("--theme", options.scheme, "Colours: those of the system, light or dark")
         ->transform(CLI::CheckedTransformer(schemes))
         ->type_name("system|light|dark");
+    app.add_flag("--sample", options.isSample,
+                 "Show the work of a freelancer who never was, in a store that is gone at the end");
     app.footer("An empty store in memory is shown when -QUILLORN_DEMO is given.");
     std::erase(arguments, demoArgument);
     std::ranges::reverse(arguments); // as the library wants them

@@ -12,6 +12,8 @@ namespace quillorn {
 struct DesktopOptions {
     /// A quillorn:// address to open; empty for none.
     std::string address;
+    /// Whether to work in a throw-away store with sample data.
+    bool isSample = false;
     /// Whether only the window in which a task is added is wanted.
     bool quickAdd = false;
     Appearance::Scheme scheme = Appearance::Scheme::system;

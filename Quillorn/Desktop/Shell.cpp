@@ -6,6 +6,7 @@
 #include "Views/MenuCommands.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QQmlContext>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -48,18 +49,24 @@ void Shell::prepare() {
     // variables. Under Wayland the library for the graphics card isn't even loaded then.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        if (!qEnvironmentVariableIsSet("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION"))
+        if (!qEnvironmentVariableIsSet("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION")) {
             qputenv("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
+            QLoggingCategory::setFilterRules("qt.qpa.wayland.warning=false"); // that there is none of that name
+        }
     }
     QQuickStyle::setStyle("QuillornStyle");
     QQuickStyle::setFallbackStyle("Basic");
 }
 
-Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, Start start)
+Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, const SampleStore* sample,
+             Start start)
     : m_mainQueue(log),
-      m_world(m_mainQueue, log, process, QuillornApp::Schedules::run, QUILLORN_VERSION),
+      m_world(m_mainQueue, log, process, QuillornApp::Schedules::run, QUILLORN_VERSION,
+              sample != nullptr ? sample->paths() : systemPaths()),
       m_look(scheme) {
     if (m_world.app().runMode() != RunMode::fallback) {
+        if (sample != nullptr)
+            SampleStore::fill(m_world);
         m_history.emplace(m_world.app().mainStore(), m_world.app().timerService(), m_world.clock());
         m_desk.emplace(m_world, environmentOf(m_world, m_mainQueue, *m_history), log);
         startServices();

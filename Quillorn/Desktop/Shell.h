@@ -5,6 +5,7 @@
 #include "Desktop/DesktopApp.h"
 #include "Desktop/QtMainQueue.h"
 #include "Desktop/RefusedNetwork.h"
+#include "Desktop/SampleStore.h"
 #include "Views/EditHistory.h"
 
 #include <QQmlApplicationEngine>
@@ -23,8 +24,10 @@ class Shell {
 
     /// What shows first. Without the main window the program ends when the small one is closed.
     enum class Start { window, quickAdd };
-    /// Throws what QuillornApp throws, and std::runtime_error where the window can't be made.
-    Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, Start start = Start::window);
+    /// Works in the sample, which has to outlive it, where there is one. Throws what QuillornApp throws, and
+    /// std::runtime_error where the window can't be made.
+    Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& log, const SampleStore* sample = nullptr,
+          Start start = Start::window);
     Shell(const Shell&) = delete;
     Shell& operator=(const Shell&) = delete;
 

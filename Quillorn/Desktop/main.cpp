@@ -31,10 +31,16 @@ int run(int count, char** arguments) {
 
     SingleInstance instance;
     const QString address = toQString(options.address);
-    if (instance.claim({address, options.quickAdd}) == SingleInstance::Outcome::handedOver)
+    // What is not the user's store stands for itself.
+    const bool isUsersStore = !options.isSample && !LaunchFlags::of(process).isDemo;
+    if (isUsersStore && instance.claim({address, options.quickAdd}) == SingleInstance::Outcome::handedOver)
         return 0;
     StandardErrorLog log;
-    Shell shell(process, options.scheme, log, options.quickAdd ? Shell::Start::quickAdd : Shell::Start::window);
+    std::optional<SampleStore> sample;
+    if (options.isSample)
+        sample.emplace();
+    Shell shell(process, options.scheme, log, sample ? &*sample : nullptr,
+                options.quickAdd ? Shell::Start::quickAdd : Shell::Start::window);
     QObject::connect(&instance, &SingleInstance::opened, [&](const QString& asked) { shell.open(asked); });
     QObject::connect(&instance, &SingleInstance::quickAddWanted, [&] { shell.quickAdd(); });
     if (!address.isEmpty())

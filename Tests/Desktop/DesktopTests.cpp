@@ -193,7 +193,8 @@ TEST_F(DesktopTest, theKeyboardLeadsEverywhereAndTasksAreDraggedToProjects) {
 }
 
 TEST_F(DesktopTest, aTaskIsAddedInAWindowOfItsOwnWithoutTheMainOne) {
-    m_shell.emplace(ProcessInfo{.arguments = {demoArgument}, .environment = {}}, scheme, log, Shell::Start::quickAdd);
+    m_shell.emplace(ProcessInfo{.arguments = {demoArgument}, .environment = {}}, scheme, log, nullptr,
+                    Shell::Start::quickAdd);
     EXPECT_FALSE(shell().window().isVisible());
     QQuickWindow* window = nullptr;
     for (QWindow* each : QGuiApplication::allWindows())
@@ -236,6 +237,18 @@ TEST_F(DesktopTest, modelsFollowTheirListsStepByStep) {
         for (int row = 0; row < model.rowCount(); ++row)
             ASSERT_EQ(model.data(model.index(row), Qt::UserRole).toInt(), next[static_cast<std::size_t>(row)].value);
     }
+}
+
+TEST_F(DesktopTest, theSampleHasWorkAndVanishes) {
+    std::optional<SampleStore> sample(std::in_place);
+    m_shell.emplace(ProcessInfo{}, scheme, log, &*sample);
+    const std::filesystem::path folder = *shell().world().paths().home();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return itemWith("Ask Farid about the illustrations") != nullptr; }));
+    EXPECT_EQ(storeFile(shell().world().paths()).string().rfind(folder.string(), 0), 0u);
+    m_shell.reset();
+    sample.reset();
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
 }
 
 TEST_F(DesktopTest, theWindowAsksNoNetwork) {

@@ -1,4 +1,6 @@
+#include "Platform/Calendar.h"
 #include "Services/ExportFormat.h"
+#include "Services/SampleData.h"
 #include "Services/StoreExport.h"
 #include "Services/StoreImport.h"
 #include "Store/EntityType.h"
@@ -162,6 +164,30 @@ TEST(StoreExport, theSampleIsOne) {
     EXPECT_EQ(exported(*store.container) + "\n", readFile(QUILLORN_SAMPLE));
     for (const TimeEntry* entry : context.fetch<TimeEntry>())
         EXPECT_TRUE(entry->endTime() && entry->startTime() < *entry->endTime() && entry->notes());
+}
+
+TEST(StoreExport, theSampleMovesToAnyDay) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        // now, the end of the last piece of work, the dentist
+        {"UTC", "2026-11-20T10:41:00Z", "2026-11-20T10:40:00Z 2026-11-26T08:30:00Z"},
+        {"UTC", "2026-11-20T10:39:00Z", "2026-11-19T10:40:00Z 2026-11-25T08:30:00Z"},
+        {"America/New_York", "2027-07-02T03:00:00Z", "2027-07-01T14:40:00Z 2027-07-07T12:30:00Z"},
+        {"Pacific/Chatham", "2020-03-01T00:00:00Z", "2020-02-29T20:55:00Z 2020-03-06T18:45:00Z"},
+    };
+    for (const auto& [zone, now, expected] : cases) {
+        MemoryStore store;
+        const std::string text = exportMovedTo(*parseISO8601(now), Calendar(zone, "en_US"), readFile(QUILLORN_SAMPLE));
+        importIntoStore(*store.container, text, ImportKind::real);
+        ModelContext context(*store.container);
+        Date last{};
+        for (const TimeEntry* entry : context.fetch<TimeEntry>())
+            last = std::max(last, *entry->endTime());
+        std::string found = formatISO8601(last);
+        for (const ProjectTask* task : context.fetch<ProjectTask>())
+            if (task->title() == "Dentist")
+                found += " " + formatISO8601(*task->dueDate());
+        EXPECT_EQ(found, expected) << zone << " " << now;
+    }
 }
 
 } // namespace

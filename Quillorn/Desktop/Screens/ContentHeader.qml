@@ -65,8 +65,10 @@ Item {
         TextField {
             id: search
 
+            Layout.fillWidth: true
             Layout.preferredWidth: 150
             Layout.minimumWidth: 80
+            Layout.maximumWidth: 150
             visible: root.tasks !== null
             symbol: "magnifyingglass"
             placeholderText: root.tasks?.searchPrompt ?? ""

@@ -96,10 +96,8 @@ void takeForReadme(const QDir& folder, bool isDark, SystemLog& log) {
     desk.selectTask({});
     desk.show("project", idOf(context.fetch<Project>(), "Order system"));
     auto& record = *qobject_cast<RecordScreen*>(desk.record());
-    for (const char* tab : {"tasks", "time"}) {
-        record.setTab(tab);
-        take(QString("project-") + tab);
-    }
+    record.setTab("time");
+    take("time");
 }
 
 int run(int count, char** arguments) {

@@ -111,9 +111,11 @@ Task<> NotificationService::rebuild() {
     std::vector<NotificationRequest> requests;
     if (now.isEnabled && mayNotify()) {
         try {
+            // It may outlast this object.
             requests = co_await m_background.run([&container = m_context.context().container(),
-                                                  &environment = m_environment, time = now.time](const auto&) {
-                return dueNotifications(container, time, environment.calendar, environment.clock.now());
+                                                  &calendar = m_environment.calendar, &clock = m_environment.clock,
+                                                  time = now.time](const auto&) {
+                return dueNotifications(container, time, calendar, clock.now());
             });
         } catch (const std::exception& error) {
             // What is pending stays as it is.

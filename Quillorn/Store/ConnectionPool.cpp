@@ -32,6 +32,8 @@ ConnectionPool::Loan ConnectionPool::borrow() {
 }
 
 std::unique_ptr<Database> ConnectionPool::open() {
+    if (m_mayOpen)
+        m_mayOpen();
     auto database = std::make_unique<Database>(m_location, m_executions);
     database->configure();
     return database;

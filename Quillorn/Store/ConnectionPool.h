@@ -3,9 +3,11 @@
 #include "Store/Database.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillorn {
@@ -13,7 +15,10 @@ namespace quillorn {
 /// Connections to one store with their prepared statements, lent to one context at a time.
 class ConnectionPool {
   public:
-    explicit ConnectionPool(std::string location) : m_location(std::move(location)) {}
+    /// `mayOpen` is asked before each connection is opened, and throws where there must be none.
+    explicit ConnectionPool(std::string location, std::function<void()> mayOpen = {})
+        : m_location(std::move(location)),
+          m_mayOpen(std::move(mayOpen)) {}
 
     /// A connection on loan; goes back at the end.
     class Loan {
@@ -47,6 +52,7 @@ class ConnectionPool {
     void giveBack(std::unique_ptr<Database> database);
 
     std::string m_location;
+    std::function<void()> m_mayOpen;
     std::atomic<std::uint64_t> m_executions{0};
     std::mutex m_mutex;
     std::vector<std::unique_ptr<Database>> m_resting; // the last one is taken first

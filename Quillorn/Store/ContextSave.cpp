@@ -61,7 +61,7 @@ void ContextSave::beginTransaction() {
         m_context.m_database.emplace(m_context.m_container.m_pool.borrow());
     Database& connection = **m_context.m_database;
     connection.rollBack(); // the snapshot so far: a reader can't become the writer of a store that has moved on
-    m_context.m_container.checkFiles(connection);
+    m_context.m_container.checkFiles(&connection);
     connection.beginWriting(m_patience);
 }
 

@@ -69,7 +69,7 @@ ModelContainer::ModelContainer(const Schema& schema, const MigrationPlan* plan, 
       m_configuration(resolved(std::move(configuration))),
       m_environment(std::move(environment)),
       m_writeLock(prepareFiles(m_configuration)),
-      m_pool(location(m_configuration, m_environment.random)) {
+      m_pool(location(m_configuration, m_environment.random), [this] { checkFiles(); }) {
     try {
         open(plan);
     } catch (const StoreError& error) {
@@ -85,6 +85,7 @@ ModelContainer::~ModelContainer() {
     try {
         // Connections don't checkpoint on closing, so that it happens under the lock, like every checkpoint.
         const WriteLock::Guard guard = m_writeLock.acquire();
+        m_files->check();
         const auto database = m_pool.borrow();
         m_files->check(*database);
         database->checkpoint(true);
@@ -124,11 +125,14 @@ WriteLock::Guard ModelContainer::lockForWriting(std::chrono::milliseconds patien
     }
 }
 
-void ModelContainer::checkFiles(const Database& database) const {
+void ModelContainer::checkFiles(const Database* database) const {
     if (!m_files)
         return;
     try {
-        m_files->check(database);
+        if (database != nullptr)
+            m_files->check(*database);
+        else
+            m_files->check();
     } catch (const StoreLostError& error) {
         reportLoss(error);
         throw;

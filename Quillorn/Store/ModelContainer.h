@@ -76,8 +76,9 @@ class ModelContainer {
     /// What every writer begins with. Throws StoreError; one that this container's files are lost is told to the
     /// environment before.
     [[nodiscard]] WriteLock::Guard lockForWriting(std::chrono::milliseconds patience = WriteLock::usualPatience);
-    /// To be called under that lock, for the connection that will write: whether it writes into the store's own files.
-    void checkFiles(const Database& database) const;
+    /// Whether the store's own files are still there, before a connection is opened; under the lock, and for the
+    /// connection that will write, whether it writes into them. A loss is told to the environment, and thrown.
+    void checkFiles(const Database* database = nullptr) const;
     void reportLoss(const StoreLostError& error) const;
     /// After a commit, under the write lock: keeps the write-ahead log short.
     void checkpointIfDue(Database& database);

@@ -21,7 +21,7 @@ ModelContext::ModelContext(ModelContainer& container, Intent intent)
     if (intent == Intent::update) {
         m_writeGuard.emplace(container.lockForWriting());
         m_database.emplace(container.m_pool.borrow());
-        container.checkFiles(**m_database);
+        container.checkFiles(&**m_database);
         (*m_database)->beginWriting(WriteLock::usualPatience);
     }
 }

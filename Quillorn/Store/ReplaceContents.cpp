@@ -109,7 +109,7 @@ void replaceStoreContents(ModelContainer& source, ModelContainer& live) {
     {
         const WriteLock::Guard guard = live.lockForWriting();
         const auto database = live.m_pool.open();
-        live.checkFiles(*database);
+        live.checkFiles(database.get());
         // The copy makes no reference without its target. Unwatched, tables are emptied at once instead of row by row.
         database->execute("PRAGMA foreign_keys = OFF");
         Transaction transaction(*database, Transaction::Kind::write);

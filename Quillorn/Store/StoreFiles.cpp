@@ -41,10 +41,14 @@ void StoreFiles::note() {
         file.identity = identityOf(file.path);
 }
 
-void StoreFiles::check(const Database& database) const {
+void StoreFiles::check() const {
     for (const File& file : m_files)
         if (const auto found = identityOf(file.path); found != file.identity)
             throw StoreLostError(fmt::format("{} was {} while it was open", file.path, found ? "replaced" : "removed"));
+}
+
+void StoreFiles::check(const Database& database) const {
+    check();
     if (database.hasMoved())
         throw StoreLostError(fmt::format("{} was replaced while it was open", m_files[0].path));
 }

@@ -34,6 +34,9 @@ class StoreFiles {
     /// Notes what the paths lead to. The caller holds the write lock, and a connection is open and stays so: the system
     /// gives no open file's number to another file.
     void note();
+    /// Throws StoreLostError where that has changed. To be asked before a further connection is opened: beside an empty
+    /// file SQLite removes the log, and with it what was committed last.
+    void check() const;
     /// Throws StoreLostError where that has changed, or where `database` has another file open. The caller holds the
     /// write lock.
     void check(const Database& database) const;

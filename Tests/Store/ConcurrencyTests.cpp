@@ -200,6 +200,12 @@ TEST(Files, thatWereRemovedOrReplacedTakeNoWrites) {
             EXPECT_THROW(reader.save(), StoreLostError) << file;
             EXPECT_THROW(replaceStoreContents(*store.container, *container), StoreLostError) << file;
             EXPECT_EQ(losses, 3);
+            if (file == "Quillorn.store") {
+                std::ofstream(path).close();
+                ModelContext second(*container);
+                EXPECT_THROW(second.fetch<Tag>(), StoreLostError);
+                EXPECT_TRUE(fs::exists(path.string() + "-wal")) << "SQLite removes the log of an empty file";
+            }
             fs::remove_all(moved);
         }
 }

@@ -16,8 +16,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The private part of a class may have members of types from its file's unnamed namespace; in a unity build g++
-    # takes such a file for a header.
-    target_compile_options(quillorn_flags INTERFACE -Wno-subobject-linkage)
+    # takes such a file for a header. And what a file names with `using` is not global to the others.
+    target_compile_options(quillorn_flags INTERFACE -Wno-subobject-linkage -Wno-shadow)
 endif()
 if(QUILLORN_WERROR)
     target_compile_options(quillorn_flags INTERFACE -Werror)

@@ -250,6 +250,8 @@ TEST_F(MainContextTest, hearsOfAnotherProcessByTheFile) {
 }
 
 TEST_F(MainContextTest, triesAgainUntilItHasFollowed) {
+    if (isSanitized)
+        GTEST_SKIP() << "UBSan opens a pipe to look at an object of a class that is new to it";
     const auto failing = main.observe([](const ChangeSet&) { throw std::runtime_error("deaf"); });
     int heard = 0;
     const auto behind = main.observe([&](const ChangeSet&) { ++heard; });

@@ -286,7 +286,7 @@ constexpr WireField fieldOf(const NamedField<Member, Getter>& field) {
 }
 
 template <class... Fields>
-constexpr const std::tuple<Fields...>& asGroup(const std::tuple<Fields...>& group) {
+constexpr std::tuple<Fields...> asGroup(const std::tuple<Fields...>& group) {
     return group;
 }
 template <auto Member, auto Getter>

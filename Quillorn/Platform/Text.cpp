@@ -142,6 +142,15 @@ bool Text::contains(std::string_view text, std::string_view part) const {
     return needle(part).isIn(text);
 }
 
+std::string Text::searchKey(std::string_view text) const {
+    std::string key;
+    if (m_state->isTurkic || !isASCII(text))
+        return foldKey(text, m_state->isTurkic).toUTF8String(key);
+    key.resize(text.size());
+    std::ranges::transform(text, key.begin(), lowerASCII);
+    return key;
+}
+
 std::string Text::folded(std::string_view text) const {
     std::string result;
     return withoutAccents(foldKey(text, m_state->isTurkic)).toUTF8String(result);

@@ -37,6 +37,9 @@ class Text {
     Needle needle(std::string_view text) const;
     /// Whether `text` contains `part`, as Needle says.
     bool contains(std::string_view text, std::string_view part) const;
+    /// For who searches the same texts time and again: `text` contains what is not empty when its search key, which is
+    /// UTF-8 too, contains that of the part.
+    std::string searchKey(std::string_view text) const;
 
     /// `text` without case and accents, for comparing what people say: "ÚRGENT" and "urgent" are the same.
     std::string folded(std::string_view text) const;

@@ -150,7 +150,8 @@ void TaskListView::fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& mak
     item.depth = static_cast<std::uint32_t>(totals.depth);
     item.hasSubtasks = totals.subtaskCount > (m_options.showsCompleted ? 0 : totals.completedSubtaskCount);
     item.isOpen = item.hasSubtasks && m_options.open.contains(task.id());
-    item.matches = !isNarrowedOut(task);
+    item.searched.reset();
+    item.matches = isLetThrough(item);
     item.share = TaskTally::shareOf(task, m_moment);
     item.sections.clear();
     for (const SectionHead& head : sectionsOf(task, m_options.groupBy, m_moment))
@@ -171,7 +172,7 @@ void TaskListView::fillGuests(TaskListItem& item) {
     std::vector<ProjectTask*> tasks;
     for (ProjectTask* task : item.task->subtasks())
         if (!m_items.contains(task->key()) && (m_options.showsCompleted || !task->isCompleted()) &&
-            !isNarrowedOut(*task) && task->depth() > item.depth)
+            isOfMeeting(*task) && m_search.matches(*task) && task->depth() > item.depth)
             tasks.push_back(task);
     sortTasks(tasks, m_options.sortOrder, m_environment.text);
     TaskRowMaker maker(m_environment.main.context(), tasks, m_moment, m_environment.calendar);
@@ -182,13 +183,27 @@ void TaskListView::fillGuests(TaskListItem& item) {
     }
 }
 
-bool TaskListView::isNarrowedOut(const ProjectTask& task) const {
-    return (!m_meeting.empty() && meetingKey(task) != m_meeting) || !m_search.matches(task);
+bool TaskListView::isOfMeeting(const ProjectTask& task) const {
+    return m_meeting.empty() || meetingKey(task) == m_meeting;
 }
 
-void TaskListView::narrow() {
+bool TaskListView::isLetThrough(TaskListItem& item) const {
+    if (!isOfMeeting(*item.task))
+        return false;
+    if (m_search.isBlank())
+        return true;
+    if (!item.searched)
+        item.searched = m_search.searched(*item.task);
+    return m_search.isInSearched(*item.searched);
+}
+
+/// `former` is the search before this one, where nothing but the search has changed.
+void TaskListView::narrow(const TaskTextSearch* former) {
+    const bool noneComes = former != nullptr && m_search.isWithin(*former);
+    const bool noneGoes = former != nullptr && former->isWithin(m_search);
     for (TaskListItem* item : m_sorted) {
-        item->matches = !isNarrowedOut(*item->task);
+        if (item->matches ? !noneGoes : !noneComes)
+            item->matches = isLetThrough(*item);
         fillGuests(*item);
     }
     layOut();

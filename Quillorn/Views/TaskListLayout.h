@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -27,6 +28,8 @@ struct TaskListItem {
     bool matches = true;
     /// Whether its time grows.
     bool isRunning = false;
+    /// What search looks at, once it has.
+    std::optional<std::string> searched{};
     std::vector<std::uint32_t> sections{};
     TaskTally::Share share{};
     /// While it is open: subtasks that are no members of the list themselves, in their order.

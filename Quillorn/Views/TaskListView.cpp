@@ -86,8 +86,8 @@ void TaskListView::setSearchText(std::string text) {
     if (text == m_searchText)
         return;
     m_searchText = std::move(text);
-    m_search = TaskTextSearch(m_searchText, m_environment.text);
-    narrow();
+    const TaskTextSearch former = std::exchange(m_search, TaskTextSearch(m_searchText, m_environment.text));
+    narrow(&former);
 }
 
 const std::vector<TaskMeeting>& TaskListView::meetings() const {

@@ -101,9 +101,10 @@ class TaskListView {
     void drop(RowKey key);
     void fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& maker);
     void fillGuests(TaskListItem& item);
-    bool isNarrowedOut(const ProjectTask& task) const;
+    bool isOfMeeting(const ProjectTask& task) const;
+    bool isLetThrough(TaskListItem& item) const;
     bool isEarlier(const TaskListItem& a, const TaskListItem& b) const;
-    void narrow();
+    void narrow(const TaskTextSearch* former = nullptr);
     void layOut();
     void changeRows(const TaskListItem& item);
     void settingsChanged();

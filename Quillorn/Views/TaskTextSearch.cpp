@@ -3,18 +3,32 @@
 #include "Models/ProjectTask.h"
 #include "Models/Tag.h"
 
-#include <algorithm>
-
 namespace quillorn {
 
+namespace {
+
+/// No part of any UTF-8, so that nothing is found across two texts.
+constexpr char separator = '\xFF';
+
+} // namespace
+
 TaskTextSearch::TaskTextSearch(std::string_view typed, const Text& text)
-    : m_isBlank(trimWhitespaceAndNewlines(typed).empty()),
-      m_needle(text.needle(typed)) {}
+    : m_text(&text),
+      m_key(trimWhitespaceAndNewlines(typed).empty() ? std::string() : text.searchKey(typed)) {}
 
 bool TaskTextSearch::matches(const ProjectTask& task) const {
-    const auto isIn = [this](const std::optional<std::string>& text) { return text && m_needle.isIn(*text); };
-    return m_isBlank || m_needle.isIn(task.title()) || isIn(task.taskDescription()) || isIn(task.sourceTitle()) ||
-           std::ranges::any_of(task.tags(), [this](const Tag* tag) { return m_needle.isIn(tag->name()); });
+    return isBlank() || isInSearched(searched(task));
+}
+
+std::string TaskTextSearch::searched(const ProjectTask& task) const {
+    std::string all = m_text->searchKey(task.title());
+    const auto add = [&](std::string_view text) { (all += separator) += m_text->searchKey(text); };
+    for (const auto& text : {&ProjectTask::taskDescription, &ProjectTask::sourceTitle})
+        if (const auto& value = (task.*text)())
+            add(*value);
+    for (const Tag* tag : task.tags())
+        add(tag->name());
+    return all;
 }
 
 } // namespace quillorn

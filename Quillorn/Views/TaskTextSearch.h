@@ -2,6 +2,7 @@
 
 #include "Platform/Text.h"
 
+#include <string>
 #include <string_view>
 
 namespace quillorn {
@@ -14,13 +15,25 @@ class TaskTextSearch {
     TaskTextSearch(std::string_view typed, const Text& text);
 
     /// Nothing but white space narrows nothing.
-    bool isBlank() const { return m_isBlank; }
+    bool isBlank() const { return m_key.empty(); }
     /// Whether title, description, source or the name of a tag contains it, in either case. True when it is blank.
     bool matches(const ProjectTask& task) const;
 
+    /// All that is searched of a task, in a form that is quick to search. Good until the task or one of its tags
+    /// changes.
+    std::string searched(const ProjectTask& task) const;
+    /// As of the task that this was made of.
+    bool isInSearched(std::string_view searched) const { return contains(searched, m_key); }
+    /// Whether the other one finds whatever this one finds.
+    bool isWithin(const TaskTextSearch& other) const { return contains(m_key, other.m_key); }
+
   private:
-    bool m_isBlank;
-    Text::Needle m_needle;
+    static bool contains(std::string_view text, std::string_view part) {
+        return text.find(part) != std::string_view::npos;
+    }
+
+    const Text* m_text;
+    std::string m_key; // empty when it is blank
 };
 
 } // namespace quillorn

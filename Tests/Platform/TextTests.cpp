@@ -26,11 +26,15 @@ TEST(Text, containsIgnoresCaseAndCompositionButNotAccents) {
         {"", "", false}, {"text", "", false}, {"", "a", false},
         {"TITLE", "title", true}, {"TITLE", "title", false, "tr_TR"}, {"TITLE", "tıtle", true, "tr_TR"},
         {"İstanbul", "istanbul", true, "tr_TR"}, {"TITLE", "tıtle", true, "az"}, {"TITLE", "tıtle", false, "de_DE"},
+        {"\xFFx", "\uFFFDX", true}, {"report", "é", false}, {"\U0001F600", "\U0001F601", false},
     };
     // clang-format on
-    for (const auto& c : cases)
-        EXPECT_EQ(Text(c.locale).contains(c.text, c.part), c.expected)
-            << c.text << " | " << c.part << " | " << c.locale;
+    for (const auto& c : cases) {
+        const Text text(c.locale);
+        const bool isInKey = text.searchKey(c.text).find(text.searchKey(c.part)) != std::string::npos;
+        for (const bool found : {text.contains(c.text, c.part), *c.part != 0 && isInKey})
+            EXPECT_EQ(found, c.expected) << c.text << " | " << c.part << " | " << c.locale;
+    }
 }
 
 TEST(Text, comparesAsAFileListDoes) {

@@ -40,6 +40,17 @@ TaskTotalsTable::TaskTotalsTable(ModelContext& context, const std::vector<Projec
     const std::vector<RowKey> keys = keysOf(tasks);
     m_sums.reserve(keys.size());
     addTimes(context, keys, now);
+    addTree(context, tasks, keys);
+}
+
+TaskTotalsTable TaskTotalsTable::withoutTime(ModelContext& context, const std::vector<ProjectTask*>& tasks) {
+    TaskTotalsTable table;
+    table.addTree(context, tasks, keysOf(tasks));
+    return table;
+}
+
+void TaskTotalsTable::addTree(ModelContext& context, const std::vector<ProjectTask*>& tasks,
+                              const std::vector<RowKey>& keys) {
     addSubtasks(context, keys);
     if (std::ranges::any_of(tasks, [](const ProjectTask* task) { return task->parentKey() != 0; }))
         addDepths(context, keys);

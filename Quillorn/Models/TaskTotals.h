@@ -26,6 +26,8 @@ class TaskTotalsTable {
   public:
     /// `tasks` belong to `context`; running entries count up to `now`.
     TaskTotalsTable(ModelContext& context, const std::vector<ProjectTask*>& tasks, Date now);
+    /// Without the time, which takes longer than all the rest.
+    static TaskTotalsTable withoutTime(ModelContext& context, const std::vector<ProjectTask*>& tasks);
 
     TaskTotals of(const ProjectTask& task) const;
 
@@ -35,6 +37,8 @@ class TaskTotalsTable {
         TaskTotals totals; // without the time
     };
 
+    TaskTotalsTable() = default;
+    void addTree(ModelContext& context, const std::vector<ProjectTask*>& tasks, const std::vector<RowKey>& keys);
     void addTimes(ModelContext& context, const std::vector<RowKey>& tasks, Date now);
     void addSubtasks(ModelContext& context, const std::vector<RowKey>& tasks);
     /// Of every task that has a parent.

@@ -4,6 +4,7 @@
 #include "Platform/UTF8.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -54,6 +55,37 @@ icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
 
 constexpr char lowerASCII(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+// Eight characters at a time.
+constexpr std::uint64_t eachByte = 0x0101010101010101;
+constexpr std::uint64_t highBits = 0x80 * eachByte;
+
+/// How many characters at the beginning are ASCII.
+std::size_t lengthOfASCII(std::string_view text) {
+    std::size_t length = 0;
+    for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word) {
+        std::memcpy(&word, text.data() + length, sizeof word);
+        if ((word & highBits) != 0)
+            break;
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80)
+        ++length;
+    return length;
+}
+
+void appendLowerASCII(std::string& key, std::string_view text) {
+    std::size_t at = key.size();
+    key += text;
+    for (std::uint64_t word = 0; at + sizeof word <= key.size(); at += sizeof word) {
+        std::memcpy(&word, key.data() + at, sizeof word);
+        const std::uint64_t fromA = word + (0x80 - 'A') * eachByte;
+        const std::uint64_t beyondZ = word + (0x7F - 'Z') * eachByte;
+        word |= (fromA & ~beyondZ & highBits) >> 2; // the bit by which cases differ
+        std::memcpy(key.data() + at, &word, sizeof word);
+    }
+    for (; at < key.size(); ++at)
+        key[at] = lowerASCII(key[at]);
 }
 
 std::unique_ptr<icu::Collator> makeCollator(const icu::Locale& locale, icu::Collator::ECollationStrength strength,
@@ -144,10 +176,22 @@ bool Text::contains(std::string_view text, std::string_view part) const {
 
 std::string Text::searchKey(std::string_view text) const {
     std::string key;
-    if (m_state->isTurkic || !isASCII(text))
-        return foldKey(text, m_state->isTurkic).toUTF8String(key);
-    key.resize(text.size());
-    std::ranges::transform(text, key.begin(), lowerASCII);
+    if (m_state->isTurkic) // whose I is folded among ASCII too
+        return foldKey(text, true).toUTF8String(key);
+    key.reserve(text.size());
+    // Piece by piece, since converting takes many times as long as looking. An ASCII character begins anew, but what
+    // stands behind it may belong to it: a mark over it.
+    while (!text.empty()) {
+        const std::size_t ascii = lengthOfASCII(text);
+        const std::size_t plain = ascii < text.size() && ascii > 0 ? ascii - 1 : ascii;
+        appendLowerASCII(key, text.substr(0, plain));
+        std::size_t end = ascii;
+        while (end < text.size() && static_cast<unsigned char>(text[end]) >= 0x80)
+            ++end;
+        if (plain < end)
+            foldKey(text.substr(plain, end - plain), false).toUTF8String(key);
+        text.remove_prefix(end);
+    }
     return key;
 }
 

@@ -130,7 +130,9 @@ void ObservableList<Row>::assign(std::vector<Row> next) {
 
     const std::size_t oldCount = m_rows.size() - start - tail;
     const std::span<Row> middle(next.data() + start, next.size() - start - tail);
-    if (oldCount > 0 || !middle.empty()) {
+    if (std::max(oldCount, middle.size()) - std::min(oldCount, middle.size()) > mostRowsComingOrGoing) {
+        overwrite(start, oldCount, middle); // without a plan: it would say the same
+    } else if (oldCount > 0 || !middle.empty()) {
         const Plan steps = plan(std::span<const Row>(m_rows.data() + start, oldCount), middle);
         if (steps.steps > mostSteps || steps.comingOrGoing > mostRowsComingOrGoing) {
             overwrite(start, oldCount, middle);

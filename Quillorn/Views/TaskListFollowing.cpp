@@ -12,6 +12,9 @@ namespace {
 /// Tasks of an upcoming list come into reach by time alone.
 constexpr std::chrono::minutes upcomingStep{1};
 
+/// Above this number of changed tasks laying out everything takes less time than placing each.
+constexpr std::size_t mostPlaced = 8;
+
 /// Whether subtasks belong to their parents in the list: where it is told by a date or a tag which tasks are in, none
 /// is out of sight because its parent is closed.
 bool nests(const TaskFilter& filter) {
@@ -24,43 +27,59 @@ bool nests(const TaskFilter& filter) {
 void TaskListView::follow(const RowSteps& told) {
     if (told.isReplaced)
         return rebuild();
+    std::vector<Change> changes;
     std::vector<ProjectTask*> changed;
-    bool isElsewhere = false;
     for (const RowStep& step : told.steps) {
-        if (step.kind == RowStep::Kind::removed) {
-            drop(step.key);
-            isElsewhere = true;
-        } else if (auto* task = m_environment.main.context().find<ProjectTask>(step.key);
-                   task != nullptr && std::ranges::find(changed, task) == changed.end()) {
+        if (step.kind == RowStep::Kind::removed)
+            drop(step.key, changes);
+        else if (auto* task = m_environment.main.context().find<ProjectTask>(step.key);
+                 task != nullptr && std::ranges::find(changed, task) == changed.end())
             changed.push_back(task);
-        }
     }
-    isElsewhere |= take(changed);
-    if (isElsewhere)
+    take(changed, changes);
+    if (!placeRows(changes))
         layOut();
-    else
-        for (const ProjectTask* task : changed)
-            changeRows(*m_items.at(task->key()));
     armTimer();
     m_observers.tell();
 }
 
-void TaskListView::drop(RowKey key) {
+void TaskListView::drop(RowKey key, std::vector<Change>& changes) {
     const auto found = m_items.find(key);
     if (found == m_items.end())
         return;
-    m_tally.add(found->second->share, -1);
-    std::erase(m_sorted, found->second.get());
+    TaskListItem& item = *found->second;
+    changes.push_back({.id = item.id, .former = TaskListPlacement::roleOf(item), .isElsewhere = true});
+    m_tally.add(item.share, -1);
+    std::erase(m_sorted, &item);
     m_items.erase(found);
     m_running.erase(key);
     m_meetings.reset();
 }
 
+/// False where everything has to be laid out again.
+bool TaskListView::placeRows(std::vector<Change>& changes) {
+    if (changes.size() > mostPlaced)
+        return false;
+    TaskListPlacement placement(m_rows, m_plan, m_items, m_sorted, m_sections);
+    // What is gone, then what is there from the end of the list.
+    std::ranges::sort(changes, [this](const Change& a, const Change& b) {
+        return a.item == nullptr || b.item == nullptr ? b.item != nullptr && a.item == nullptr
+                                                      : isEarlier(*b.item, *a.item);
+    });
+    for (const Change& change : changes) {
+        if (change.item == nullptr ? !placement.remove(change.id, change.former)
+                                   : change.isElsewhere && !placement.place(*change.item, change.former))
+            return false;
+        if (change.item != nullptr && !change.isElsewhere)
+            changeRows(*change.item);
+    }
+    return true;
+}
+
 void TaskListView::rebuild() {
-    m_items.clear();
+    const TaskListItems former = std::exchange(m_items, {});
     m_sorted.clear();
     m_sections.clear();
-    m_running.clear();
     m_tally = {};
     m_meetings.reset();
     m_nextDue.reset();
@@ -70,16 +89,26 @@ void TaskListView::rebuild() {
     for (std::size_t place = 0; place < m_members.size(); ++place)
         tasks.push_back(&m_members[place]);
     sortTasks(tasks, m_options.sortOrder, m_environment.text);
-    TaskRowMaker maker(m_environment.main.context(), tasks, m_moment, m_environment.calendar);
+    const auto totals = TaskTotalsTable::withoutTime(m_environment.main.context(), tasks);
+    readTagged();
     m_items.reserve(tasks.size());
     m_sorted.reserve(tasks.size());
+    std::vector<TaskListItem*> shown;
     for (ProjectTask* task : tasks) {
         auto item = std::make_unique<TaskListItem>();
-        fill(*item, *task, maker);
+        if (const auto known = former.find(task->key()); known != former.end())
+            item->words = known->second->words;
+        else
+            item->words = TaskRowText(*this, task->key());
+        fill(*item, *task, totals.of(*task));
+        if (item->words.isMade())
+            shown.push_back(item.get());
         m_tally.add(item->share);
         m_sorted.push_back(item.get());
         m_items.emplace(task->key(), std::move(item));
     }
+    m_running.clear();
+    renew(shown);
     for (TaskListItem* item : m_sorted)
         fillGuests(*item); // when all members are known
     layOut();
@@ -87,51 +116,65 @@ void TaskListView::rebuild() {
     m_observers.tell();
 }
 
-/// Whether rows come, go or move.
-bool TaskListView::take(const std::vector<ProjectTask*>& changed) {
-    if (changed.empty())
-        return false;
-    TaskRowMaker maker(m_environment.main.context(), changed, m_moment, m_environment.calendar);
-    bool isElsewhere = false;
-    for (ProjectTask* task : changed)
-        isElsewhere |= take(*task, maker);
-    return isElsewhere;
+void TaskListView::take(const std::vector<ProjectTask*>& tasks, std::vector<Change>& changes) {
+    if (tasks.empty())
+        return;
+    const std::size_t first = changes.size();
+    const auto totals = TaskTotalsTable::withoutTime(m_environment.main.context(), tasks);
+    readTagged();
+    std::vector<TaskListItem*> shown;
+    for (ProjectTask* task : tasks) {
+        changes.push_back(take(*task, totals.of(*task)));
+        if (changes.back().item->words.isMade())
+            shown.push_back(changes.back().item);
+    }
+    renew(shown);
+    place(std::span(changes).subspan(first));
 }
 
-bool TaskListView::take(ProjectTask& task, TaskRowMaker& maker) {
+/// Of everything but the words and the place in the order.
+TaskListView::Change TaskListView::take(ProjectTask& task, const TaskTotals& totals) {
     auto& item = m_items[task.key()];
-    const bool isNew = item == nullptr;
-    if (isNew)
+    Change change{.isNew = item == nullptr};
+    if (change.isNew) {
         item = std::make_unique<TaskListItem>();
-    else
+        item->words = TaskRowText(*this, task.key());
+    } else {
+        change.former = TaskListPlacement::roleOf(*item);
         m_tally.add(item->share, -1);
-    const bool matched = item->matches;
-    const RowKey parent = item->parent;
+    }
+    change.item = item.get();
     const bool hadGuests = !item->guests.empty();
-    const std::vector<std::uint32_t> sections = std::exchange(item->sections, {});
     const std::uint32_t revision = m_sections.revision();
-    fill(*item, task, maker);
+    fill(*item, task, totals);
     fillGuests(*item);
     m_tally.add(item->share);
     m_meetings.reset();
-    const bool isPlaced = place(*item, isNew);
-    return isPlaced || parent != item->parent || matched != item->matches || hadGuests || !item->guests.empty() ||
-           sections != item->sections || revision != m_sections.revision();
+    change.isElsewhere = change.isNew || hadGuests || !item->guests.empty() || revision != m_sections.revision() ||
+                         change.former != TaskListPlacement::roleOf(*item);
+    return change;
 }
 
-/// Puts the item where the order wants it; false when it is there.
-bool TaskListView::place(TaskListItem& item, bool isNew) {
-    if (!isNew) {
-        const auto at = std::ranges::find(m_sorted, &item);
-        const bool fits = (at == m_sorted.begin() || !isEarlier(item, **std::prev(at))) &&
-                          (std::next(at) == m_sorted.end() || !isEarlier(**std::next(at), item));
-        if (fits)
-            return false;
-        m_sorted.erase(at);
-    }
+/// Puts their items where the order wants them.
+void TaskListView::place(std::span<Change> changes) {
     const auto earlier = [this](const TaskListItem* a, const TaskListItem* b) { return isEarlier(*a, *b); };
-    m_sorted.insert(std::ranges::lower_bound(m_sorted, &item, earlier), &item);
-    return true;
+    if (changes.size() == 1 && !changes[0].isNew) {
+        TaskListItem* item = changes[0].item;
+        const auto at = std::ranges::find(m_sorted, item);
+        if ((at == m_sorted.begin() || !earlier(item, *std::prev(at))) &&
+            (std::next(at) == m_sorted.end() || !earlier(*std::next(at), item)))
+            return;
+    }
+    // All are out before the first one is put back, for among items that are out of order no place can be found.
+    std::vector<TaskListItem*> items;
+    for (Change& change : changes) {
+        if (!change.isNew)
+            std::erase(m_sorted, change.item);
+        items.push_back(change.item);
+        change.isElsewhere = true;
+    }
+    for (TaskListItem* item : items)
+        m_sorted.insert(std::ranges::lower_bound(m_sorted, item, earlier), item);
 }
 
 bool TaskListView::isEarlier(const TaskListItem& a, const TaskListItem& b) const {
@@ -142,10 +185,9 @@ bool TaskListView::isEarlier(const TaskListItem& a, const TaskListItem& b) const
     return !isBefore(second, first, m_options.sortOrder, m_environment.text) && first.key() < second.key();
 }
 
-void TaskListView::fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& maker) {
-    const TaskTotals totals = maker.totals(task);
+void TaskListView::fill(TaskListItem& item, ProjectTask& task, const TaskTotals& totals) {
     item.task = Held<ProjectTask>(task);
-    item.words = maker.words(task);
+    item.id = task.id();
     item.parent = task.parentKey();
     item.depth = static_cast<std::uint32_t>(totals.depth);
     item.hasSubtasks = totals.subtaskCount > (m_options.showsCompleted ? 0 : totals.completedSubtaskCount);
@@ -154,12 +196,11 @@ void TaskListView::fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& mak
     item.matches = isLetThrough(item);
     item.share = TaskTally::shareOf(task, m_moment);
     item.sections.clear();
-    for (const SectionHead& head : sectionsOf(task, m_options.groupBy, m_moment))
-        item.sections.push_back(m_sections.number(head));
-    if (totals.isRunning)
-        m_running.insert(task.key());
+    if (m_options.groupBy == GroupBy::none && m_sections.size() == 1)
+        item.sections.push_back(0); // the one that there is
     else
-        m_running.erase(task.key());
+        for (const SectionHead& head : sectionsOf(task, m_options.groupBy, m_moment))
+            item.sections.push_back(m_sections.number(head));
     if (task.dueDate() && *task.dueDate() >= m_moment.now && (!m_nextDue || *task.dueDate() < *m_nextDue))
         m_nextDue = task.dueDate();
 }
@@ -178,7 +219,8 @@ void TaskListView::fillGuests(TaskListItem& item) {
     TaskRowMaker maker(m_environment.main.context(), tasks, m_moment, m_environment.calendar);
     for (ProjectTask* task : tasks) {
         auto& guest = item.guests.emplace_back(std::make_unique<TaskListItem>());
-        fill(*guest, *task, maker);
+        fill(*guest, *task, maker.totals().of(*task));
+        guest->words = TaskRowText(maker.words(*task));
         fillGuests(*guest);
     }
 }
@@ -194,13 +236,21 @@ bool TaskListView::isLetThrough(TaskListItem& item) const {
         return true;
     if (!item.searched)
         item.searched = m_search.searched(*item.task);
-    return m_search.isInSearched(*item.searched);
+    return m_search.isInSearched(*item.searched) || std::ranges::binary_search(m_tagged, item.task->key());
+}
+
+/// Once for each search and each change, since tasks need not have their tags loaded for it.
+void TaskListView::readTagged() {
+    m_tagged.clear();
+    if (!m_search.isBlank())
+        m_tagged = m_search.taggedTasks(m_environment.main.context());
 }
 
 /// `former` is the search before this one, where nothing but the search has changed.
 void TaskListView::narrow(const TaskTextSearch* former) {
     const bool noneComes = former != nullptr && m_search.isWithin(*former);
     const bool noneGoes = former != nullptr && former->isWithin(m_search);
+    readTagged();
     for (TaskListItem* item : m_sorted) {
         if (item->matches ? !noneGoes : !noneComes)
             item->matches = isLetThrough(*item);
@@ -211,19 +261,20 @@ void TaskListView::narrow(const TaskTextSearch* former) {
 }
 
 void TaskListView::layOut() {
-    const TaskListLayout::Options options{
+    const TaskListOptions options{
         .grouping = m_options.groupBy,
         .isDoneOpen = m_options.isDoneOpen,
         .hidesUnderParents = nests(m_filter) && m_search.isBlank() && m_meeting.empty(),
     };
-    m_rows.assign(TaskListLayout(m_items, m_sections, m_environment.text, options, m_pass).rows(m_sorted));
+    TaskListLayout layout(m_items, m_sections, m_environment.text, options, m_pass);
+    m_rows.assign(layout.rows(m_sorted));
+    m_plan = std::move(layout).plan();
 }
 
 void TaskListView::changeRows(const TaskListItem& item) {
-    const UUID id = item.task->id();
     for (std::size_t place = 0; place < m_rows.size(); ++place)
-        if (m_rows[place].id.task == id)
-            m_rows.change(place, TaskListLayout::row(item, m_rows[place].id.section));
+        if (m_rows[place].id.task == item.id)
+            m_rows.change(place, taskRow(item, m_rows[place].id.section));
 }
 
 void TaskListView::momentPassed() {
@@ -255,24 +306,6 @@ void TaskListView::armTimer() {
             m_timer.reset();
             momentPassed();
         });
-}
-
-/// Once a second while the timer runs.
-void TaskListView::tick() {
-    std::vector<ProjectTask*> tasks;
-    for (const RowKey key : m_running)
-        if (const auto item = m_items.find(key); item != m_items.end() && !item->second->task->isDeleted())
-            tasks.push_back(item->second->task.get());
-    if (tasks.empty())
-        return;
-    TaskMoment moment = m_moment;
-    moment.now = m_environment.clock.now();
-    TaskRowMaker maker(m_environment.main.context(), tasks, moment, m_environment.calendar);
-    for (const ProjectTask* task : tasks) {
-        TaskListItem& item = *m_items.at(task->key());
-        item.words = maker.words(*task);
-        changeRows(item);
-    }
 }
 
 } // namespace quillorn

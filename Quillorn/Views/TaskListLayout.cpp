@@ -33,30 +33,13 @@ void TaskSections::clear() {
     m_numbers.clear();
 }
 
-std::vector<TaskListRow> TaskListLayout::rows(std::span<TaskListItem* const> sorted) {
-    std::vector<Section> members(m_sections.size());
-    for (const TaskListItem* item : sorted)
-        if (item->matches)
-            for (const std::uint32_t section : item->sections)
-                members[section].push_back(item);
-    m_rows.reserve(sorted.size() + m_sections.size());
-    for (const std::uint32_t section : m_sections.inOrder(m_text)) {
-        if (members[section].empty())
-            continue;
-        if (m_options.grouping != GroupBy::none)
-            addHead(section, members[section].size());
-        if (m_options.isDoneOpen || !isDone(section))
-            addTasks(section, members[section]);
-    }
-    return std::move(m_rows);
+bool isDoneSection(const SectionHead& head, const TaskListOptions& options) {
+    return options.grouping == GroupBy::status && head.rank == static_cast<int>(TaskStatus::done);
 }
 
-bool TaskListLayout::isDone(std::uint32_t section) const {
-    return m_options.grouping == GroupBy::status && m_sections.head(section).rank == static_cast<int>(TaskStatus::done);
-}
-
-void TaskListLayout::addHead(std::uint32_t section, std::size_t count) {
-    const SectionHead& head = m_sections.head(section);
+TaskListRow headRow(const TaskSections& sections, std::uint32_t section, std::size_t count,
+                    const TaskListOptions& options) {
+    const SectionHead& head = sections.head(section);
     TaskRowWords words{.title = head.title,
                        .symbol = head.symbol,
                        .mark = head.mark,
@@ -64,14 +47,45 @@ void TaskListLayout::addHead(std::uint32_t section, std::size_t count) {
                        .countText = std::to_string(count)};
     auto kind = TaskListRow::Kind::section;
     auto disclosure = TaskListRow::Disclosure::none;
-    if (isDone(section)) {
+    if (isDoneSection(head, options)) {
         kind = TaskListRow::Kind::doneToggle;
-        words.title = doneToggleTitle(m_options.isDoneOpen, count);
-        disclosure = m_options.isDoneOpen ? TaskListRow::Disclosure::open : TaskListRow::Disclosure::closed;
+        words.title = doneToggleTitle(options.isDoneOpen, count);
+        disclosure = options.isDoneOpen ? TaskListRow::Disclosure::open : TaskListRow::Disclosure::closed;
     }
-    m_rows.push_back({.id = {.task = {}, .section = section, .kind = kind},
-                      .disclosure = disclosure,
-                      .words = std::make_shared<TaskRowWords>(std::move(words))});
+    return {.id = {.task = {}, .section = section, .kind = kind},
+            .disclosure = disclosure,
+            .words = TaskRowText(std::move(words))};
+}
+
+TaskListRow taskRow(const TaskListItem& item, std::uint32_t section) {
+    using enum TaskListRow::Disclosure;
+    return {.id = {.task = item.id, .section = section, .kind = TaskListRow::Kind::task},
+            .depth = item.depth,
+            .disclosure = !item.hasSubtasks ? none
+                          : item.isOpen     ? open
+                                            : closed,
+            .words = item.words};
+}
+
+std::vector<TaskListRow> TaskListLayout::rows(std::span<TaskListItem* const> sorted) {
+    std::vector<Section> members(m_sections.size());
+    for (const TaskListItem* item : sorted)
+        if (item->matches)
+            for (const std::uint32_t section : item->sections)
+                members[section].push_back(item);
+    m_plan.members.reserve(members.size());
+    for (const Section& tasks : members)
+        m_plan.members.push_back(tasks.size());
+    m_rows.reserve(sorted.size() + m_sections.size());
+    for (const std::uint32_t section : m_sections.inOrder(m_text)) {
+        if (members[section].empty())
+            continue;
+        if (m_plan.options.grouping != GroupBy::none)
+            m_rows.push_back(headRow(m_sections, section, members[section].size(), m_plan.options));
+        if (m_plan.options.isDoneOpen || !isDoneSection(m_sections.head(section), m_plan.options))
+            addTasks(section, members[section]);
+    }
+    return std::move(m_rows);
 }
 
 const TaskListItem* TaskListLayout::parentIn(const TaskListItem& item, std::uint32_t pass) const {
@@ -89,7 +103,7 @@ void TaskListLayout::addTasks(std::uint32_t section, const Section& tasks) {
     Section roots;
     for (const TaskListItem* item : tasks) {
         const TaskListItem* parent = parentIn(*item, m_pass);
-        if (parent != nullptr && (m_options.hidesUnderParents || parent->isOpen))
+        if (parent != nullptr && (m_plan.options.hidesUnderParents || parent->isOpen))
             m_children[item->parent].push_back(item);
         else
             roots.push_back(item);
@@ -99,18 +113,10 @@ void TaskListLayout::addTasks(std::uint32_t section, const Section& tasks) {
     // Tasks that stand above each other in a circle, as only a damaged store has them, have no root.
     if (!m_children.empty())
         for (const TaskListItem* item : tasks)
-            if (item->reached != m_pass)
+            if (item->reached != m_pass) {
+                m_plan.hasCircles = true;
                 add(*item, section, true);
-}
-
-TaskListRow TaskListLayout::row(const TaskListItem& item, std::uint32_t section) {
-    using enum TaskListRow::Disclosure;
-    return {.id = {.task = item.task->id(), .section = section, .kind = TaskListRow::Kind::task},
-            .depth = item.depth,
-            .disclosure = !item.hasSubtasks ? none
-                          : item.isOpen     ? open
-                                            : closed,
-            .words = item.words};
+            }
 }
 
 void TaskListLayout::add(const TaskListItem& item, std::uint32_t section, bool isVisible) {
@@ -118,7 +124,7 @@ void TaskListLayout::add(const TaskListItem& item, std::uint32_t section, bool i
         return;
     item.reached = m_pass;
     if (isVisible)
-        m_rows.push_back(row(item, section));
+        m_rows.push_back(taskRow(item, section));
     if (!item.hasSubtasks)
         return;
     if (const auto children = m_children.find(item.task->key()); children != m_children.end())
@@ -130,7 +136,7 @@ void TaskListLayout::add(const TaskListItem& item, std::uint32_t section, bool i
 
 void TaskListLayout::addGuests(const TaskListItem& item, std::uint32_t section) {
     for (const auto& guest : item.guests) {
-        m_rows.push_back(row(*guest, section));
+        m_rows.push_back(taskRow(*guest, section));
         addGuests(*guest, section);
     }
 }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "Platform/UUID.h"
+#include "Store/Relation.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillorn {
@@ -45,7 +48,48 @@ struct TaskRowWords {
     friend bool operator==(const TaskRowWords&, const TaskRowWords&) = default;
 };
 
-/// A row of a task list. Small, so that a list of thousands can make room in its middle; equal words are shared.
+/// The words of a row, which may be made no sooner than somebody asks for them: of thousands of rows few are looked at.
+/// Copies share them.
+class TaskRowText {
+  public:
+    /// Who can make them.
+    class Maker {
+      public:
+        /// Gives this task's texts their words by give(), and those of others where that takes no longer. They stay as
+        /// they are where it can't.
+        virtual void makeWords(RowKey task) = 0;
+
+      protected:
+        ~Maker() = default;
+    };
+
+    TaskRowText() = default;
+    explicit TaskRowText(TaskRowWords words) : m_state(std::make_shared<State>(State{.words = std::move(words)})) {}
+    /// To be made by `maker`, which outlives whoever asks.
+    TaskRowText(Maker& maker, RowKey task) : m_state(std::make_shared<State>(State{.maker = &maker, .task = task})) {}
+
+    /// Empty where they can't be made.
+    const TaskRowWords& operator*() const;
+    const TaskRowWords* operator->() const { return &**this; }
+    bool isMade() const { return m_state && m_state->words; }
+    void give(TaskRowWords words) const { m_state->words = std::move(words); }
+
+    /// What nobody has asked for is equal to itself alone.
+    friend bool operator==(const TaskRowText& a, const TaskRowText& b) {
+        return a.m_state == b.m_state || (a.isMade() && b.isMade() && *a == *b);
+    }
+
+  private:
+    struct State {
+        std::optional<TaskRowWords> words{};
+        Maker* maker = nullptr;
+        RowKey task = 0;
+    };
+
+    std::shared_ptr<State> m_state;
+};
+
+/// A row of a task list. Small, so that a list of thousands can make room in its middle.
 struct TaskListRow {
     enum class Kind : std::uint8_t { section, doneToggle, task };
     enum class Disclosure : std::uint8_t { none, closed, open };
@@ -62,14 +106,11 @@ struct TaskListRow {
     Id id;
     std::uint32_t depth = 0;
     Disclosure disclosure = Disclosure::none;
-    std::shared_ptr<const TaskRowWords> words;
+    TaskRowText words;
 
     Kind kind() const { return id.kind; }
 
-    friend bool operator==(const TaskListRow& a, const TaskListRow& b) {
-        return a.id == b.id && a.depth == b.depth && a.disclosure == b.disclosure &&
-               (a.words == b.words || *a.words == *b.words);
-    }
+    friend bool operator==(const TaskListRow&, const TaskListRow&) = default;
 };
 
 } // namespace quillorn

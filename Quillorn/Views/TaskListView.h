@@ -8,6 +8,7 @@
 #include "Views/SmartListDashboard.h"
 #include "Views/TaskEdits.h"
 #include "Views/TaskListLayout.h"
+#include "Views/TaskListPlacement.h"
 #include "Views/TaskListTexts.h"
 #include "Views/TaskMeeting.h"
 #include "Views/TaskRowMaker.h"
@@ -16,6 +17,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -24,7 +26,7 @@ namespace quillorn {
 
 /// The list of tasks behind every filter: narrowed by search and meeting, sorted, in sections, subtasks under their
 /// parents. One changed task costs what it changes. Belongs to the main thread.
-class TaskListView {
+class TaskListView final : private TaskRowText::Maker {
   public:
     using SortOrder = quillorn::SortOrder;
     using GroupBy = quillorn::GroupBy;
@@ -90,20 +92,35 @@ class TaskListView {
         IdSet open; // tasks that show their subtasks
     };
 
+    /// What a task was to the rows before it changed.
+    struct Change {
+        TaskListItem* item = nullptr; // null for one that is gone
+        UUID id{};
+        TaskListPlacement::Role former{};
+        bool isNew = false;
+        /// Whether rows may come, go or move.
+        bool isElsewhere = false;
+    };
+
     Options readOptions() const;
     ObservedCondition condition() const;
     void reload();
     void follow(const RowSteps& told);
     void rebuild();
-    bool take(const std::vector<ProjectTask*>& changed);
-    bool take(ProjectTask& task, TaskRowMaker& maker);
-    bool place(TaskListItem& item, bool isNew);
-    void drop(RowKey key);
-    void fill(TaskListItem& item, ProjectTask& task, TaskRowMaker& maker);
+    void makeWords(RowKey task) override;
+    void renew(const std::vector<TaskListItem*>& shown);
+    void noteRunning(const TaskListItem& item, const TaskRowMaker& maker);
+    void take(const std::vector<ProjectTask*>& tasks, std::vector<Change>& changes);
+    Change take(ProjectTask& task, const TaskTotals& totals);
+    void place(std::span<Change> changes);
+    void drop(RowKey key, std::vector<Change>& changes);
+    bool placeRows(std::vector<Change>& changes);
+    void fill(TaskListItem& item, ProjectTask& task, const TaskTotals& totals);
     void fillGuests(TaskListItem& item);
     bool isOfMeeting(const ProjectTask& task) const;
     bool isLetThrough(TaskListItem& item) const;
     bool isEarlier(const TaskListItem& a, const TaskListItem& b) const;
+    void readTagged();
     void narrow(const TaskTextSearch* former = nullptr);
     void layOut();
     void changeRows(const TaskListItem& item);
@@ -120,21 +137,23 @@ class TaskListView {
     Options m_options;
     std::string m_searchText;
     TaskTextSearch m_search;
+    std::vector<RowKey> m_tagged; // tasks that it finds by their tags; sorted
     std::string m_meeting;
     TaskIds m_selection;
 
     ObservedQuery<ProjectTask> m_members;
     std::optional<ObservedQuery<ProjectTask>> m_forecast;
     std::optional<ObservedCount> m_completed;
-    TaskListLayout::Items m_items;
+    TaskListItems m_items;
     std::vector<TaskListItem*> m_sorted;
     TaskSections m_sections;
     std::uint32_t m_pass = 0;
     TaskTally m_tally;
     mutable std::optional<std::vector<TaskMeeting>> m_meetings;
-    std::unordered_set<RowKey> m_running; // whose time grows
+    std::unordered_set<RowKey> m_running; // rows that were looked at and whose time grows
     std::optional<Date> m_nextDue;        // after which a row looks different
     ObservableList<TaskListRow> m_rows;
+    TaskListPlan m_plan; // of these rows
     Observers<> m_observers;
 
     std::optional<MainQueue::TimerId> m_timer;

@@ -7,6 +7,7 @@
 #include "Platform/Calendar.h"
 
 #include <fmt/core.h>
+#include <utility>
 
 namespace quillorn {
 
@@ -15,10 +16,28 @@ TaskRowMaker::TaskRowMaker(ModelContext& context, const std::vector<ProjectTask*
     : m_moment(moment),
       m_calendar(calendar),
       m_totals(context, tasks, moment.now) {
-    const StatementLoan rows =
-        restrictedStatement(context, "SELECT task, count(*) FROM Note WHERE task{} GROUP BY task", keysOf(tasks));
-    while (rows->step())
-        m_comments[rows->integer(0)] = rows->integer(1);
+    const std::vector<RowKey> keys = keysOf(tasks);
+    {
+        const StatementLoan rows =
+            restrictedStatement(context, "SELECT task, count(*) FROM Note WHERE task{} GROUP BY task", keys);
+        while (rows->step())
+            m_comments[rows->integer(0)] = rows->integer(1);
+    }
+    readTags(context, keys);
+}
+
+/// The relation would be loaded for all tasks that are loaded, and these may be few of them.
+void TaskRowMaker::readTags(ModelContext& context, const std::vector<RowKey>& tasks) {
+    std::vector<std::pair<RowKey, RowKey>> links;
+    {
+        const StatementLoan rows = restrictedStatement(
+            context, "SELECT task, tag FROM ProjectTask_Tag WHERE task{} ORDER BY task, tag", tasks);
+        while (rows->step())
+            links.emplace_back(rows->integer(0), rows->integer(1));
+    }
+    for (const auto& [task, tag] : links)
+        if (const Tag* found = context.find<Tag>(tag))
+            m_tags[task].push_back({found->name(), found->color()});
 }
 
 const std::string& TaskRowMaker::dueLabelOf(Date due) {
@@ -28,20 +47,20 @@ const std::string& TaskRowMaker::dueLabelOf(Date due) {
     return place->second;
 }
 
-std::shared_ptr<const TaskRowWords> TaskRowMaker::words(const ProjectTask& task) {
-    auto words = std::make_shared<TaskRowWords>();
-    words->title = task.title();
-    words->symbol = symbol(task.status());
-    words->statusLabel = label(task.status());
-    words->mark = mark(task.priority());
-    words->isCompleted = task.isCompleted();
-    words->isOverdue = task.isOverdue(m_moment.now);
+TaskRowWords TaskRowMaker::words(const ProjectTask& task) {
+    TaskRowWords words;
+    words.title = task.title();
+    words.symbol = symbol(task.status());
+    words.statusLabel = label(task.status());
+    words.mark = mark(task.priority());
+    words.isCompleted = task.isCompleted();
+    words.isOverdue = task.isOverdue(m_moment.now);
     if (task.dueDate()) {
-        words->dueText = dueLabelOf(*task.dueDate());
+        words.dueText = dueLabelOf(*task.dueDate());
         if (task.dueHasTime())
-            words->dueTimeText = m_calendar.format(*task.dueDate(), "h:mm a");
+            words.dueTimeText = m_calendar.format(*task.dueDate(), "h:mm a");
     }
-    addBelongings(task, *words);
+    addBelongings(task, words);
     return words;
 }
 
@@ -50,8 +69,8 @@ void TaskRowMaker::addBelongings(const ProjectTask& task, TaskRowWords& words) c
         words.projectName = project->name();
         words.color = project->color();
     }
-    for (const Tag* tag : task.tags())
-        words.tags.push_back({tag->name(), tag->color()});
+    if (const std::vector<TagChip>* tags = m_tags.find(task.key()))
+        words.tags = *tags;
     const TaskTotals totals = m_totals.of(task);
     if (totals.subtaskCount > 0)
         words.subtasksText = fmt::format("{}/{}", totals.completedSubtaskCount, totals.subtaskCount);

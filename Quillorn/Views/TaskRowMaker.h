@@ -19,17 +19,19 @@ class TaskRowMaker {
     TaskRowMaker(ModelContext& context, const std::vector<ProjectTask*>& tasks, const TaskMoment& moment,
                  const Calendar& calendar);
 
-    std::shared_ptr<const TaskRowWords> words(const ProjectTask& task);
-    TaskTotals totals(const ProjectTask& task) const { return m_totals.of(task); }
+    TaskRowWords words(const ProjectTask& task);
+    const TaskTotalsTable& totals() const { return m_totals; }
 
   private:
     const std::string& dueLabelOf(Date due);
+    void readTags(ModelContext& context, const std::vector<RowKey>& tasks);
     void addBelongings(const ProjectTask& task, TaskRowWords& words) const;
 
     const TaskMoment& m_moment;
     const Calendar& m_calendar;
     TaskTotalsTable m_totals;
     KeyMap<std::int64_t> m_comments;
+    KeyMap<std::vector<TagChip>> m_tags;
     std::map<std::chrono::sys_days, std::string> m_dueLabels; // by day: formatting takes longer than all else
 };
 

@@ -26,6 +26,8 @@ TEST(Text, containsIgnoresCaseAndCompositionButNotAccents) {
         {"", "", false}, {"text", "", false}, {"", "a", false},
         {"TITLE", "title", true}, {"TITLE", "title", false, "tr_TR"}, {"TITLE", "tıtle", true, "tr_TR"},
         {"İstanbul", "istanbul", true, "tr_TR"}, {"TITLE", "tıtle", true, "az"}, {"TITLE", "tıtle", false, "de_DE"},
+        {"THE QUICK BROWN FOX {[@`AZaz~", "the quick brown fox {[@`azaz~", true},
+        {"a long cafe\u0301, and more ÀÉ of it", "CAFÉ, AND MORE àé OF", true}, {"@@@@@@@@", "`", false},
         {"\xFFx", "\uFFFDX", true}, {"report", "é", false}, {"\U0001F600", "\U0001F601", false},
     };
     // clang-format on

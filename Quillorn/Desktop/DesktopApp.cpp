@@ -65,7 +65,9 @@ QString DesktopApp::column() const {
 
 QString DesktopApp::serverState() const {
     const APIServer& server = m_world.app().apiServer();
-    return server.isRunning() ? QString("API on port %1").arg(server.port()) : QString("API is off");
+    if (server.isRunning())
+        return QString("API on port %1").arg(server.port());
+    return server.lastError() ? QString("API: %1").arg(toQString(*server.lastError())) : QString("API is off");
 }
 
 bool DesktopApp::isServing() const {

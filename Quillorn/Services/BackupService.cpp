@@ -65,9 +65,7 @@ BackupService::BackupService(BackupEnvironment environment, fs::path storeURL, M
     : m_environment(environment),
       m_storeURL(std::move(storeURL)),
       m_container(container) {
-    const Json stored = Settings(m_environment.settings).value(setting("backupLastDate"));
-    if (const std::string* text = stored.asString())
-        m_lastBackupDate = parseISO8601(*text);
+    m_lastBackupDate = storedDate();
     if (!schedule)
         return;
     m_firstTimer = m_environment.mainQueue.after(firstDelay, [this] {
@@ -101,8 +99,20 @@ void BackupService::setBackupFolder(const fs::path& folder) {
     m_observers.tell();
 }
 
+std::optional<Date> BackupService::storedDate() const {
+    const Json stored = Settings(m_environment.settings).value(setting("backupLastDate"));
+    const std::string* text = stored.asString();
+    return text != nullptr ? parseISO8601(*text) : std::nullopt;
+}
+
+bool BackupService::isTakenByOthers() const {
+    const auto stored = storedDate();
+    const Date now = m_environment.clock.now();
+    return stored && (!m_lastBackupDate || *stored > *m_lastBackupDate) && *stored <= now && now - *stored < period;
+}
+
 void BackupService::runScheduledBackup() {
-    if (Settings(m_environment.settings).boolean(setting("backupEnabled")))
+    if (!isTakenByOthers() && Settings(m_environment.settings).boolean(setting("backupEnabled")))
         runBackup(false);
 }
 

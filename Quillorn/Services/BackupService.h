@@ -35,7 +35,8 @@ struct BackupEnvironment {
 /// may outlive this object there, but not the store.
 class BackupService {
   public:
-    /// With `schedule` it takes backups by itself: 30 seconds after the start, then each hour.
+    /// With `schedule` it takes backups by itself: 30 seconds after the start, then each hour; of several
+    /// processes on the store one does, and another takes over when that one has ended.
     BackupService(BackupEnvironment environment, std::filesystem::path storeURL, ModelContainer& container,
                   bool schedule);
     ~BackupService();
@@ -75,6 +76,10 @@ class BackupService {
     class Work;
 
     void runScheduledBackup();
+    /// By the settings: that of another process, too.
+    std::optional<Date> storedDate() const;
+    /// Whether the backup of this hour is that of another process on the store.
+    bool isTakenByOthers() const;
     bool hasStoreChangedSince(Date date) const;
     Work work() const;
     Task<> backUp(Date date);

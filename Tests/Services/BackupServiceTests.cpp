@@ -156,6 +156,9 @@ TEST_F(BackupTest, runsByTheClock) {
     EXPECT_THAT(outcome(), StartsWith("Backed up")) << "by hand";
     settings.remove("backupEnabled");
     EXPECT_TRUE(runsWithin(1h));
+    settings.set("backupLastDate", formatISO8601(clock.now() + 30min));
+    EXPECT_FALSE(runsWithin(1h)) << "another process has one of half an hour ago";
+    EXPECT_TRUE(runsWithin(1h)) << "which has ended since";
     // A young backup spares the first one.
     for (const auto age : {3599s, 3600s}) {
         settings.set("backupLastDate", formatISO8601(clock.now() - age + 30s));

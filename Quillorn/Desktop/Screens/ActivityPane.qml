@@ -105,7 +105,7 @@ Item {
                     Layout.preferredWidth: 3
                     title: root.activity?.words.byTypeLabel ?? ""
 
-                    Repeater {
+                    LayoutRepeater {
                         model: root.types.length
 
                         ShareBar {

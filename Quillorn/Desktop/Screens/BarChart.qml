@@ -17,7 +17,7 @@ RowLayout {
     spacing: 8
     Layout.preferredHeight: 170
 
-    Repeater {
+    LayoutRepeater {
         model: root.bars.length
 
         ColumnLayout {

@@ -90,7 +90,7 @@ Rectangle {
                 symbol: "clock"
                 text: root.time
             }
-            Repeater {
+            LayoutRepeater {
                 model: root.tags
 
                 Label {

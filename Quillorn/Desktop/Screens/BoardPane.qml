@@ -13,7 +13,7 @@ RowLayout {
 
     spacing: 12
 
-    Repeater {
+    LayoutRepeater {
         model: root.record?.board ?? []
 
         BoardColumnView {

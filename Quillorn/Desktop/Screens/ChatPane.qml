@@ -92,7 +92,7 @@ ColumnLayout {
                 symbol: "sparkles"
                 title: root.chat?.emptyTitle ?? ""
             }
-            Repeater {
+            LayoutRepeater {
                 model: root.chat?.suggestions ?? []
 
                 Button {

@@ -20,7 +20,7 @@ Row {
         font.pixelSize: root.pixelSize
         font.weight: root.weight
     }
-    Repeater {
+    LayoutRepeater {
         model: root.text.length
 
         Text {

@@ -66,7 +66,7 @@ ScrollView {
             columnSpacing: 12
             rowSpacing: 12
 
-            Repeater {
+            LayoutRepeater {
                 model: root.record?.figures ?? []
 
                 FigureCard {

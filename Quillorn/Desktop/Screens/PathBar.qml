@@ -12,7 +12,7 @@ RowLayout {
 
     spacing: 4
 
-    Repeater {
+    LayoutRepeater {
         model: root.path
 
         RowLayout {

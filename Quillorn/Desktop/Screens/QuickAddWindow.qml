@@ -85,7 +85,7 @@ ApplicationWindow {
                         Layout.minimumHeight: Math.round(22 * Theme.textScale)
                         spacing: 8
 
-                        Repeater {
+                        LayoutRepeater {
                             model: root.quickAdd?.chips ?? []
 
                             Chip {

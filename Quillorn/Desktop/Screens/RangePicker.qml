@@ -37,7 +37,7 @@ Popup {
             rowSpacing: 2
             columnSpacing: 0
 
-            Repeater {
+            LayoutRepeater {
                 model: root.chat?.rangeDays ?? []
 
                 AbstractChip {

@@ -98,7 +98,7 @@ Sheet {
             Layout.fillWidth: true
             spacing: 6
 
-            Repeater {
+            LayoutRepeater {
                 model: root.form?.tags ?? []
 
                 Chip {
@@ -121,7 +121,7 @@ Sheet {
             Layout.fillWidth: true
             spacing: 8
 
-            Repeater {
+            LayoutRepeater {
                 model: root.form?.colors ?? []
 
                 AbstractChip {

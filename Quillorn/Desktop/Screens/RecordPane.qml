@@ -30,7 +30,7 @@ ColumnLayout {
         TabBar {
             Layout.fillWidth: true
 
-            Repeater {
+            LayoutRepeater {
                 model: root.record?.tabs ?? []
 
                 TabButton {

@@ -103,7 +103,7 @@ Dialog {
                     Accessible.role: Accessible.AlertMessage
                 }
             }
-            Repeater {
+            LayoutRepeater {
                 model: root.importing?.failures ?? []
 
                 RowLayout {

@@ -35,7 +35,7 @@ ColumnLayout {
         symbol: "checklist"
         text: root.settings.words.listsTitle
     }
-    Repeater {
+    LayoutRepeater {
         model: root.settings.lists
 
         CheckBox {
@@ -110,7 +110,7 @@ ColumnLayout {
         visible: root.settings.recent.length > 0
         text: root.settings.words.recentTitle
     }
-    Repeater {
+    LayoutRepeater {
         model: root.settings.recent
 
         Label {

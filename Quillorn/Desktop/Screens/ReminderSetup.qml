@@ -17,7 +17,7 @@ ColumnLayout {
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
     }
-    Repeater {
+    LayoutRepeater {
         id: lists
 
         model: root.importing?.lists ?? []

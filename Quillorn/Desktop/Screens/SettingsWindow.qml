@@ -30,7 +30,7 @@ ApplicationWindow {
                 anchors.topMargin: 12
                 spacing: 2
 
-                Repeater {
+                LayoutRepeater {
                     model: Desk.settingsTabs.tabs
 
                     ItemDelegate {

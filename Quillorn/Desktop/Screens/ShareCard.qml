@@ -10,7 +10,7 @@ Card {
     property string emptyText
     property int shown: 5
 
-    Repeater {
+    LayoutRepeater {
         model: Math.min(root.rows.length, root.shown)
 
         ShareBar {

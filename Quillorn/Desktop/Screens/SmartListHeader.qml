@@ -20,7 +20,7 @@ ColumnLayout {
         Layout.bottomMargin: 4
         spacing: 12
 
-        Repeater {
+        LayoutRepeater {
             model: [root.dashboard.hero, root.dashboard.overdue].filter(card => card)
 
             Rectangle {
@@ -98,7 +98,7 @@ ColumnLayout {
         spacing: 12
         visible: (root.dashboard.breakdowns ?? []).length > 0
 
-        Repeater {
+        LayoutRepeater {
             model: root.dashboard.breakdowns ?? []
 
             Card {
@@ -119,7 +119,7 @@ ColumnLayout {
                     bars: breakdown.isForecast ? breakdown.modelData.bars : []
                     Layout.preferredHeight: 110
                 }
-                Repeater {
+                LayoutRepeater {
                     model: breakdown.isForecast ? [] : breakdown.modelData.bars
 
                     ShareBar {

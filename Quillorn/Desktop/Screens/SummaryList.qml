@@ -25,7 +25,7 @@ ColumnLayout {
         color: Theme.secondaryText
         Accessible.role: Accessible.Heading
     }
-    Repeater {
+    LayoutRepeater {
         id: repeater
 
         RecordRow {

@@ -48,7 +48,7 @@ ScrollView {
                 Layout.fillWidth: true
                 spacing: 12
 
-                Repeater {
+                LayoutRepeater {
                     model: root.tiles.length
 
                     FigureCard {

@@ -27,7 +27,7 @@ Flow {
         choices: root.priorities
         onChosen: index => root.task.setPriority(index)
     }
-    Repeater {
+    LayoutRepeater {
         model: root.task?.tags ?? null
 
         Chip {

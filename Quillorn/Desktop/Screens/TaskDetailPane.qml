@@ -176,7 +176,7 @@ Item {
                     font.weight: Font.DemiBold
                     Accessible.role: Accessible.Heading
                 }
-                Repeater {
+                LayoutRepeater {
                     model: root.task?.comments ?? null
 
                     CommentRow {

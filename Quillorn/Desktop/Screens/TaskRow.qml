@@ -213,7 +213,7 @@ Item {
                     symbol: "clock"
                     text: root.timeText
                 }
-                Repeater {
+                LayoutRepeater {
                     model: root.tags
 
                     Label {

@@ -34,7 +34,7 @@ ColumnLayout {
             value: root.task?.words.progress ?? 0
         }
     }
-    Repeater {
+    LayoutRepeater {
         model: root.task?.subtasks ?? null
 
         SubtaskRow {

@@ -57,7 +57,7 @@ ColumnLayout {
             anchors.margins: 4
             spacing: 0
 
-            Repeater {
+            LayoutRepeater {
                 id: entries
 
                 model: root.task?.entries ?? null

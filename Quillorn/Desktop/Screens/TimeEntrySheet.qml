@@ -95,7 +95,7 @@ Sheet {
             Layout.fillWidth: true
             spacing: 6
 
-            Repeater {
+            LayoutRepeater {
                 model: root.entry?.quick ?? []
 
                 Chip {

@@ -32,7 +32,7 @@ ScrollView {
             columnSpacing: 12
             rowSpacing: 12
 
-            Repeater {
+            LayoutRepeater {
                 model: root.figures.length
 
                 FigureCard {
@@ -92,7 +92,7 @@ ScrollView {
             font.weight: Font.DemiBold
             Accessible.role: Accessible.Heading
         }
-        Repeater {
+        LayoutRepeater {
             model: root.time?.recent ?? null
 
             TimeEntryRow {

@@ -54,7 +54,7 @@ Popup {
             text: root.timer?.started ?? ""
             color: Theme.secondaryText
         }
-        Repeater {
+        LayoutRepeater {
             model: root.timer?.isRunning ? root.timer.earlier() : []
 
             Button {

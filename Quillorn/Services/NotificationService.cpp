@@ -112,11 +112,10 @@ Task<> NotificationService::rebuild() {
     if (now.isEnabled && mayNotify()) {
         try {
             // It may outlast this object.
-            requests = co_await m_background.run([&container = m_context.context().container(),
-                                                  &calendar = m_environment.calendar, &clock = m_environment.clock,
-                                                  time = now.time](const auto&) {
-                return dueNotifications(container, time, calendar, clock.now());
-            });
+            requests = co_await m_background.run(
+                [&container = m_context.context().container(), &calendar = m_environment.calendar,
+                 &clock = m_environment.clock,
+                 time = now.time](const auto&) { return dueNotifications(container, time, calendar, clock.now()); });
         } catch (const std::exception& error) {
             // What is pending stays as it is.
             m_environment.log.log(fmt::format("Error scheduling notification: {}", error.what()));

@@ -1,6 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// Status, priority and tags of a task, to be changed in place.

@@ -14,7 +14,7 @@ struct Row {
 };
 
 using Rows = std::vector<Row>;
-using Kind = ListStep::Kind;
+using StepKind = ListStep::Kind;
 
 /// Does to a copy what the list tells, and counts what it takes.
 struct Follower {
@@ -28,11 +28,11 @@ struct Follower {
         }
         steps.push_back(step);
         const auto rows = list.rows().begin() + static_cast<std::ptrdiff_t>(step.first);
-        if (step.kind == Kind::inserted)
+        if (step.kind == StepKind::inserted)
             copy.insert(at(step.first), rows, rows + static_cast<std::ptrdiff_t>(step.count));
-        else if (step.kind == Kind::removed)
+        else if (step.kind == StepKind::removed)
             copy.erase(at(step.first), at(step.first + step.count));
-        else if (step.kind == Kind::changed)
+        else if (step.kind == StepKind::changed)
             std::copy_n(rows, step.count, at(step.first));
         else {
             const Row moved = copy[step.first];
@@ -54,12 +54,12 @@ TEST(ObservableListSteps, areAsFewAsTheChange) {
         std::vector<ListStep> steps;
     } cases[] = {
         {{{1}, {2}, {3}}, {{1}, {2}, {3}}, {}},
-        {{{1}, {2}, {3}, {4}}, {{2}, {3}, {4}, {1}}, {{Kind::moved, 0, 1, 3}}},
-        {{{1}, {2}, {3}, {4}}, {{4}, {1}, {2}, {3}}, {{Kind::moved, 3, 1, 0}}},
-        {{{1}, {2}, {3}}, {{1}, {2, 5}, {3, 5}}, {{Kind::changed, 1, 2}}},
-        {{{1}, {2}, {3}, {4}}, {{1}, {4}}, {{Kind::removed, 1, 2}}},
-        {{}, {{1}, {2}}, {{Kind::inserted, 0, 2}}},
-        {{{1}, {2}}, {{1}, {3}, {2, 7}}, {{Kind::inserted, 1, 1}, {Kind::changed, 2, 1}}},
+        {{{1}, {2}, {3}, {4}}, {{2}, {3}, {4}, {1}}, {{StepKind::moved, 0, 1, 3}}},
+        {{{1}, {2}, {3}, {4}}, {{4}, {1}, {2}, {3}}, {{StepKind::moved, 3, 1, 0}}},
+        {{{1}, {2}, {3}}, {{1}, {2, 5}, {3, 5}}, {{StepKind::changed, 1, 2}}},
+        {{{1}, {2}, {3}, {4}}, {{1}, {4}}, {{StepKind::removed, 1, 2}}},
+        {{}, {{1}, {2}}, {{StepKind::inserted, 0, 2}}},
+        {{{1}, {2}}, {{1}, {3}, {2, 7}}, {{StepKind::inserted, 1, 1}, {StepKind::changed, 2, 1}}},
     };
     for (const auto& [before, after, steps] : cases) {
         ObservableList<Row> list;

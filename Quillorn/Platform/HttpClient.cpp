@@ -123,7 +123,7 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     /// Whether the call goes on, at another address.
     bool followsRedirect();
     void finish(CURLcode code);
-    void fail(const HttpFailure& failure);
+    void fail(HttpFailure failure);
 
   private:
     struct Inbox {
@@ -420,10 +420,10 @@ void HttpClient::Transfer::finish(CURLcode code) {
     });
 }
 
-void HttpClient::Transfer::fail(const HttpFailure& failure) {
+void HttpClient::Transfer::fail(HttpFailure failure) {
     handOver([&](Inbox& inbox) {
         inbox.isEnded = true;
-        inbox.failure = failure;
+        inbox.failure = std::move(failure); // copies would share their text with the other thread
     });
 }
 

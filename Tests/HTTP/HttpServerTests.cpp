@@ -5,6 +5,7 @@
 
 #include <future>
 #include <gmock/gmock.h>
+#include <memory>
 
 namespace quillorn {
 namespace {
@@ -111,9 +112,9 @@ TEST_F(HttpServerTest, refusesAtTheHeadOfARequest) {
 }
 
 TEST_F(HttpServerTest, longAnswersArriveWholeBesideInputThatNobodyReads) {
-    const std::string answer(16'000'000, 'x');
-    server.GET["/long"] = streaming([&](auto& writer) { writer.write(answer); });
-    EXPECT_EQ(bodyOf(answerTo(started(), get("/long") + std::string(100'000, 'y'))).size(), answer.size());
+    const auto answer = std::make_shared<const std::string>(16'000'000, 'x'); // the server may outlast this test
+    server.GET["/long"] = streaming([answer](auto& writer) { writer.write(*answer); });
+    EXPECT_EQ(bodyOf(answerTo(started(), get("/long") + std::string(100'000, 'y'))).size(), answer->size());
 }
 
 TEST_F(HttpServerTest, registersForEachMethodAndForAll) {

@@ -68,8 +68,12 @@ QUILLORN_FORWARD(CURLcode, curl_global_init, (long flags), (flags))
 QUILLORN_FORWARD(void, curl_free, (void* p), (p))
 
 QUILLORN_FORWARD(CURL*, curl_easy_init, (), ())
+// The library declares them with an enum before the dots, and begins there itself.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wvarargs"
 QUILLORN_FORWARD_ONE_MORE(curl_easy_setopt, CURLoption, option)
 QUILLORN_FORWARD_ONE_MORE(curl_easy_getinfo, CURLINFO, info)
+#pragma GCC diagnostic pop
 QUILLORN_FORWARD(const char*, curl_easy_strerror, (CURLcode code), (code))
 QUILLORN_FORWARD(void, curl_easy_cleanup, (CURL * curl), (curl))
 

@@ -15,6 +15,7 @@
 #include "Support/FakeClock.h"
 #include "Support/FakePaths.h"
 #include "Support/FrozenStore.h"
+#include "Support/ManualQueue.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -139,8 +140,9 @@ class Caller {
     }
 
   private:
-    ListCache m_lists{store().container()};
     FakeClock m_clock;
+    ManualQueue m_queue{m_clock};
+    ListCache m_lists{store().container(), m_queue};
     Text m_text{"en_US"};
     FakePaths m_paths{"/nowhere"};
     HttpRouter m_router;

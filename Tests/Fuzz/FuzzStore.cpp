@@ -19,10 +19,12 @@ std::string rowsOf(ModelContext& context, const std::string& query) {
     return rows;
 }
 
-/// One query for each table, whose rows are texts of all columns.
+/// One query for each table, whose rows are texts of all columns. Not for the log of changes, whose numbers go on when
+/// the records of the beginning are brought back.
 std::vector<std::string> contentQueries(ModelContext& context) {
     std::vector<std::string> queries;
-    const StatementLoan tables = context.statement("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+    const StatementLoan tables =
+        context.statement("SELECT name FROM sqlite_master WHERE type = 'table' AND name <> 'ChangeLog' ORDER BY name");
     while (tables->step()) {
         const std::string table(tables->text(0));
         const std::string columns =

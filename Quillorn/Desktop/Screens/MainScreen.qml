@@ -166,7 +166,7 @@ SplitView {
 
         SplitView.preferredWidth: root.width > 860 ? 420 : root.width
         SplitView.minimumWidth: 320
-        visible: root.hasDetail || (!root.isRecord && Desk.column !== "activityLog" && root.width > 860)
+        visible: root.hasDetail || (!root.isRecord && !["activityLog", "dailySummary"].includes(Desk.column) && root.width > 860)
         color: Theme.panel
 
         TaskDetailPane {

@@ -66,7 +66,7 @@ require_build_tools() {
     if ! command -v cmake >/dev/null || ! command -v ninja >/dev/null; then
         if [ "$(uname)" = Darwin ]; then
             say "Install what Quillorn needs with Homebrew:" >&2
-            say "  brew install cmake ninja icu4c howard-hinnant-date openssl curl sqlite fmt rapidjson cli11 node" \
+            say "  brew install cmake ninja icu4c cctz openssl curl sqlite fmt rapidjson cli11 node" \
                 "googletest rapidcheck lzfse" >&2
             say "and set CMAKE_PREFIX_PATH=\"\$(brew --prefix icu4c):\$(brew --prefix openssl)\"." >&2
         else

@@ -2,8 +2,12 @@
 
 #include "Platform/Calendar.h"
 
+#include <algorithm>
+#include <cctype>
+#include <cctz/civil_time.h>
+#include <cctz/time_zone.h>
 #include <cstdlib>
-#include <date/tz.h>
+#include <filesystem>
 #include <stdexcept>
 
 namespace quillorn {
@@ -12,68 +16,53 @@ namespace {
 
 using namespace std::chrono;
 
-// Zone files list the changes one by one up to 2037 and leave later ones to a rule that the library does not read.
-constexpr sys_seconds endOfList = sys_days{year{2038} / January / 1};
+constexpr std::string_view zoneFolder = "zoneinfo/";
 
-/// How far to go back from a day after the list to one within it to which the same yearly rule applies: as far in its
-/// year, counted from March, and on the same weekday. (No zone changes its clocks by rule in January or February.)
-days distanceIntoList(sys_days day) {
-    const year wanted = year_month_day{day}.year();
-    const sys_days marchOfWanted = wanted / March / 1;
-    for (year candidate{2037};; --candidate) {
-        const sys_days march = candidate / March / 1;
-        if (weekday{march} == weekday{marchOfWanted})
-            return marchOfWanted - march;
-    }
+/// Whether it may be the name of a file in the folder of the zones. The library takes paths and forms of its own, too.
+bool isName(std::string_view name) {
+    return !name.empty() && !name.starts_with('/') && name.find("..") == std::string_view::npos &&
+           std::ranges::all_of(name, [](unsigned char c) {
+               return std::isalnum(c) != 0 || c == '_' || c == '+' || c == '-' || c == '/';
+           });
 }
 
-date::local_seconds libraryTime(local_seconds time) {
-    return date::local_seconds{time.time_since_epoch()};
+bool isKnown(std::string_view name) {
+    cctz::time_zone zone;
+    return isName(name) && cctz::load_time_zone(std::string(name), &zone);
+}
+
+/// Of a zone's file, or a name as it is.
+std::string nameOf(std::string_view nameOrFile) {
+    const std::size_t folder = nameOrFile.rfind(zoneFolder);
+    return std::string(folder == std::string_view::npos ? nameOrFile : nameOrFile.substr(folder + zoneFolder.size()));
+}
+
+cctz::civil_second civilTime(local_seconds time) {
+    return cctz::civil_second() + time.time_since_epoch().count();
 }
 
 } // namespace
 
 ZoneRules::ZoneRules(std::string_view name) : m_name(name) {
-    try {
-        m_zone = date::locate_zone(m_name);
-    } catch (const std::exception&) {
-        if (m_name != "UTC") // which a system without zone files has too
-            throw std::runtime_error("Unknown time zone " + m_name);
-    }
+    cctz::time_zone zone;
+    if (!isName(name) || !cctz::load_time_zone(m_name, &zone))
+        throw std::runtime_error("Unknown time zone " + m_name);
+    m_zone = std::make_shared<const cctz::time_zone>(zone);
 }
 
 seconds ZoneRules::offsetAt(sys_seconds time) const {
-    if (m_zone == nullptr)
-        return seconds{0};
-    date::sys_info info = m_zone->get_info(time);
-    if (time >= endOfList && info.begin < endOfList)
-        info = m_zone->get_info(time - distanceIntoList(floor<days>(time)));
-    return info.offset;
+    return seconds{m_zone->lookup(time).offset};
 }
 
 ZoneRules::Reading ZoneRules::read(local_seconds time) const {
-    if (m_zone == nullptr)
-        return {seconds{0}, std::nullopt};
-    date::local_info info = m_zone->get_info(libraryTime(time));
-    days distance{0};
-    const sys_seconds asUTC{time.time_since_epoch()};
-    if (asUTC >= endOfList && info.first.begin < endOfList) {
-        distance = distanceIntoList(floor<days>(asUTC));
-        info = m_zone->get_info(libraryTime(time - distance));
-    }
-    if (info.result == date::local_info::nonexistent)
-        return {info.first.offset, info.first.end + distance};
-    return {info.first.offset, std::nullopt};
+    const cctz::time_zone::civil_lookup found = m_zone->lookup(civilTime(time));
+    Reading reading{.offset = time.time_since_epoch() - found.pre.time_since_epoch(), .skippedAt = std::nullopt};
+    if (found.kind == cctz::time_zone::civil_lookup::SKIPPED)
+        reading.skippedAt = found.trans;
+    return reading;
 }
 
 std::string currentTimeZone() {
-    const auto isKnown = [](std::string_view name) {
-        try {
-            return !name.empty() && date::locate_zone(std::string(name)) != nullptr;
-        } catch (const std::exception&) {
-            return false;
-        }
-    };
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     if (const char* value = std::getenv("TZ")) {
         std::string_view name = value;
@@ -81,17 +70,12 @@ std::string currentTimeZone() {
             return "UTC"; // POSIX leaves it open, and every C library does this
         if (name.starts_with(':'))
             name.remove_prefix(1);
-        constexpr std::string_view folder = "/usr/share/zoneinfo/";
-        if (name.starts_with(folder))
-            name.remove_prefix(folder.size());
-        if (isKnown(name))
-            return std::string(name);
+        if (const std::string known = nameOf(name); isKnown(known))
+            return known;
     }
-    try {
-        return date::current_zone()->name();
-    } catch (const std::exception&) {
-        return "UTC";
-    }
+    std::error_code failed;
+    const std::string system = nameOf(std::filesystem::read_symlink("/etc/localtime", failed).string());
+    return isKnown(system) ? system : "UTC";
 }
 
 } // namespace quillorn

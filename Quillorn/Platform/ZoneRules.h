@@ -1,11 +1,12 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
-namespace date {
+namespace cctz {
 class time_zone; // NOLINT(readability-identifier-naming): theirs
 }
 
@@ -33,7 +34,7 @@ class ZoneRules {
 
   private:
     std::string m_name;
-    const date::time_zone* m_zone = nullptr; // owned by the library for as long as the process lives; null: UTC
+    std::shared_ptr<const cctz::time_zone> m_zone;
 };
 
 } // namespace quillorn

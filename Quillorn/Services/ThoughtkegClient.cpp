@@ -155,14 +155,12 @@ ThoughtkegClient::ThoughtkegClient(ThoughtkegEnvironment environment, std::strin
     : m_environment(environment),
       m_url(std::move(url)),
       m_outbox(std::make_shared<Outbox>(*this, environment.mainQueue, environment.log)) {
-    if (!isThisMachine(m_url))
-        return;
     // On the thread of whoever completes.
     m_completions = m_environment.notifications.observe(
         quillornTaskCompleted,
-        [outbox = m_outbox, &settings = m_environment.settings](const Notification& notification) {
+        [outbox = m_outbox, &settings = m_environment.settings, to = m_url](const Notification& notification) {
             auto* const* task = std::any_cast<ProjectTask*>(&notification.object);
-            if (task != nullptr && Settings(settings).boolean(setting("thoughtkegPushEnabled")))
+            if (task != nullptr && Settings(settings).boolean(setting("thoughtkegPushEnabled")) && isThisMachine(to))
                 outbox->sendOnceSaved(**task);
         });
 }

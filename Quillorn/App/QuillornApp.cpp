@@ -85,7 +85,7 @@ QuillornApp::QuillornApp(AppEnvironment environment, const ProcessInfo& process,
         m_runMode = RunMode::demo;
         openInMemory("Failed to build in-memory demo container: ");
     } else {
-        openStore();
+        openStore(schedules);
     }
     createServices(schedules);
     if (m_runMode == RunMode::normal && serverStart == ServerStart::bySetting &&
@@ -107,7 +107,7 @@ void QuillornApp::openInMemory(const std::string& fatalWords) {
     }
 }
 
-void QuillornApp::openStore() {
+void QuillornApp::openStore(Schedules schedules) {
     const DataMigration migration{m_environment.paths, m_environment.settings, m_environment.log, m_environment.clock};
     migration.migrateOldLocation();
     migration.migrateFromUnsandboxedLocation();
@@ -122,11 +122,13 @@ void QuillornApp::openStore() {
     if (!std::filesystem::exists(m_storeFile, ignored))
         fetchStoreFromGroupContainer(folder);
     try {
-        m_container =
-            openContainer({.name = "Quillorn", .url = m_storeFile, .cloudContainerIdentifier = cloudContainer},
-                          {m_environment.random, m_environment.notifications,
-                           [this](const StoreLostError& error) { storeWasLost(error); }},
-                          m_environment.log);
+        m_container = openContainer({.name = "Quillorn",
+                                     .url = m_storeFile,
+                                     .cloudContainerIdentifier = cloudContainer,
+                                     .keepsShortLog = schedules == Schedules::rest},
+                                    {m_environment.random, m_environment.notifications,
+                                     [this](const StoreLostError& error) { storeWasLost(error); }},
+                                    m_environment.log);
     } catch (const std::exception& error) {
         m_environment.log.log(fmt::format("QuillornApp: ModelContainer failed to open: {}", error.what()));
         m_launchFailureMessage = error.what();

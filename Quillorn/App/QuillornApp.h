@@ -132,7 +132,7 @@ class QuillornApp {
   private:
     void startAPIServerBySettings();
     void openInMemory(const std::string& fatalWords);
-    void openStore();
+    void openStore(Schedules schedules);
     void fetchStoreFromGroupContainer(const std::filesystem::path& folder) const;
     void storeWasLost(const StoreLostError& error);
     void createServices(Schedules schedules);

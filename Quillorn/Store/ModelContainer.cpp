@@ -19,6 +19,8 @@ namespace {
 /// tries to start the log over although readers may be in the way.
 constexpr int checkpointPages = 1000;
 constexpr int truncatePages = 16000;
+/// A log that an opening reads in less than a millisecond, in bytes.
+constexpr std::uintmax_t shortLog = 512 * 1024;
 
 std::string location(const ModelConfiguration& configuration, RandomSource& random) {
     // The "memdb" file system shares a database in memory by its name.
@@ -88,6 +90,9 @@ ModelContainer::~ModelContainer() {
         m_files->check();
         const auto database = m_pool.borrow();
         m_files->check(*database);
+        if (m_configuration.keepsShortLog &&
+            std::filesystem::file_size(m_configuration.url->string() + "-wal") <= shortLog)
+            return;
         database->checkpoint(true);
     } catch (const std::exception&) {
         // The log keeps everything; the next opening reads it. Where the files are lost, a checkpoint could only do

@@ -26,6 +26,9 @@ struct ModelConfiguration {
     std::optional<std::filesystem::path> url;
     /// The container of a cloud mirror. Kept as configuration: no platform of ours mirrors yet.
     std::string cloudContainerIdentifier;
+    /// Whether a short log stays on closing, to be read by the next opening. It spares a program that ends at once the
+    /// half dozen syncs of a checkpoint.
+    bool keepsShortLog = false;
 };
 
 /// What the store needs of the outside world. Referred to, not owned.

@@ -30,13 +30,13 @@ constexpr int deepest = 4;
 /// Tasks in one context; bounds the memory and the length of a transaction.
 constexpr int batchSize = 1'000;
 
-constexpr Date epoch = std::chrono::sys_days{std::chrono::year{2024} / 1 / 1};
-constexpr int days = 900; // of work since then
+constexpr int days = 900; // of work
 
 class SampleStore {
   public:
-    SampleStore(const std::filesystem::path& file, std::uint64_t seed)
-        : m_random(seed),
+    SampleStore(const std::filesystem::path& file, std::chrono::sys_days today, std::uint64_t seed)
+        : m_today(today),
+          m_random(seed),
           m_container(currentSchema(), &QuillornMigrationPlan(),
                       {.name = "Quillorn", .url = file, .cloudContainerIdentifier = {}},
                       {.random = m_random, .notifications = m_notifications}) {}
@@ -52,6 +52,8 @@ class SampleStore {
     };
 
     Date someDate();
+    /// Some hours after it, and not in the future.
+    Date later(Date date, int hours);
     Placed addTask(ModelContext& context, const std::vector<Placed>& earlier);
     void addEntries(ModelContext& context, ProjectTask& task);
     void addComment(ModelContext& context, ProjectTask& task);
@@ -60,6 +62,8 @@ class SampleStore {
         return objects[static_cast<std::size_t>(m_random.below(static_cast<int>(objects.size())))];
     }
 
+    Date m_today;
+    Date m_epoch = m_today - 24h * days;
     SampleRandom m_random;
     NotificationCenter m_notifications;
     ModelContainer m_container;
@@ -69,14 +73,18 @@ class SampleStore {
 };
 
 Date SampleStore::someDate() {
-    return epoch + 24h * m_random.below(days) + 1s * m_random.below(86'400) + 1us * m_random.below(1'000'000);
+    return m_epoch + 24h * m_random.below(days) + 1s * m_random.below(86'400) + 1us * m_random.below(1'000'000);
+}
+
+Date SampleStore::later(Date date, int hours) {
+    return std::min(date + 1h * m_random.below(hours), m_today);
 }
 
 void SampleStore::addProjects() {
     ModelContext context(m_container);
     std::vector<Client*> clients;
     for (int i = 0; i < clientCount; ++i) {
-        clients.push_back(&context.insert<Client>(Client::Arguments{.name = sampleWords(m_random, 1, 3)}, epoch));
+        clients.push_back(&context.insert<Client>(Client::Arguments{.name = sampleWords(m_random, 1, 3)}, m_epoch));
         clients.back()->setArchived(i % clientCount == clientCount - 1);
     }
     for (int i = 0; i < projectCount; ++i) {
@@ -144,13 +152,15 @@ SampleStore::Placed SampleStore::addTask(ModelContext& context, const std::vecto
     addEntries(context, task);
     if (number % 2 == 0)
         addComment(context, task);
-    task.setStatus(*enumFromRaw<TaskStatus>(m_random.below(4)), created + 1h * m_random.between(1, 900));
+    const bool isPast = task.dueDate() && *task.dueDate() < m_today;
+    const auto status = isPast && !m_random.chance(2) ? TaskStatus::done : *enumFromRaw<TaskStatus>(m_random.below(4));
+    task.setStatus(status, later(created, 900));
     return placed;
 }
 
 void SampleStore::addEntries(ModelContext& context, ProjectTask& task) {
     for (int i = 0; i < entriesPerTask; ++i) {
-        TimeEntry::Arguments arguments{.task = &task, .startTime = task.createdAt() + 1h * m_random.below(500)};
+        TimeEntry::Arguments arguments{.task = &task, .startTime = later(task.createdAt(), 500)};
         if (m_random.chance(30))
             arguments.notes = sampleWords(m_random, 3, 10);
         TimeEntry& entry = context.insert<TimeEntry>(std::move(arguments));
@@ -167,8 +177,9 @@ void SampleStore::addComment(ModelContext& context, ProjectTask& task) {
 
 } // namespace
 
-void makeSampleStore(const std::filesystem::path& file, const SampleSize& size, std::uint64_t seed) {
-    SampleStore store(file, seed);
+void makeSampleStore(const std::filesystem::path& file, const SampleSize& size, std::chrono::sys_days today,
+                     std::uint64_t seed) {
+    SampleStore store(file, today, seed);
     store.addProjects();
     store.addTasks(size.tasks);
 }

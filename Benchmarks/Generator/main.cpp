@@ -11,7 +11,8 @@
 namespace {
 
 constexpr const char* usage = "usage: quillorn-generate FILE_OR_FOLDER [--tasks N] [--seed N]\n"
-                              "Writes a new store; in a folder, as Quillorn/Quillorn.store. N is 10000 unless given.\n";
+                              "Writes a new store of work up to today; in a folder, as Quillorn/Quillorn.store.\n"
+                              "N is 10000 unless given.\n";
 
 std::optional<int> positive(std::string_view text) {
     int value = 0;
@@ -47,7 +48,8 @@ int main(int argc, char** argv) {
             std::filesystem::create_directories(file.parent_path());
         if (std::filesystem::exists(file))
             return fmt::print(stderr, "{} is there already\n", file.string()), 1;
-        quillorn::makeSampleStore(file, size, static_cast<std::uint64_t>(seed));
+        const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+        quillorn::makeSampleStore(file, size, today, static_cast<std::uint64_t>(seed));
     } catch (const std::exception& error) {
         fmt::print(stderr, "{}\n", error.what());
         return 1;

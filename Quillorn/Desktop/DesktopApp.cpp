@@ -173,19 +173,39 @@ void DesktopApp::showColumn(const ContentView::Column& column) {
 
     if (m_record)
         m_record->leaveAll();
-    m_tasks.set(column.kind == Kind::taskList || isRecord ? watched(new TaskListScreen(all, m_scene, filter))
-                                                          : nullptr);
-    m_record.set(isRecord ? watched(new RecordScreen(all, m_world.app().aiEnvironment(), m_scene, isProject, id))
-                          : nullptr);
-    m_time.set(isRecord ? watched(new TimeDashboardScreen(all.main, all.clock, all.calendar, time)) : nullptr);
-    m_notes.set(isRecord || column.kind == Kind::allNotes ? watched(new NoteListScreen(all, notes)) : nullptr);
-    const ChatContext subject{isProject ? ChatContext::Kind::project : ChatContext::Kind::client, id};
-    m_chat.set(isRecord ? watched(new ChatScreen(m_world.app().aiEnvironment(), subject)) : nullptr);
-    m_summary.set(column.kind == Kind::dailySummary ? new TodaySummaryScreen(all.main, all.clock, all.calendar)
-                                                    : nullptr);
-    m_activity.set(column.kind == Kind::activityLog
-                       ? new ActivityLogScreen(all.main, m_scene, all.clock, all.calendar, all.text)
-                       : nullptr);
+    const AIEnvironment assistant = m_world.app().aiEnvironment();
+    const auto makeTasks = [this, filter] { return watched(new TaskListScreen(m_environment, m_scene, filter)); };
+    m_tasks.set(nullptr);
+    if (column.kind == Kind::taskList && filter.isSmartList()) {
+        m_tasks.keep(static_cast<int>(filter.kind), makeTasks);
+        m_tasks->view().reopen();
+    } else if (column.kind == Kind::taskList || isRecord)
+        m_tasks.setLater(makeTasks);
+    m_notes.set(nullptr);
+    if (isRecord || column.kind == Kind::allNotes)
+        m_notes.setLater([this, notes] { return watched(new NoteListScreen(m_environment, notes)); });
+    m_record.set(isRecord ? watched(new RecordScreen(all, assistant, m_scene, isProject, id)) : nullptr);
+    m_time.set(nullptr);
+    m_chat.set(nullptr);
+    if (isRecord) {
+        m_time.setLater([this, time] {
+            return watched(
+                new TimeDashboardScreen(m_environment.main, m_environment.clock, m_environment.calendar, time));
+        });
+        const ChatContext subject{isProject ? ChatContext::Kind::project : ChatContext::Kind::client, id};
+        m_chat.setLater([this, assistant, subject] { return watched(new ChatScreen(assistant, subject)); });
+    }
+    m_summary.set(nullptr);
+    if (column.kind == Kind::dailySummary) {
+        m_summary.keep(0, [&all] { return new TodaySummaryScreen(all.main, all.clock, all.calendar); });
+        m_summary->update();
+    }
+    m_activity.set(nullptr);
+    if (column.kind == Kind::activityLog) {
+        m_activity.keep(
+            0, [this, &all] { return new ActivityLogScreen(all.main, m_scene, all.clock, all.calendar, all.text); });
+        m_activity->update();
+    }
 }
 
 void DesktopApp::showDetail() {

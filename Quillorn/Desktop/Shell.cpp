@@ -5,11 +5,12 @@
 #include "Models/Settings.h"
 #include "Views/MenuCommands.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQmlContext>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QStyleHints>
 #include <QtQml/QQmlExtensionPlugin>
 #include <cstdlib>
 #include <stdexcept>
@@ -71,9 +72,12 @@ Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& l
         m_desk.emplace(m_world, environmentOf(m_world, m_mainQueue, *m_history), log);
         startServices();
     }
+    // One that blinks would have the window drawn twice a second for as long as a field has the focus.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
     m_engine.setNetworkAccessManagerFactory(&m_network);
     m_engine.addImportPath("qrc:/qml");
     m_engine.addImageProvider("symbol", new SymbolProvider);
+    m_engine.addImageProvider("mark", new MarkProvider);
     QQmlContext& context = *m_engine.rootContext();
     context.setContextProperty("Look", &m_look);
     context.setContextProperty("Recovery", recoveryOf(m_world.app()));

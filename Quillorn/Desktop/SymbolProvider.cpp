@@ -2,26 +2,36 @@
 
 #include <QColor>
 #include <QFile>
+#include <QFont>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <QUrl>
+#include <algorithm>
 
 namespace quillorn {
 
 namespace {
 
-constexpr int defaultSize = 16;
 constexpr int largestSize = 512;
+
+/// A square of the size that was asked for. Layouts give an item its image's size, which is the one at the end of the
+/// id, as theirs are not the pixels of the screen.
+QImage emptyImage(const QString& id, QSize* size, const QSize& requestedSize) {
+    const int shown = id.section('/', -1).toInt();
+    *size = {shown, shown};
+    const int side = std::clamp(requestedSize.width(), 1, largestSize);
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
 
 } // namespace
 
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
-    const qsizetype slash = id.lastIndexOf('/');
-    const QColor color("#" + id.mid(slash + 1));
-    const int side = std::clamp(requestedSize.width() > 0 ? requestedSize.width() : defaultSize, 1, largestSize);
-    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    *size = image.size();
-    QFile file(":/symbols/" + id.left(slash));
+    const QString name = id.section('/', 0, -3);
+    const QColor color("#" + id.section('/', -2, -2));
+    QImage image = emptyImage(id, size, requestedSize);
+    QFile file(":/symbols/" + name);
     if (!file.open(QIODevice::ReadOnly)) {
         qWarning("There is no symbol %s", qPrintable(id));
         return image;
@@ -30,6 +40,16 @@ QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize&
     QPainter painter(&image);
     painter.setOpacity(color.alphaF());
     renderer.render(&painter);
+    return image;
+}
+
+QImage MarkProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
+    QImage image = emptyImage(id, size, requestedSize);
+    QFont font("Noto Color Emoji");
+    font.setPixelSize(std::max(1, image.height() * 4 / 5));
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.drawText(image.rect(), Qt::AlignCenter, QUrl::fromPercentEncoding(id.section('/', 0, -2).toUtf8()));
     return image;
 }
 

@@ -122,6 +122,18 @@ void TaskListView::clearFilters() {
     narrow();
 }
 
+void TaskListView::reopen() {
+    m_selection.clear();
+    if (!m_searchText.empty() || !m_meeting.empty())
+        clearFilters();
+    Options options = readOptions();
+    if (options == m_options)
+        return;
+    const bool hasOthers = options.showsCompleted != m_options.showsCompleted;
+    m_options = std::move(options);
+    hasOthers ? reload() : rebuild();
+}
+
 void TaskListView::setSortOrder(SortOrder order) {
     m_scene.set(setting("taskListSortOrder"), Json(rawValue(order)));
     if (std::exchange(m_options.sortOrder, order) != order)

@@ -71,6 +71,9 @@ class TaskListView final : private TaskRowText::Maker {
     /// What stands in place of rows; absent where there are some.
     std::optional<EmptyState> emptyState() const;
     void clearFilters();
+    /// A list that was kept is shown again: it begins without a search and a selection, and with the order that the
+    /// window's lists have.
+    void reopen();
     /// Absent where the list is no smart list.
     std::optional<SmartListDashboardHeader> dashboard() const;
     /// Number of tasks before search and meeting narrow them.
@@ -90,6 +93,8 @@ class TaskListView final : private TaskRowText::Maker {
         bool showsCompleted;
         bool isDoneOpen;
         IdSet open; // tasks that show their subtasks
+
+        friend bool operator==(const Options&, const Options&) = default;
     };
 
     /// What a task was to the rows before it changed.

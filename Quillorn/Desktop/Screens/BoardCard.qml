@@ -64,11 +64,9 @@ Rectangle {
                 maximumLineCount: 3
                 elide: Text.ElideRight
             }
-            Text {
+            MarkIcon {
                 Layout.alignment: Qt.AlignTop
-                text: root.mark
-                font.family: "Noto Color Emoji"
-                font.pixelSize: Theme.caption
+                mark: root.mark
             }
         }
         Flow {

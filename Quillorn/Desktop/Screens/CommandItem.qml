@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QuillornStyle
 
-/// A command of the menu that its keys call too; a line may stand above it.
+/// A command of the menu; a line may stand above it.
 MenuItem {
     id: root
 
@@ -21,10 +21,5 @@ MenuItem {
         width: root.width - 8
         height: 1
         color: Theme.line
-    }
-    Shortcut {
-        sequence: root.keys
-        enabled: root.enabled
-        onActivated: root.triggered()
     }
 }

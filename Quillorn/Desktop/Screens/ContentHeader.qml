@@ -57,10 +57,14 @@ Item {
                 elide: Text.ElideRight
             }
         }
-        TimerPill {
-            timer: root.timer
-            isNarrow: root.width < 640
-            onOpened: task => Desk.selectTask(task)
+        Late {
+            wanted: root.timer?.isRunning ?? false
+            visible: wanted
+            sourceComponent: TimerPill {
+                timer: root.timer
+                isNarrow: root.width < 640
+                onOpened: task => Desk.selectTask(task)
+            }
         }
         TextField {
             id: search

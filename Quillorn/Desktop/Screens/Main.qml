@@ -64,48 +64,78 @@ ApplicationWindow {
                 confirm: question
                 carrier: carried
                 onSettingsWanted: Desk.command("settings")
-                onMenuWanted: menu.popup(parent.width - menu.width - 8, 48)
+                onMenuWanted: menu.made().popup(parent.width - menu.item.width - 8, 48)
             }
             Carrier {
                 id: carried
             }
-            AppMenu {
-                id: menu
-            }
-            GoToPanel {
-                id: goTo
-            }
-            KeysDialog {
-                id: keys
-            }
-            ConfirmDialog {
-                id: question
-            }
-            RecordFormSheet {
-                id: recordSheet
+            Instantiator {
+                model: Desk.menu
+                delegate: Shortcut {
+                    required property var modelData
 
-                property string saved
-
-                form: Desk.form
-                priorities: Desk.priorities
-                onSaved: record => saved = record
-                onClosed: {
-                    Desk.closeForm(saved);
-                    saved = "";
+                    sequence: modelData.keys
+                    enabled: modelData.name === "undo" ? Desk.canUndo : modelData.name === "redo" ? Desk.canRedo : true
+                    onActivated: Desk.command(modelData.name)
                 }
             }
-            TimeEntrySheet {
+            Late {
+                id: menu
+
+                sourceComponent: AppMenu {}
+            }
+            Late {
+                id: goTo
+
+                sourceComponent: GoToPanel {}
+            }
+            Late {
+                id: keys
+
+                sourceComponent: KeysDialog {}
+            }
+            Late {
+                id: question
+
+                readonly property bool opened: item?.opened ?? false
+
+                function ask(question, then, otherwise) {
+                    made().ask(question, then, otherwise);
+                }
+
+                sourceComponent: ConfirmDialog {}
+            }
+            Late {
+                id: recordSheet
+
+                sourceComponent: RecordFormSheet {
+                    property string saved
+
+                    form: Desk.form
+                    priorities: Desk.priorities
+                    onSaved: record => saved = record
+                    onClosed: {
+                        Desk.closeForm(saved);
+                        saved = "";
+                    }
+                }
+            }
+            Late {
                 id: entrySheet
 
-                entry: Desk.entry
-                onClosed: Desk.closeEntry()
+                sourceComponent: TimeEntrySheet {
+                    entry: Desk.entry
+                    onClosed: Desk.closeEntry()
+                }
             }
-            ReminderImportDialog {
+            Late {
                 id: reminders
 
-                importing: Desk.reminderImport
-                priorities: Desk.priorities
-                onClosed: Desk.closeReminderImport()
+                sourceComponent: ReminderImportDialog {
+                    importing: Desk.reminderImport
+                    priorities: Desk.priorities
+                    onClosed: Desk.closeReminderImport()
+                }
             }
             Loader {
                 id: quickAdd
@@ -144,6 +174,12 @@ ApplicationWindow {
             Connections {
                 target: Desk
 
+                function follow(sheet, isWanted) {
+                    if (isWanted && !sheet.item?.opened)
+                        sheet.made().open();
+                    else if (!isWanted && sheet.item?.opened)
+                        sheet.item.close();
+                }
                 function onFailed(words) {
                     toast.show(words);
                 }
@@ -152,8 +188,8 @@ ApplicationWindow {
                         "search": () => screen.focusSearch(),
                         "nextColumn": () => screen.nextColumn(),
                         "toggleSidebar": () => screen.toggleSidebar(),
-                        "goTo": () => goTo.open(),
-                        "showKeys": () => keys.open(),
+                        "goTo": () => goTo.made().open(),
+                        "showKeys": () => keys.made().open(),
                         "settings": () => settings.show(),
                         "quickAdd": () => quickAdd.item.requestActivate(),
                         "quit": () => Qt.quit()
@@ -161,18 +197,12 @@ ApplicationWindow {
                     commands[name]();
                 }
                 function onChanged() {
-                    if (Desk.reminderImport && !reminders.opened) {
+                    if (Desk.reminderImport && !reminders.item?.opened) {
                         window.requestActivate();
-                        reminders.open();
+                        reminders.made().open();
                     }
-                    if (Desk.form && !recordSheet.opened)
-                        recordSheet.open();
-                    if (Desk.entry && !entrySheet.opened)
-                        entrySheet.open();
-                    if (!Desk.form && recordSheet.opened)
-                        recordSheet.close();
-                    if (!Desk.entry && entrySheet.opened)
-                        entrySheet.close();
+                    follow(recordSheet, Desk.form !== null);
+                    follow(entrySheet, Desk.entry !== null);
                     if (Desk.canUndo && Desk.undoTitle !== toast.lastUndo) {
                         toast.lastUndo = Desk.undoTitle;
                         toast.show(Desk.undoTitle.replace("Undo ", ""), "Undo");

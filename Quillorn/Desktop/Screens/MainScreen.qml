@@ -37,9 +37,9 @@ SplitView {
     }
     function focusContent() {
         if (tasks.visible)
-            tasks.focusList();
+            tasks.item.focusList();
         else if (recordPane.showsTasks)
-            recordPane.focusList();
+            recordPane.item.focusList();
         else
             content.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
@@ -98,54 +98,56 @@ SplitView {
             implicitHeight: 1
             color: Theme.line
         }
-        RecordPane {
+        LatePane {
             id: recordPane
 
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: root.isRecord
-            confirm: root.confirm
-            carrier: root.carrier
-            onEntered: Qt.callLater(root.focusDetail)
+            readonly property bool showsTasks: item?.showsTasks ?? false
+
+            wanted: root.isRecord
+            sourceComponent: RecordPane {
+                confirm: root.confirm
+                carrier: root.carrier
+                onEntered: Qt.callLater(root.focusDetail)
+            }
         }
-        TaskListPane {
+        LatePane {
             id: tasks
 
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: Desk.column === "taskList"
-            tasks: visible ? Desk.tasks : null
-            confirm: root.confirm
-            current: Desk.selectedTask
-            onOpened: task => Desk.selectTask(task)
-            carrier: root.carrier
-            onEntered: Qt.callLater(root.focusDetail)
-            onNewTask: Desk.command("newTask")
-            onStartTimer: task => Desk.timer.start(task)
+            wanted: Desk.column === "taskList"
+            sourceComponent: TaskListPane {
+                tasks: visible ? Desk.tasks : null
+                confirm: root.confirm
+                current: Desk.selectedTask
+                onOpened: task => Desk.selectTask(task)
+                carrier: root.carrier
+                onEntered: Qt.callLater(root.focusDetail)
+                onNewTask: Desk.command("newTask")
+                onStartTimer: task => Desk.timer.start(task)
+            }
         }
-        NoteListPane {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: Desk.column === "allNotes"
-            notes: visible ? Desk.notes : null
-            confirm: root.confirm
-            current: Desk.selectedNote
-            onOpened: note => Desk.selectNote(note)
+        LatePane {
+            wanted: Desk.column === "allNotes"
+            sourceComponent: NoteListPane {
+                notes: visible ? Desk.notes : null
+                confirm: root.confirm
+                current: Desk.selectedNote
+                onOpened: note => Desk.selectNote(note)
+            }
         }
-        SummaryPane {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: Desk.column === "dailySummary"
-            summary: Desk.summary
-            onTaskOpened: task => Desk.selectTask(task)
-            onNoteOpened: note => Desk.selectNote(note)
+        LatePane {
+            wanted: Desk.column === "dailySummary"
+            sourceComponent: SummaryPane {
+                summary: Desk.summary
+                onTaskOpened: task => Desk.selectTask(task)
+                onNoteOpened: note => Desk.selectNote(note)
+            }
         }
-        ActivityPane {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: Desk.column === "activityLog"
-            activity: Desk.activity
-            onOpened: (kind, record) => Desk.showActivity(kind, record)
+        LatePane {
+            wanted: Desk.column === "activityLog"
+            sourceComponent: ActivityPane {
+                activity: Desk.activity
+                onOpened: (kind, record) => Desk.showActivity(kind, record)
+            }
         }
         Item {
             Layout.fillWidth: true
@@ -169,24 +171,30 @@ SplitView {
         visible: root.hasDetail || (!root.isRecord && !["activityLog", "dailySummary"].includes(Desk.column) && root.width > 860)
         color: Theme.panel
 
-        TaskDetailPane {
+        Late {
             anchors.fill: parent
-            visible: Desk.task !== null
-            task: Desk.task
-            statuses: Desk.statuses
-            priorities: Desk.priorities
-            confirm: root.confirm
-            onOpened: (kind, record) => Desk.show(kind, record)
-            onEntryEdited: entry => Desk.editEntry(entry)
-            onClosed: Desk.selectTask("")
+            visible: wanted
+            wanted: Desk.task !== null
+            sourceComponent: TaskDetailPane {
+                task: Desk.task
+                statuses: Desk.statuses
+                priorities: Desk.priorities
+                confirm: root.confirm
+                onOpened: (kind, record) => Desk.show(kind, record)
+                onEntryEdited: entry => Desk.editEntry(entry)
+                onClosed: Desk.selectTask("")
+            }
         }
-        NotePane {
+        Late {
             anchors.fill: parent
-            visible: Desk.task === null && Desk.note !== null
-            note: Desk.note
-            confirm: root.confirm
-            onOpened: (kind, record) => Desk.show(kind, record)
-            onClosed: Desk.selectNote("")
+            visible: wanted
+            wanted: Desk.task === null && Desk.note !== null
+            sourceComponent: NotePane {
+                note: Desk.note
+                confirm: root.confirm
+                onOpened: (kind, record) => Desk.show(kind, record)
+                onClosed: Desk.selectNote("")
+            }
         }
         EmptyState {
             anchors.centerIn: parent

@@ -16,7 +16,7 @@ ColumnLayout {
     signal entered
 
     function focusList() {
-        list.focusList();
+        list.item.focusList();
     }
 
     spacing: 0
@@ -57,67 +57,67 @@ ColumnLayout {
         implicitHeight: 1
         color: Theme.line
     }
-    OverviewPane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "overview"
-        record: root.record
-        confirm: root.confirm
+    LatePane {
+        wanted: root.tab === "overview"
+        sourceComponent: OverviewPane {
+            record: root.record
+            confirm: root.confirm
+        }
     }
-    TaskListPane {
+    LatePane {
         id: list
 
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "tasks" && !board.checked
-        tasks: visible ? Desk.tasks : null
-        confirm: root.confirm
-        current: Desk.selectedTask
-        onOpened: task => Desk.selectTask(task)
-        carrier: root.carrier
-        onEntered: root.entered()
-        onNewTask: Desk.command("newTask")
-        onStartTimer: task => Desk.timer.start(task)
+        wanted: root.tab === "tasks" && !board.checked
+        sourceComponent: TaskListPane {
+            tasks: visible ? Desk.tasks : null
+            confirm: root.confirm
+            current: Desk.selectedTask
+            onOpened: task => Desk.selectTask(task)
+            carrier: root.carrier
+            onEntered: root.entered()
+            onNewTask: Desk.command("newTask")
+            onStartTimer: task => Desk.timer.start(task)
+        }
     }
-    BoardPane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
+    LatePane {
         Layout.margins: 14
-        visible: root.tab === "tasks" && board.checked
-        record: visible ? root.record : null
-        current: Desk.selectedTask
-        carrier: root.carrier
-        onOpened: task => Desk.selectTask(task)
+        wanted: root.tab === "tasks" && board.checked
+        sourceComponent: BoardPane {
+            record: visible ? root.record : null
+            current: Desk.selectedTask
+            carrier: root.carrier
+            onOpened: task => Desk.selectTask(task)
+        }
     }
-    ProjectsPane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "projects"
-        record: visible ? root.record : null
-        onOpened: project => Desk.show("project", project)
+    LatePane {
+        wanted: root.tab === "projects"
+        sourceComponent: ProjectsPane {
+            record: visible ? root.record : null
+            onOpened: project => Desk.show("project", project)
+        }
     }
-    TimePane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "time"
-        time: visible ? Desk.time : null
-        confirm: root.confirm
-        onEdited: entry => Desk.editEntry(entry)
+    LatePane {
+        wanted: root.tab === "time"
+        sourceComponent: TimePane {
+            time: visible ? Desk.time : null
+            confirm: root.confirm
+            onEdited: entry => Desk.editEntry(entry)
+        }
     }
-    NoteListPane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "notes"
-        notes: visible ? Desk.notes : null
-        confirm: root.confirm
-        current: Desk.selectedNote
-        onOpened: note => Desk.selectNote(note)
+    LatePane {
+        wanted: root.tab === "notes"
+        sourceComponent: NoteListPane {
+            notes: visible ? Desk.notes : null
+            confirm: root.confirm
+            current: Desk.selectedNote
+            onOpened: note => Desk.selectNote(note)
+        }
     }
-    ChatPane {
-        Layout.fillWidth: true
-        Layout.fillHeight: true
-        visible: root.tab === "chat"
-        chat: visible ? Desk.chat : null
-        confirm: root.confirm
+    LatePane {
+        wanted: root.tab === "chat"
+        sourceComponent: ChatPane {
+            chat: visible ? Desk.chat : null
+            confirm: root.confirm
+        }
     }
 }

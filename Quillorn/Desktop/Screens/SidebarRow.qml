@@ -133,22 +133,23 @@ Item {
             color: root.tone ? Theme.shade(root.tone) : root.isGroup || root.kind > 5 ? Theme.secondaryText : Theme.accent
             size: 16
         }
-        TextField {
-            id: field
-
+        Loader {
             Layout.fillWidth: true
-            visible: root.isRenaming
-            implicitHeight: 24
-            placeholderText: "Group name"
-            onVisibleChanged: if (visible) {
-                text = root.title;
-                forceActiveFocus();
-                selectAll();
+            active: root.isRenaming
+            visible: active
+            sourceComponent: TextField {
+                implicitHeight: 24
+                placeholderText: "Group name"
+                Component.onCompleted: {
+                    text = root.title;
+                    forceActiveFocus();
+                    selectAll();
+                }
+                onAccepted: root.sidebar.finishRenaming(text)
+                Keys.onEscapePressed: root.sidebar.cancelRenaming()
+                onActiveFocusChanged: if (!activeFocus && root.isRenaming)
+                    root.sidebar.finishRenaming(text)
             }
-            onAccepted: root.sidebar.finishRenaming(text)
-            Keys.onEscapePressed: root.sidebar.cancelRenaming()
-            onActiveFocusChanged: if (!activeFocus && visible)
-                root.sidebar.finishRenaming(text)
         }
         Label {
             Layout.fillWidth: true
@@ -159,21 +160,24 @@ Item {
             color: root.isSection || root.kind > 5 ? Theme.secondaryText : Theme.text
             elide: Text.ElideRight
         }
-        Rectangle {
-            visible: root.countText !== "" && root.key === "today"
-            implicitWidth: Math.max(22, count.implicitWidth + 12)
-            implicitHeight: 18
-            radius: 9
-            color: Theme.fill
+        Loader {
+            active: root.countText !== "" && root.key === "today"
+            visible: active
+            sourceComponent: Rectangle {
+                implicitWidth: Math.max(22, count.implicitWidth + 12)
+                implicitHeight: 18
+                radius: 9
+                color: Theme.fill
 
-            Label {
-                id: count
+                Label {
+                    id: count
 
-                anchors.centerIn: parent
-                text: root.countText
-                font.pixelSize: Theme.small
-                font.weight: Font.DemiBold
-                color: Theme.fillText
+                    anchors.centerIn: parent
+                    text: root.countText
+                    font.pixelSize: Theme.small
+                    font.weight: Font.DemiBold
+                    color: Theme.fillText
+                }
             }
         }
         Label {

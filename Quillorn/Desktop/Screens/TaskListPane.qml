@@ -81,7 +81,7 @@ Item {
                 }
                 onToggled: root.tasks.toggleCompleted(taskId)
                 onDisclosed: kind === 1 ? root.tasks.toggleDoneSection() : root.tasks.toggleDisclosure(taskId)
-                onMenuWanted: menu.openFor(taskId)
+                onMenuWanted: menu.made().openFor(taskId)
             }
 
             Keys.onPressed: event => {
@@ -100,7 +100,7 @@ Item {
                 else if (event.key === Qt.Key_Delete)
                     root.askToDelete(row.taskId);
                 else if (event.key === Qt.Key_Menu)
-                    menu.openFor(row.taskId);
+                    menu.made().openFor(row.taskId);
                 else if ((event.key === Qt.Key_Right && row.disclosure === 1) || (event.key === Qt.Key_Left && row.disclosure === 2))
                     root.tasks.toggleDisclosure(row.taskId);
                 else
@@ -146,11 +146,13 @@ Item {
             confirm.ask(question, () => tasks.remove(task));
     }
 
-    TaskMenu {
+    Late {
         id: menu
 
-        tasks: root.tasks
-        onDeleteWanted: task => root.askToDelete(task)
-        onStartWanted: task => root.startTimer(task)
+        sourceComponent: TaskMenu {
+            tasks: root.tasks
+            onDeleteWanted: task => root.askToDelete(task)
+            onStartWanted: task => root.startTimer(task)
+        }
     }
 }

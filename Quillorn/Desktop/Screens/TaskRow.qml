@@ -49,50 +49,52 @@ Item {
     Accessible.onPressAction: kind === 1 ? disclosed() : picked(0)
     Accessible.onToggleAction: toggled()
 
-    RowLayout {
-        visible: root.kind === 0
+    Loader {
         anchors.fill: parent
-        anchors.leftMargin: 14
-        anchors.topMargin: 10
-        spacing: 6
+        active: root.kind === 0
+        sourceComponent: RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 14
+            anchors.topMargin: 10
+            spacing: 6
 
-        Text {
-            visible: text !== ""
-            text: root.kind === 0 ? root.mark : ""
-            font.family: "Noto Color Emoji"
-            font.pixelSize: Theme.small
-        }
-        Rectangle {
-            visible: root.kind === 0 && root.tone !== ""
-            implicitWidth: 8
-            implicitHeight: 8
-            radius: 4
-            color: Theme.shade(root.tone)
-        }
-        Label {
-            text: root.title
-            font.pixelSize: Theme.caption
-            font.weight: Font.DemiBold
-            color: root.isOverdue ? Theme.red : Theme.secondaryText
-            elide: Text.ElideRight
-        }
-        Label {
-            Layout.fillWidth: true
-            text: root.kind === 0 ? root.countText : ""
-            font.pixelSize: Theme.caption
-            color: Theme.tertiaryText
+            MarkIcon {
+                mark: root.mark
+            }
+            Rectangle {
+                visible: root.tone !== ""
+                implicitWidth: 8
+                implicitHeight: 8
+                radius: 4
+                color: Theme.shade(root.tone)
+            }
+            Label {
+                text: root.title
+                font.pixelSize: Theme.caption
+                font.weight: Font.DemiBold
+                color: root.isOverdue ? Theme.red : Theme.secondaryText
+                elide: Text.ElideRight
+            }
+            Label {
+                Layout.fillWidth: true
+                text: root.countText
+                font.pixelSize: Theme.caption
+                color: Theme.tertiaryText
+            }
         }
     }
-    Button {
-        visible: root.kind === 1
+    Loader {
         anchors.verticalCenter: parent.verticalCenter
         x: 6
-        flat: true
-        focusPolicy: Qt.NoFocus
-        text: root.title
-        icon.name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
-        tone: Theme.secondaryText
-        onClicked: root.disclosed()
+        active: root.kind === 1
+        sourceComponent: Button {
+            flat: true
+            focusPolicy: Qt.NoFocus
+            text: root.title
+            icon.name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
+            tone: Theme.secondaryText
+            onClicked: root.disclosed()
+        }
     }
     Rectangle {
         visible: root.isTask
@@ -139,16 +141,18 @@ Item {
             implicitWidth: 18
             Layout.fillHeight: true
 
-            SymbolIcon {
+            Loader {
                 anchors.centerIn: parent
-                visible: root.disclosure !== 0
-                name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
-                color: Theme.secondaryText
-                size: 11
-            }
-            TapHandler {
-                enabled: root.disclosure !== 0
-                onTapped: root.disclosed()
+                active: root.disclosure !== 0
+                sourceComponent: SymbolIcon {
+                    name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
+                    color: Theme.secondaryText
+                    size: 11
+
+                    TapHandler {
+                        onTapped: root.disclosed()
+                    }
+                }
             }
         }
         Item {
@@ -201,17 +205,29 @@ Item {
                         color: Theme.secondaryText
                     }
                 }
-                SmallFigure {
-                    symbol: "list.bullet.indent"
-                    text: root.isTask ? root.subtasksText : ""
+                Loader {
+                    active: root.isTask && root.subtasksText !== ""
+                    visible: active
+                    sourceComponent: SmallFigure {
+                        symbol: "list.bullet.indent"
+                        text: root.subtasksText
+                    }
                 }
-                SmallFigure {
-                    symbol: "bubble.left"
-                    text: root.isTask ? root.countText : ""
+                Loader {
+                    active: root.isTask && root.countText !== ""
+                    visible: active
+                    sourceComponent: SmallFigure {
+                        symbol: "bubble.left"
+                        text: root.countText
+                    }
                 }
-                SmallFigure {
-                    symbol: "clock"
-                    text: root.timeText
+                Loader {
+                    active: root.timeText !== ""
+                    visible: active
+                    sourceComponent: SmallFigure {
+                        symbol: "clock"
+                        text: root.timeText
+                    }
                 }
                 LayoutRepeater {
                     model: root.tags
@@ -239,12 +255,9 @@ Item {
             visible: text !== ""
             color: root.isOverdue ? Theme.red : root.isCompleted ? Theme.tertiaryText : Theme.amber
         }
-        Text {
+        MarkIcon {
             Layout.leftMargin: 10
-            visible: text !== ""
-            text: root.isTask ? root.mark : ""
-            font.family: "Noto Color Emoji"
-            font.pixelSize: Theme.caption
+            mark: root.isTask ? root.mark : ""
         }
     }
 }

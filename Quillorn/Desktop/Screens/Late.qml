@@ -1,0 +1,19 @@
+import QtQuick
+
+/// A part of the window that is made when it is first wanted, and kept: what nobody looks at costs neither time nor
+/// memory.
+Loader {
+    property bool wanted: false
+
+    /// The part, made if need be.
+    function made() {
+        active = true;
+        return item;
+    }
+
+    active: false
+    onWantedChanged: if (wanted)
+        active = true
+    Component.onCompleted: if (wanted)
+        active = true
+}

@@ -1,5 +1,7 @@
 #include "API/APIServer.h"
+#include "App/BusServices.h"
 #include "App/MachineServices.h"
+#include "App/WindowOnBus.h"
 #include "CLI/Commands.h"
 #include "CLI/KeyInput.h"
 #include "CLI/Output.h"
@@ -7,9 +9,7 @@
 #include "Models/Settings.h"
 #include "Platform/Process.h"
 #include "Platform/TerminationSignals.h"
-#include "Reminders/RemindersBusService.h"
 #include "Services/BackupService.h"
-#include "Services/SyncBusService.h"
 
 #include <fmt/core.h>
 #include <stdexcept>
@@ -66,16 +66,10 @@ ExitStatus serve(const ServeOptions& options, const ProcessInfo& process) {
         if (!backups.isBackingUp() && backups.lastError())
             printError(fmt::format("the backup failed: {}", *backups.lastError()));
     });
-    // Where there is no session bus nobody could call; one that comes later is found. What is shown to play with is not
-    // for other programs.
-    std::unique_ptr<RemindersBusService> reminders;
-    std::unique_ptr<SyncBusService> sync;
-    if (app.runMode() == RunMode::normal) {
-        Bus& bus = *session.sessionBus();
-        sync = std::make_unique<SyncBusService>(bus, RemindersBusService::objectPath,
-                                                app.machineServices()->syncMonitor());
-        reminders = std::make_unique<RemindersBusService>(bus, app.reminderIntents(), session.calendar());
-    }
+    const std::unique_ptr<BusServices> busServices = BusServices::of(session.world());
+    std::optional<NotificationsIntoWindow> intoWindow;
+    if (app.runMode() == RunMode::normal)
+        intoWindow.emplace(*session.world().sessionBus(), app.machineServices()->notificationService());
     app.startAPIServer(serverOptions);
     if (!server.hasServer()) {
         printError(server.lastError().value_or("the API server could not be started"));

@@ -22,8 +22,7 @@ class Session {
     const Clock& clock() const { return m_world.clock(); }
     const Calendar& calendar() const { return m_world.calendar(); }
     const Text& text() const { return m_world.text(); }
-    /// Null for commands.
-    Bus* sessionBus() { return m_world.sessionBus(); }
+    AppSession& world() { return m_world; }
 
     /// Lets the main context save what it has, however long others write. Throws std::runtime_error when it can't.
     void saveChanges();

@@ -1,5 +1,7 @@
 #include "Desktop/SingleInstance.h"
 
+#include "App/WindowOnBus.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -8,9 +10,6 @@ namespace quillorn {
 
 namespace {
 
-constexpr auto service = "com.quillorn.Desktop";
-constexpr auto path = "/com/quillorn/Desktop";
-constexpr auto interface = "org.freedesktop.Application";
 constexpr int patience = 2000; // ms
 
 } // namespace
@@ -20,12 +19,12 @@ SingleInstance::Outcome SingleInstance::claim(const Request& request) {
     if (!bus.isConnected())
         return Outcome::first;
     new ApplicationAdaptor(*this);
-    bus.registerObject(path, this);
-    if (bus.registerService(service))
+    bus.registerObject(windowOnBus::path, this);
+    if (bus.registerService(windowOnBus::name))
         return Outcome::first;
 
     const auto callTo = [](const char* method) {
-        return QDBusMessage::createMethodCall(service, path, interface, method);
+        return QDBusMessage::createMethodCall(windowOnBus::name, windowOnBus::path, windowOnBus::interface, method);
     };
     QDBusMessage call;
     if (request.quickAdd)

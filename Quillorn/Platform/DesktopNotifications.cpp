@@ -46,16 +46,6 @@ std::string withoutMarkup(const std::string& text) {
     return escaped;
 }
 
-/// Whether the reply is a list that has `wanted`.
-bool lists(const BusReply& reply, std::string_view wanted) {
-    if (reply.error() != nullptr || reply.message().values.empty())
-        return false;
-    const BusValue::List* list = reply.message().values.front().asList();
-    return list != nullptr && std::ranges::any_of(*list, [&](const BusValue& each) {
-               return each.asString() != nullptr && *each.asString() == wanted;
-           });
-}
-
 BusMessage notifyArguments(const NotificationRequest& request, bool hasActions, bool hasMarkup) {
     BusValue::List actions;
     if (hasActions)
@@ -108,9 +98,9 @@ Task<std::string> whyNotShown(Bus& sessionBus) {
         const BusError* error = capabilities.error();
         co_return error == nullptr ? std::string() : fmt::format("the desktop does not answer: {}", error->what());
     }
-    const BusCall question = busDaemonCall("ListActivatableNames");
-    const BusReply names = co_await askBus(sessionBus, question);
-    co_return lists(names, serviceName) ? "" : "no desktop shows them";
+    const std::string name = serviceName;
+    const bool isStarted = co_await canBeStarted(sessionBus, name);
+    co_return isStarted ? "" : "no desktop shows them";
 }
 
 void DesktopNotifications::requestAuthorization() {
@@ -132,10 +122,9 @@ Task<> DesktopNotifications::lookWhetherItAnswers() {
 }
 
 Task<> DesktopNotifications::lookWhetherItCanStart() {
-    const BusCall call = busDaemonCall("ListActivatableNames");
-    const BusReply reply = co_await askBus(m_bus, call);
-    setAuthorization(lists(reply, serviceName) ? NotificationAuthorization::authorized
-                                               : NotificationAuthorization::denied);
+    const std::string name = serviceName;
+    const bool isStarted = co_await canBeStarted(m_bus, name);
+    setAuthorization(isStarted ? NotificationAuthorization::authorized : NotificationAuthorization::denied);
 }
 
 void DesktopNotifications::setAuthorization(NotificationAuthorization authorization) {
@@ -153,7 +142,7 @@ Task<> DesktopNotifications::show(NotificationRequest request) {
     const BusCall question = notificationServiceCall("GetCapabilities");
     const BusReply capabilities = co_await askBus(m_bus, question);
     const BusCall call = notificationServiceCall(
-        "Notify", notifyArguments(request, lists(capabilities, "actions"), lists(capabilities, "body-markup")));
+        "Notify", notifyArguments(request, isListed(capabilities, "actions"), isListed(capabilities, "body-markup")));
     const BusReply reply = co_await askBus(m_bus, call);
     if (const BusError* error = reply.error()) {
         m_log.log(fmt::format("A notification could not be shown: {}", error->what()));

@@ -126,6 +126,8 @@ inline constexpr std::array settingsCatalogue = [] {
                 "Folder of the reminder lists; empty for the one that programs for to-dos share"},
         Setting{"voiceRoutingEndpoint", user, text, "",
                 "Server of a language model on this machine that finds the project of a reminder; empty for none"},
+        Setting{"trayKeepsRunning", user, boolean, false, "Keep running in the tray when the window is closed"},
+        Setting{"quickAddShortcut", user, boolean, false, "Ask the desktop for a key that opens Quick Add"},
         Setting{"collapsedGroupIDs", user, text, "", "Project groups that are collapsed, ids joined by commas"},
 
         Setting{"backupLastDate", bookkeeping, date, none, "When the last backup was taken"},

@@ -16,6 +16,7 @@
 #include "Support/TestStore.h"
 #include "Views/APISettingsView.h"
 #include "Views/BackupSettingsView.h"
+#include "Views/DesktopSettingsView.h"
 #include "Views/GeneralSettingsView.h"
 #include "Views/NotificationSettingsView.h"
 #include "Views/SettingsView.h"
@@ -71,6 +72,61 @@ TEST_F(SettingsViews, keepWhatIsChosenAndShowWhatOthersKeep) {
     settings.failsToWrite = true;
     EXPECT_THROW(general.setShowsCompletedTasks(true), std::runtime_error);
     EXPECT_FALSE(general.showsCompletedTasks());
+}
+
+TEST_F(SettingsViews, sayWhetherTheProgramStartsAtLoginAndLeaveWhatIsNotTheirs) {
+    const std::filesystem::path file = folder.path() / "config/autostart/org.example.Desktop.desktop";
+    DesktopSettingsView view(
+        {settings, queue, background,
+         systemLoginItem(FakePaths(folder.path()), {"org.example.Desktop", "Example", R"(/opt/a "$`%\b)"}), nullptr});
+    const std::string ours = "[Desktop Entry]\nType=Application\nName=Example\n"
+                             R"(Exec="/opt/a \\"\\$\\`%%\\\\b")"
+                             "\nIcon=org.example.Desktop\nX-Quillorn-Login=true\n";
+    const std::string foreign = "[Desktop Entry]\nExec=other\n";
+    struct Case {
+        const char* name;
+        std::optional<std::string> before;
+        std::optional<bool> choice;
+        bool isOn, isRefused;
+        std::optional<std::string> after;
+    };
+    const Case cases[] = {
+        {"nothing there", {}, {}, false, false, {}},
+        {"switched on", {}, true, true, false, ours},
+        {"on already", ours, {}, true, false, ours},
+        {"switched off", ours, false, false, false, {}},
+        {"switched off by the desktop", ours + "Hidden=true\n", {}, false, false, ours + "Hidden=true\n"},
+        {"and on again", ours + "X-GNOME-Autostart-enabled=false\n", true, true, false, ours},
+        {"another's", foreign, {}, false, false, foreign},
+        {"another's, on", foreign, true, false, true, foreign},
+        {"another's, off", foreign, false, false, true, foreign},
+    };
+    bool isTold = false;
+    const Observation token = view.observe([&] { isTold = true; });
+    const auto choose = [&](std::optional<bool> choice) {
+        isTold = false;
+        choice ? view.setStartsAtLogin(*choice) : view.appear();
+        until([&] { return isTold; });
+    };
+    for (const Case& each : cases) {
+        std::filesystem::remove(file);
+        if (each.before) {
+            std::filesystem::create_directories(file.parent_path());
+            writeFile(file, *each.before);
+        }
+        choose(each.choice);
+        EXPECT_EQ(view.startsAtLogin(), each.isOn) << each.name;
+        EXPECT_EQ(!view.loginProblem().empty(), each.isRefused) << each.name << view.loginProblem();
+        EXPECT_EQ(exists(file) ? std::optional(readFile(file)) : std::nullopt, each.after) << each.name;
+    }
+    writeFile(folder.path() / "elsewhere", ours);
+    std::filesystem::remove(file);
+    create_symlink(folder.path() / "elsewhere", file);
+    for (const bool choice : {true, false}) {
+        choose(choice);
+        EXPECT_THAT(view.loginProblem(), testing::HasSubstr(file.string()));
+        EXPECT_TRUE(is_symlink(file) && readFile(folder.path() / "elsewhere") == ours);
+    }
 }
 
 TEST_F(SettingsViews, startTheServerWhereItMayStart) {

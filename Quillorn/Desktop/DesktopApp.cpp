@@ -3,12 +3,14 @@
 #include "AI/AIEnvironment.h"
 #include "API/APIServer.h"
 #include "App/MachineServices.h"
+#include "App/WindowOnBus.h"
 #include "Models/TimeEntry.h"
 #include "Services/TaskAgentClipboard.h"
 #include "Store/MainContext.h"
 #include "Views/GoToChoices.h"
 #include "Views/MenuCommands.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
 #include <QUrl>
 #include <algorithm>
@@ -16,7 +18,17 @@
 
 namespace quillorn {
 
-DesktopApp::DesktopApp(AppSession& world, const ViewEnvironment& environment, SystemLog& log)
+namespace {
+
+std::shared_ptr<LoginItem> loginItem(const Paths& paths) {
+    return systemLoginItem(paths, {.identifier = windowOnBus::name,
+                                   .name = "Quillorn",
+                                   .program = QCoreApplication::applicationFilePath().toStdString()});
+}
+
+} // namespace
+
+DesktopApp::DesktopApp(AppSession& world, const ViewEnvironment& environment, SystemLog& log, GlobalShortcut* shortcut)
     : m_world(world),
       m_environment(environment),
       m_scene(environment.settings),
@@ -25,6 +37,8 @@ DesktopApp::DesktopApp(AppSession& world, const ViewEnvironment& environment, Sy
       m_timer({environment.main, environment.timer, environment.clock, environment.calendar, environment.text}),
       m_settingsTabs(environment.settings, environment.queue),
       m_generalSettings(environment.settings, environment.queue),
+      m_desktopSettings(
+          {environment.settings, environment.queue, world.app().background(), loginItem(world.paths()), shortcut}),
       m_apiSettings(world.app().apiServer(), environment.settings, environment.queue),
       m_syncSettings({world.app().machineServices()->syncMonitor(), environment.clock, environment.calendar}),
       m_backupSettings({world.app().backupService(), environment.settings, environment.queue, environment.clock, log}),
@@ -39,11 +53,11 @@ DesktopApp::DesktopApp(AppSession& world, const ViewEnvironment& environment, Sy
     m_observations.push_back(world.app().apiServer().observe(telling()));
     m_observations.push_back(environment.days.observe([this] { dayChanged(); }));
     connect(&m_sidebar, &Screen::changed, this, &DesktopApp::showSheet);
-    for (Screen* screen :
-         {static_cast<Screen*>(&m_sidebar), static_cast<Screen*>(&m_timer), static_cast<Screen*>(&m_settingsTabs),
-          static_cast<Screen*>(&m_generalSettings), static_cast<Screen*>(&m_apiSettings),
-          static_cast<Screen*>(&m_backupSettings), static_cast<Screen*>(&m_notificationSettings),
-          static_cast<Screen*>(&m_aiSettings), static_cast<Screen*>(&m_reminderSettings)})
+    for (Screen* screen : {static_cast<Screen*>(&m_sidebar), static_cast<Screen*>(&m_timer),
+                           static_cast<Screen*>(&m_settingsTabs), static_cast<Screen*>(&m_generalSettings),
+                           static_cast<Screen*>(&m_desktopSettings), static_cast<Screen*>(&m_apiSettings),
+                           static_cast<Screen*>(&m_backupSettings), static_cast<Screen*>(&m_notificationSettings),
+                           static_cast<Screen*>(&m_aiSettings), static_cast<Screen*>(&m_reminderSettings)})
         watched(screen);
     update();
 }

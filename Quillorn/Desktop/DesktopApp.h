@@ -5,6 +5,7 @@
 #include "Desktop/ActivityLogScreen.h"
 #include "Desktop/ChatScreen.h"
 #include "Desktop/CommandLists.h"
+#include "Desktop/DesktopSettingsScreen.h"
 #include "Desktop/FormScreen.h"
 #include "Desktop/NoteScreens.h"
 #include "Desktop/QuickAddScreen.h"
@@ -66,6 +67,7 @@ class DesktopApp final : public Screen {
     Q_PROPERTY(QStringList priorities READ priorities CONSTANT)
     Q_PROPERTY(QObject* settingsTabs READ settingsTabs CONSTANT)
     Q_PROPERTY(QObject* generalSettings READ generalSettings CONSTANT)
+    Q_PROPERTY(QObject* desktopSettings READ desktopSettings CONSTANT)
     Q_PROPERTY(QObject* apiSettings READ apiSettings CONSTANT)
     Q_PROPERTY(QObject* syncSettings READ syncSettings CONSTANT)
     Q_PROPERTY(QObject* backupSettings READ backupSettings CONSTANT)
@@ -74,7 +76,8 @@ class DesktopApp final : public Screen {
     Q_PROPERTY(QObject* reminderSettings READ reminderSettings CONSTANT)
 
   public:
-    DesktopApp(AppSession& world, const ViewEnvironment& environment, SystemLog& log);
+    /// Without a shortcut the desktop has none for this program.
+    DesktopApp(AppSession& world, const ViewEnvironment& environment, SystemLog& log, GlobalShortcut* shortcut);
 
     QObject* sidebar() { return &m_sidebar; }
     QObject* timer() { return &m_timer; }
@@ -111,6 +114,7 @@ class DesktopApp final : public Screen {
     static QStringList priorities() { return TaskListScreen::priorities(); }
     QObject* settingsTabs() { return &m_settingsTabs; }
     QObject* generalSettings() { return &m_generalSettings; }
+    QObject* desktopSettings() { return &m_desktopSettings; }
     QObject* apiSettings() { return &m_apiSettings; }
     QObject* syncSettings() { return &m_syncSettings; }
     QObject* backupSettings() { return &m_backupSettings; }
@@ -172,6 +176,7 @@ class DesktopApp final : public Screen {
     TimerScreen m_timer;
     SettingsTabsScreen m_settingsTabs;
     GeneralSettingsScreen m_generalSettings;
+    DesktopSettingsScreen m_desktopSettings;
     APISettingsScreen m_apiSettings;
     SyncSettingsScreen m_syncSettings;
     BackupSettingsScreen m_backupSettings;

@@ -64,12 +64,16 @@ Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& l
     : m_mainQueue(log),
       m_world(m_mainQueue, log, process, QuillornApp::Schedules::run, QUILLORN_VERSION,
               sample != nullptr ? sample->paths() : systemPaths()),
-      m_look(scheme) {
+      m_look(scheme),
+      m_wasOpened(start == Start::window) {
     if (m_world.app().runMode() != RunMode::fallback) {
         if (sample != nullptr)
             SampleStore::fill(m_world);
         m_history.emplace(m_world.app().mainStore(), m_world.app().timerService(), m_world.clock());
-        m_desk.emplace(m_world, environmentOf(m_world, m_mainQueue, *m_history), log);
+        if (sample == nullptr && m_world.app().runMode() == RunMode::normal)
+            surround();
+        m_desk.emplace(m_world, environmentOf(m_world, m_mainQueue, *m_history), log,
+                       m_around ? &m_around->shortcut() : nullptr);
         startServices();
     }
     // One that blinks would have the window drawn twice a second for as long as a field has the focus.
@@ -86,8 +90,23 @@ Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& l
     m_engine.load("qrc:/qml/Quillorn/Desktop/Main.qml");
     if (m_engine.rootObjects().isEmpty())
         throw std::runtime_error("the window could not be made");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QObject::connect(qApp, &QGuiApplication::lastWindowClosed, &m_engine, [this] { lastWindowClosed(); });
     if (start == Start::quickAdd)
         quickAdd();
+}
+
+void Shell::surround() {
+    m_around.emplace(m_world, m_mainQueue,
+                     TrayView::Actions{.quickAdd = [this] { quickAdd(); },
+                                       .show = [this] { open({}); },
+                                       .quit = [] { QCoreApplication::quit(); },
+                                       .fail = [this](const char* words) { Q_EMIT m_desk->failed(words); }});
+}
+
+void Shell::lastWindowClosed() {
+    if (!m_wasOpened || !m_around || !m_around->keepRunning())
+        QCoreApplication::quit();
 }
 
 void Shell::startServices() {
@@ -105,6 +124,7 @@ QQuickWindow& Shell::window() {
 }
 
 void Shell::open(const QString& address) {
+    m_wasOpened = true;
     window().show();
     window().raise();
     window().requestActivate();

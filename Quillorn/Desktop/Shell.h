@@ -6,6 +6,7 @@
 #include "Desktop/QtMainQueue.h"
 #include "Desktop/RefusedNetwork.h"
 #include "Desktop/SampleStore.h"
+#include "Desktop/Surroundings.h"
 #include "Views/EditHistory.h"
 
 #include <QQmlApplicationEngine>
@@ -44,6 +45,8 @@ class Shell {
   private:
     /// The server where the settings want it, and what notifications and a lost store lead to.
     void startServices();
+    void surround();
+    void lastWindowClosed();
 
     QtMainQueue m_mainQueue;
     AppSession m_world;
@@ -51,7 +54,10 @@ class Shell {
     // Everything that is shown outlives the engine.
     RefusedNetwork m_network;
     std::optional<EditHistory> m_history;
+    std::optional<Surroundings> m_around; // of the user's own store
     std::optional<DesktopApp> m_desk;
+    /// Whether the main window has been there; else the small one is all that there is.
+    bool m_wasOpened = false;
     QQmlApplicationEngine m_engine;
 };
 

@@ -22,7 +22,7 @@ class DesktopSettingsView : public SettingsPane {
     static constexpr std::string_view titleSymbol = "macwindow";
     static constexpr std::string_view loginLabel = "Start at login";
     static constexpr std::string_view trayLabel = "Keep running in the tray when the window is closed";
-    static constexpr std::string_view trayHelp = "Where the desktop shows a tray.";
+    static constexpr std::string_view trayHelp = "Where the desktop has no tray, closing the window ends the program.";
     static constexpr std::string_view shortcutLabel = "Open Quick Add by a key everywhere";
     /// Where the desktop has no such keys.
     static constexpr std::string_view shortcutByHand =

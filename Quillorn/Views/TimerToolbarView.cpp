@@ -55,6 +55,10 @@ std::string TimerToolbarView::clock() const {
     return isRunning() ? clockForm(m_environment.timer.elapsedTime()) : std::string();
 }
 
+std::string TimerToolbarView::minutes() const {
+    return isRunning() ? hoursAndMinutes(m_environment.timer.elapsedTime()) : std::string();
+}
+
 std::string TimerToolbarView::started() const {
     const auto start = m_environment.timer.startTime();
     return start ? "Started " + smartDate(*start, m_environment.clock.now(), m_environment.calendar) : std::string();

@@ -60,6 +60,8 @@ class TimerToolbarView {
     std::string color() const;
     /// "05:09", "1:05:09".
     std::string clock() const;
+    /// "1h 5m", for what need not change each second.
+    std::string minutes() const;
     /// "Started 9:05 AM".
     std::string started() const;
     /// For a click on the title.

@@ -4,6 +4,7 @@
 #include "Records/NoteRequests.h"
 #include "Records/ProjectRequests.h"
 #include "Records/TaskRequests.h"
+#include "Support/BusDaemon.h"
 #include "Support/RecordingLog.h"
 
 #include <QAbstractItemModelTester>
@@ -19,9 +20,10 @@
 #include <random>
 
 namespace quillorn {
-namespace {
 
 QStringList warnings;
+
+namespace {
 
 struct DesktopTest : testing::Test {
     DesktopTest() { warnings.clear(); }
@@ -265,9 +267,12 @@ TEST_F(DesktopTest, theWindowAsksNoNetwork) {
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const quillorn::BusDaemon bus; // not the user's own
+    qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString(bus.address()));
     quillorn::Shell::prepare();
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
-        if (type != QtDebugMsg && type != QtInfoMsg && !message.contains("XDG_RUNTIME_DIR"))
+        if (type != QtDebugMsg && type != QtInfoMsg && !message.contains("XDG_RUNTIME_DIR") &&
+            !message.contains("does not support raise"))
             quillorn::warnings.append(message);
     });
     const QGuiApplication application(count, arguments);

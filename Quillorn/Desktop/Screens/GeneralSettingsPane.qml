@@ -7,8 +7,10 @@ ColumnLayout {
     id: root
 
     property QtObject settings
+    property QtObject desktop
 
     spacing: 12
+    Component.onCompleted: desktop.appear()
 
     PaneTitle {
         symbol: root.settings.words.tasksSymbol
@@ -55,11 +57,39 @@ ColumnLayout {
         checked: root.settings.pushes
         onToggled: root.settings.pushes = checked
     }
-    Label {
-        Layout.fillWidth: true
+    HelpLabel {
         text: root.settings.words.pushHelp
-        font.pixelSize: Theme.caption
-        color: Theme.secondaryText
-        wrapMode: Text.Wrap
+    }
+    PaneTitle {
+        symbol: root.desktop.words.titleSymbol
+        text: root.desktop.words.title
+    }
+    Switch {
+        text: root.desktop.words.loginLabel
+        checked: root.desktop.startsAtLogin
+        onToggled: root.desktop.startsAtLogin = checked
+    }
+    HelpLabel {
+        visible: text
+        text: root.desktop.loginProblem
+        color: Theme.red
+        Accessible.role: Accessible.AlertMessage
+    }
+    Switch {
+        text: root.desktop.words.trayLabel
+        checked: root.desktop.keepsRunning
+        onToggled: root.desktop.keepsRunning = checked
+    }
+    HelpLabel {
+        text: root.desktop.words.trayHelp
+    }
+    Switch {
+        visible: root.desktop.hasShortcut
+        text: root.desktop.words.shortcutLabel
+        checked: root.desktop.wantsShortcut
+        onToggled: root.desktop.wantsShortcut = checked
+    }
+    HelpLabel {
+        text: root.desktop.shortcutHelp
     }
 }

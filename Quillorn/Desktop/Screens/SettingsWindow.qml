@@ -88,6 +88,7 @@ ApplicationWindow {
 
         GeneralSettingsPane {
             settings: Desk.generalSettings
+            desktop: Desk.desktopSettings
         }
     }
     Component {

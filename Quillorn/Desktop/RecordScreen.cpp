@@ -1,5 +1,7 @@
 #include "Desktop/RecordScreen.h"
 
+#include <algorithm>
+
 namespace quillorn {
 
 namespace {
@@ -7,6 +9,7 @@ namespace {
 using Card = ProjectDetailView::Card;
 using Row = ClientDetailView::Row;
 
+constexpr NamedDetailView::Field textFields[] = {NamedDetailView::Field::name, NamedDetailView::Field::description};
 constexpr Role<Card> cardRoles[] = {
     role<&Card::id>("taskId"), role<&Card::title>("title"),         role<&Card::priorityMark>("mark"),
     role<&Card::due>("due"),   role<&Card::isOverdue>("isOverdue"), role<&Card::subtasks>("subtasks"),
@@ -22,6 +25,12 @@ constexpr Role<Row> projectRoles[] = {
 } // namespace
 
 BoardColumn::BoardColumn(ProjectDetailView::Column& column) : m_column(column), m_cards(column.cards, cardRoles) {}
+
+int BoardColumn::place(const QString& task) const {
+    const std::vector<Card>& cards = m_column.cards.rows();
+    const auto found = std::ranges::find(cards, toId(task), &Card::id);
+    return found == cards.end() ? -1 : static_cast<int>(found - cards.begin());
+}
 
 RecordScreen::RecordScreen(const ViewEnvironment& environment, const AIEnvironment& ai, SceneStorage& scene,
                            bool isProject, const UUID& record) {
@@ -44,9 +53,16 @@ RecordScreen::RecordScreen(const ViewEnvironment& environment, const AIEnvironme
     });
 }
 
-bool RecordScreen::isChangedElsewhere() const {
-    return m_view->field(NamedDetailView::Field::name).isChangedElsewhere() ||
-           m_view->field(NamedDetailView::Field::description).isChangedElsewhere();
+QString RecordScreen::warning() const {
+    for (const auto field : textFields)
+        if (const std::string_view warning = m_view->field(field).notice(); !warning.empty())
+            return toQString(warning);
+    return {};
+}
+
+void RecordScreen::revert() {
+    for (const auto field : textFields)
+        m_view->revert(field);
 }
 
 QVariantList RecordScreen::tabs() const {

@@ -26,6 +26,8 @@ class BoardColumn final : public QObject {
     int status() const { return static_cast<int>(m_column.status); }
     int count() const { return static_cast<int>(m_column.count); }
     QAbstractItemModel* cards() { return &m_cards; }
+    /// The row of the task's card; -1 where it is not here.
+    Q_INVOKABLE int place(const QString& task) const;
 
   Q_SIGNALS:
     void changed();
@@ -42,7 +44,8 @@ class RecordScreen final : public Screen {
     Q_PROPERTY(bool isGone READ isGone NOTIFY changed)
     Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(QString description READ description NOTIFY changed)
-    Q_PROPERTY(bool isChangedElsewhere READ isChangedElsewhere NOTIFY changed)
+    /// That what is being edited was changed by somebody else; empty otherwise.
+    Q_PROPERTY(QString warning READ warning NOTIFY changed)
     Q_PROPERTY(QString tone READ tone NOTIFY changed)
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY changed)
     Q_PROPERTY(QVariantList tabs READ tabs CONSTANT)
@@ -67,7 +70,7 @@ class RecordScreen final : public Screen {
     bool isGone() const { return m_view->isGone(); }
     QString name() const { return toQString(m_view->field(NamedDetailView::Field::name).text()); }
     QString description() const { return toQString(m_view->field(NamedDetailView::Field::description).text()); }
-    bool isChangedElsewhere() const;
+    QString warning() const;
     QString tone() const { return toQString(m_view->color()); }
     QString subtitle() const { return toQString(m_view->subtitle()); }
     QVariantList tabs() const;
@@ -85,6 +88,7 @@ class RecordScreen final : public Screen {
     Q_INVOKABLE void typeDescription(const QString& text) {
         m_view->type(NamedDetailView::Field::description, text.toStdString());
     }
+    Q_INVOKABLE void revert();
     Q_INVOKABLE void leave() { m_view->leaveAll(); }
     Q_INVOKABLE void setColor(const QString& color) { m_view->setColor(color.toStdString()); }
     Q_INVOKABLE void toggleArchived() { m_view->setArchived(!m_view->isArchived()); }

@@ -1,9 +1,13 @@
 #include "Desktop/TaskListScreen.h"
 
 #include "Desktop/Values.h"
+#include "Models/ProjectTask.h"
+#include "Models/Tag.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Views/DetailView.h"
+
+#include <algorithm>
 
 namespace quillorn {
 
@@ -148,6 +152,30 @@ QStringList TaskListScreen::selection() const {
 TaskIds TaskListScreen::targets(const QString& task) const {
     const std::optional<UUID> id = toId(task);
     return id ? m_view.targets(*id) : m_view.selection();
+}
+
+QVariantMap TaskListScreen::menu(const QString& task) {
+    const TaskIds ids = targets(task);
+    const TaskMenu menu = m_view.edits().menu(ids);
+    const std::vector<ProjectTask*> tasks = m_view.edits().find(ids);
+    QVariantMap map{{"completion", toVariant(menu.completion)},
+                    {"canConvert", menu.canConvertToStandalone},
+                    {"projects", toList(projectChoices(m_environment, std::nullopt))}};
+    if (menu.status)
+        map.insert("status", static_cast<int>(*menu.status));
+    if (menu.priority)
+        map.insert("priority", static_cast<int>(*menu.priority));
+    QVariantList tags;
+    for (const FormChoice& choice : tagChoices(m_environment)) {
+        const auto has = [&](const ProjectTask* each) {
+            return std::ranges::any_of(each->tags(), [&](const Tag* tag) { return tag->id() == choice.id; });
+        };
+        QVariantMap tag = toVariant(choice).toMap();
+        tag.insert("isOn", std::ranges::all_of(tasks, has));
+        tags.append(tag);
+    }
+    map.insert("tags", tags);
+    return map;
 }
 
 QString TaskListScreen::carried(const QString& task, const QString& title) const {

@@ -62,6 +62,9 @@ class TaskListScreen final : public Screen {
     Q_INVOKABLE void select(const QStringList& tasks);
     Q_INVOKABLE QStringList selection() const;
 
+    /// {completion, status, priority, canConvert, projects: [{id, name}], tags: [{id, name, isOn}]}; a status or a
+    /// priority that not all of them have is absent.
+    Q_INVOKABLE QVariantMap menu(const QString& task);
     /// What is carried with the row of that title.
     Q_INVOKABLE QString carried(const QString& task, const QString& title) const;
     Q_INVOKABLE void toggleCompleted(const QString& task);

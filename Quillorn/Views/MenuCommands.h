@@ -60,7 +60,7 @@ inline constexpr MenuCommand menuCommands[] = {
 inline constexpr PlaceKeys placeKeys[] = {
     {"Task list", "Complete or reopen", "Space"},
     {"Task list", "Show the task", "Enter"},
-    {"Task list", "Select several", "Ctrl+Click"},
+    {"Task list", "Select several", "Ctrl+Space, Ctrl+Click"},
     {"Task list", "Open or close subtasks", "Right, Left"},
     {"Task list", "Delete", "Delete"},
     {"Board", "Move to the next or last column", "Alt+Right, Alt+Left"},
@@ -69,7 +69,8 @@ inline constexpr PlaceKeys placeKeys[] = {
     {"Sidebar", "Open or close", "Right, Left"},
     {"Everywhere", "Back from the detail, close what is open", "Esc"},
     {"Everywhere", "Next control, last control", "Tab, Shift+Tab"},
-    {"Everywhere", "Menu of a row", "Menu"},
+    {"Everywhere", "Menu of a row", "Menu, Shift+F10"},
+    {"Everywhere", "Menu of all commands", "F10"},
 };
 
 } // namespace quillorn

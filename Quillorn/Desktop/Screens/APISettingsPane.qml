@@ -61,6 +61,7 @@ ColumnLayout {
         TextField {
             Layout.fillWidth: true
             text: root.settings.key
+            placeholderText: root.settings.words.keyLabel // of a password nothing else is told
             echoMode: reveal.checked ? TextInput.Normal : TextInput.Password
             onEditingFinished: root.settings.key = text
             Accessible.name: root.settings.words.keyLabel

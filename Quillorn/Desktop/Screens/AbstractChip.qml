@@ -1,5 +1,7 @@
+import QtQuick
 import QtQuick.Templates
 
 AbstractButton {
     padding: 0
+    Keys.onReturnPressed: clicked()
 }

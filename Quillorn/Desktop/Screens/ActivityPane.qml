@@ -18,20 +18,16 @@ Item {
         onTriggered: root.activity.update()
     }
 
-    ListView {
+    RowList {
         id: list
 
         anchors.fill: parent
-        clip: true
         leftMargin: 16
         rightMargin: 16
         bottomMargin: 16
         reuseItems: true
-        activeFocusOnTab: true
         model: root.activity?.rows ?? null
-        Accessible.role: Accessible.List
         Accessible.name: "Activity"
-        ScrollBar.vertical: ScrollBar {}
         onAtYEndChanged: if (atYEnd && root.activity?.hasMore)
             root.activity.showMore()
 

@@ -16,6 +16,12 @@ Rectangle {
     signal cardDropped(string task)
     signal cardAdded(string title)
 
+    /// The keyboard goes to that card.
+    function focusCard(task) {
+        list.currentIndex = column.place(task);
+        list.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     radius: Theme.cardRadius
     color: target.containsDrag ? Theme.selected : Theme.card
     implicitWidth: 160
@@ -41,6 +47,9 @@ Rectangle {
                 color: Theme.secondaryText
             }
             Label {
+                Layout.fillWidth: true
+                Layout.minimumWidth: 0
+                Layout.maximumWidth: implicitWidth
                 text: root.column.label
                 font.weight: Font.DemiBold
                 elide: Text.ElideRight
@@ -53,6 +62,7 @@ Rectangle {
             }
             ToolButton {
                 tip: "New Task"
+                Accessible.name: tip + ", " + root.column.label
                 icon.name: "plus"
                 onClicked: {
                     typed.visible = true;
@@ -75,20 +85,14 @@ Rectangle {
                 visible = false
             Keys.onEscapePressed: visible = false
         }
-        ListView {
+        RowList {
             id: list
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            clip: true
             spacing: 8
-            activeFocusOnTab: true
-            keyNavigationEnabled: true
-            currentIndex: -1
             model: root.column.cards
-            Accessible.role: Accessible.List
             Accessible.name: root.column.label
-            ScrollBar.vertical: ScrollBar {}
             delegate: BoardCard {
                 width: list.width
                 isShown: taskId === root.current
@@ -100,16 +104,14 @@ Rectangle {
                 }
                 carrier: root.carrier
             }
-            Keys.onPressed: event => {
-                if (!currentItem)
-                    return;
+            onRowPressed: (event, row) => {
                 event.accepted = true;
                 if (event.modifiers & Qt.AltModifier && event.key === Qt.Key_Right)
-                    root.cardMoved(currentItem.taskId, 1);
+                    root.cardMoved(row.taskId, 1);
                 else if (event.modifiers & Qt.AltModifier && event.key === Qt.Key_Left)
-                    root.cardMoved(currentItem.taskId, -1);
-                else if (event.key === Qt.Key_Return)
-                    currentItem.picked();
+                    root.cardMoved(row.taskId, -1);
+                else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+                    row.picked();
                 else
                     event.accepted = false;
             }

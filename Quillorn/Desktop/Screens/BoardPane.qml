@@ -14,10 +14,13 @@ RowLayout {
     spacing: 12
 
     LayoutRepeater {
+        id: columns
+
         model: root.record?.board ?? []
 
         BoardColumnView {
             required property var modelData
+            required property int index
 
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -28,10 +31,11 @@ RowLayout {
             onCardDropped: task => root.record.moveCard(task, column.status)
             onOpened: task => root.opened(task)
             onCardMoved: (task, by) => {
-                const columns = root.record.board;
-                const place = columns.findIndex(each => each.status === column.status) + by;
-                if (place >= 0 && place < columns.length)
-                    root.record.moveCard(task, columns[place].status);
+                const next = columns.itemAt(index + by);
+                if (!next)
+                    return;
+                root.record.moveCard(task, next.column.status);
+                Qt.callLater(() => next.focusCard(task));
             }
             onCardAdded: title => root.record.addCard(title, column.status)
         }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Controls
 import QuillornStyle
 
 /// Says that what is being edited was changed by somebody else.
@@ -23,6 +24,9 @@ RowLayout {
     }
     Button {
         text: "Show Theirs"
+        focusPolicy: Qt.NoFocus // leaving the field would save it; Esc does the same there
+        ToolTip.text: "Esc"
+        ToolTip.visible: hovered
         flat: true
         tone: Theme.accent
         onClicked: root.reverted()

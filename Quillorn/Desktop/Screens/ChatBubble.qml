@@ -70,6 +70,7 @@ Item {
                 Layout.fillWidth: true
                 Layout.topMargin: 4
                 source: root.isUser ? "" : root.content
+                label: "Answer"
             }
             Button {
                 Layout.leftMargin: -7

@@ -10,6 +10,8 @@ Row {
     property int pixelSize: Theme.body
     property int weight: Font.DemiBold
 
+    LayoutMirroring.enabled: false // figures run from left to right everywhere
+    LayoutMirroring.childrenInherit: true
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 

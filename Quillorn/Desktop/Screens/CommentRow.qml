@@ -24,7 +24,7 @@ ColumnLayout {
         }
         ToolButton {
             implicitHeight: 20
-            tip: "Delete"
+            tip: "Delete Comment"
             icon.name: "xmark"
             tone: Theme.tertiaryText
             onClicked: root.deleteWanted()
@@ -33,5 +33,6 @@ ColumnLayout {
     MarkdownText {
         Layout.fillWidth: true
         source: root.content
+        label: root.when
     }
 }

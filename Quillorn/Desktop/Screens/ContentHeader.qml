@@ -13,11 +13,17 @@ Item {
     property QtObject tasks
     property QtObject timer
 
-    signal menuWanted
+    signal menuWanted(Item button)
+    /// The keyboard goes on to what was found.
+    signal searchLeft
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
+    }
+
+    function openMenu() {
+        menuWanted(menu);
     }
 
     implicitHeight: 52
@@ -78,13 +84,17 @@ Item {
             placeholderText: root.tasks?.searchPrompt ?? ""
             text: root.tasks?.searchText ?? ""
             onTextEdited: root.tasks.searchText = text
-            Keys.onEscapePressed: root.tasks.searchText = ""
+            onAccepted: root.searchLeft()
+            Keys.onDownPressed: root.searchLeft()
+            Keys.onEscapePressed: text ? root.tasks.searchText = "" : root.searchLeft()
         }
         ToolButton {
+            id: view
+
             visible: root.tasks !== null
             tip: "View Options"
             icon.name: "line.3.horizontal.decrease.circle"
-            onClicked: options.popup(0, height)
+            onClicked: options.openUnder(view)
 
             ViewOptionsMenu {
                 id: options
@@ -98,9 +108,11 @@ Item {
             onClicked: Desk.command("newTask")
         }
         ToolButton {
+            id: menu
+
             tip: "Menu"
             icon.name: "line.3.horizontal"
-            onClicked: root.menuWanted()
+            onClicked: root.menuWanted(menu)
         }
     }
 }

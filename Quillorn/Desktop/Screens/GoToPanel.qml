@@ -38,20 +38,16 @@ Popup {
             placeholderText: Desk.goToWords.prompt
             onAccepted: root.go(list.currentIndex)
             onTextChanged: list.currentIndex = 0
-            Keys.onDownPressed: list.incrementCurrentIndex()
-            Keys.onUpPressed: list.decrementCurrentIndex()
+            Keys.onDownPressed: list.step(1)
+            Keys.onUpPressed: list.step(-1)
         }
-        ListView {
+        RowList {
             id: list
 
             Layout.fillWidth: true
             implicitHeight: Math.min(contentHeight, 380)
-            clip: true
             model: root.choices.length
-            keyNavigationWraps: true
-            Accessible.role: Accessible.List
             Accessible.name: Desk.goToWords.prompt
-            ScrollBar.vertical: ScrollBar {}
             delegate: ItemDelegate {
                 id: row
 
@@ -61,7 +57,6 @@ Popup {
                 width: list.width
                 implicitHeight: Math.round(34 * Theme.textScale)
                 highlighted: ListView.isCurrentItem
-                focusPolicy: Qt.NoFocus
                 Accessible.name: [choice.title, choice.subtitle].join(", ")
                 onClicked: root.go(index)
                 contentItem: RowLayout {

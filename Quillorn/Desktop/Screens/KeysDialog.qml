@@ -9,20 +9,15 @@ Dialog {
 
     title: "Keys"
     width: 460
-    contentItem: ListView {
+    contentItem: RowList {
         id: list
 
         implicitHeight: Math.min(contentHeight, (root.parent?.height ?? 700) - 160)
-        clip: true
         focus: true
         boundsBehavior: Flickable.StopAtBounds
         model: root.opened ? Desk.keys : []
-        Accessible.role: Accessible.List
         Accessible.name: root.title
-        ScrollBar.vertical: ScrollBar {}
-        Keys.onDownPressed: flick(0, -600)
-        Keys.onUpPressed: flick(0, 600)
-        delegate: ColumnLayout {
+        delegate: Item {
             id: row
 
             required property var modelData
@@ -30,31 +25,45 @@ Dialog {
             readonly property bool beginsPlace: index === 0 || Desk.keys[index - 1].place !== modelData.place
 
             width: list.width
-            spacing: 0
+            implicitHeight: column.implicitHeight
+            Accessible.role: Accessible.ListItem
+            Accessible.name: [modelData.title, modelData.keys].join(", ")
+            Accessible.focusable: true
 
-            Label {
-                Layout.topMargin: row.index > 0 ? 12 : 0
-                Layout.bottomMargin: 4
-                visible: row.beginsPlace
-                text: row.modelData.place
-                font.pixelSize: Theme.caption
-                font.weight: Font.DemiBold
-                color: Theme.secondaryText
-                Accessible.role: Accessible.Heading
+            FocusFrame {
+                anchors.margins: 0
             }
-            RowLayout {
-                Layout.fillWidth: true
-                Layout.preferredHeight: Math.round(26 * Theme.textScale)
-                Layout.rightMargin: 12
+            ColumnLayout {
+                id: column
+
+                anchors.fill: parent
+                anchors.leftMargin: 6
+                spacing: 0
 
                 Label {
-                    Layout.fillWidth: true
-                    text: row.modelData.title
-                    elide: Text.ElideRight
-                }
-                Label {
-                    text: row.modelData.keys
+                    Layout.topMargin: row.index > 0 ? 12 : 0
+                    Layout.bottomMargin: 4
+                    visible: row.beginsPlace
+                    text: row.modelData.place
+                    font.pixelSize: Theme.caption
+                    font.weight: Font.DemiBold
                     color: Theme.secondaryText
+                    Accessible.role: Accessible.Heading
+                }
+                RowLayout {
+                    Layout.fillWidth: true
+                    Layout.preferredHeight: Math.round(26 * Theme.textScale)
+                    Layout.rightMargin: 12
+
+                    Label {
+                        Layout.fillWidth: true
+                        text: row.modelData.title
+                        elide: Text.ElideRight
+                    }
+                    Label {
+                        text: row.modelData.keys
+                        color: Theme.secondaryText
+                    }
                 }
             }
         }

@@ -64,7 +64,7 @@ ApplicationWindow {
                 confirm: question
                 carrier: carried
                 onSettingsWanted: Desk.command("settings")
-                onMenuWanted: menu.made().popup(parent.width - menu.item.width - 8, 48)
+                onMenuWanted: item => menu.made().openUnder(item)
             }
             Carrier {
                 id: carried
@@ -78,6 +78,10 @@ ApplicationWindow {
                     enabled: modelData.name === "undo" ? Desk.canUndo : modelData.name === "redo" ? Desk.canRedo : true
                     onActivated: Desk.command(modelData.name)
                 }
+            }
+            Shortcut {
+                sequence: "F10"
+                onActivated: screen.openMenu()
             }
             Late {
                 id: menu

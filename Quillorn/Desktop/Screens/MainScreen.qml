@@ -11,12 +11,17 @@ SplitView {
     property Item carrier
     readonly property bool isRecord: Desk.column === "client" || Desk.column === "project"
     readonly property bool hasDetail: Desk.task !== null || Desk.note !== null
+    /// What had the keyboard is gone with its screen.
+    readonly property bool isFocusLost: !(Window.activeFocusItem?.visible ?? true)
 
     signal settingsWanted
-    signal menuWanted
+    signal menuWanted(Item button)
 
     function focusSearch() {
         header.focusSearch();
+    }
+    function openMenu() {
+        header.openMenu();
     }
     /// From the sidebar to the list, the detail, and back.
     function nextColumn() {
@@ -58,7 +63,13 @@ SplitView {
         sidebar.visible = !sidebar.visible;
     }
 
+    function findFocus() {
+        if (isFocusLost)
+            focusContent();
+    }
+
     orientation: Qt.Horizontal
+    onIsFocusLostChanged: Qt.callLater(findFocus)
 
     Sidebar {
         id: sidebar
@@ -91,7 +102,8 @@ SplitView {
             tone: Desk.record?.tone ?? ""
             tasks: tasks.visible || recordPane.showsTasks ? Desk.tasks : null
             timer: Desk.timer
-            onMenuWanted: root.menuWanted()
+            onMenuWanted: button => root.menuWanted(button)
+            onSearchLeft: root.focusContent()
         }
         Rectangle {
             Layout.fillWidth: true

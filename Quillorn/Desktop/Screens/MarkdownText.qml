@@ -5,6 +5,13 @@ import QuillornStyle
 /// program.
 TextEdit {
     property string source
+    /// What it is, for those who can't see where it stands.
+    property string label
+
+    function follow(link) {
+        if (/^(https?|mailto):/i.test(link))
+            Qt.openUrlExternally(link);
+    }
 
     text: source
     textFormat: TextEdit.MarkdownText
@@ -17,11 +24,18 @@ TextEdit {
     selectionColor: Theme.fill
     selectedTextColor: Theme.fillText
     palette.link: Theme.accent
-    onLinkActivated: link => {
-        if (/^(https?|mailto):/i.test(link))
-            Qt.openUrlExternally(link);
-    }
+    activeFocusOnTab: true
+    selectByKeyboard: true
+    Accessible.role: Accessible.EditableText
+    Accessible.name: label
+    Accessible.readOnly: true
+    onLinkActivated: link => follow(link)
+    // The link at the cursor.
+    Keys.onReturnPressed: follow(linkAt(cursorRectangle.x, cursorRectangle.y + cursorRectangle.height / 2))
 
+    FocusFrame {
+        visible: parent.activeFocus
+    }
     HoverHandler {
         cursorShape: parent.hoveredLink ? Qt.PointingHandCursor : Qt.IBeamCursor
     }

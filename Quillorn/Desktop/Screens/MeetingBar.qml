@@ -43,12 +43,12 @@ RowLayout {
                     symbol: "magnifyingglass"
                     placeholderText: "Search meetings"
                 }
-                ListView {
+                RowList {
                     id: list
 
                     Layout.fillWidth: true
                     implicitHeight: Math.min(contentHeight, 280)
-                    clip: true
+                    Accessible.name: typed.placeholderText
                     model: picker.opened ? root.tasks.meetings(typed.text) : []
                     delegate: ItemDelegate {
                         required property var modelData

@@ -43,34 +43,33 @@ ColumnLayout {
             }
         }
     }
-    ListView {
+    RowList {
         id: list
 
         Layout.fillWidth: true
         Layout.fillHeight: true
-        clip: true
         leftMargin: 8
         rightMargin: 8
         bottomMargin: 16
-        activeFocusOnTab: true
-        keyNavigationEnabled: true
-        currentIndex: -1
         model: root.notes?.rows ?? null
-        Accessible.role: Accessible.List
         Accessible.name: "Notes"
-        ScrollBar.vertical: ScrollBar {}
         delegate: NoteRow {
             width: list.width - 16
             highlighted: recordId === root.current
             onPicked: {
                 list.currentIndex = index;
+                list.forceActiveFocus();
                 root.opened(recordId);
             }
             onPinToggled: root.notes.togglePin(recordId)
             onDeleteWanted: root.confirm.ask(root.notes.deletion(recordId), () => root.notes.remove(recordId))
         }
-        Keys.onReturnPressed: currentItem?.picked()
-        Keys.onDeletePressed: currentItem?.deleteWanted()
+        onMenuWanted: row => row.openMenu()
+        onRowPressed: (event, row) => {
+            event.accepted = event.key === Qt.Key_Delete;
+            if (event.accepted)
+                row.deleteWanted();
+        }
 
         EmptyState {
             readonly property var state_: root.notes?.emptyState ?? ({})

@@ -106,6 +106,7 @@ Item {
                 padding: 4
                 visible: root.note?.isPreview ?? false
                 source: visible ? root.note.content : ""
+                label: root.note?.title || (root.note?.texts.contentPrompt ?? "")
             }
         }
     }

@@ -19,6 +19,10 @@ ItemDelegate {
     signal pinToggled
     signal deleteWanted
 
+    function openMenu() {
+        menu.openUnder(root);
+    }
+
     implicitHeight: Math.round(62 * Theme.textScale)
     Accessible.name: [title, project, when].filter(word => word).join(", ")
     onClicked: picked()

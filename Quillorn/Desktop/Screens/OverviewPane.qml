@@ -31,6 +31,7 @@ ScrollView {
                 stored: root.record?.name ?? ""
                 onTyped: text => root.record.typeName(text)
                 onFinished: root.record?.leave()
+                onReverted: root.record.revert()
             }
             Button {
                 text: root.record?.archiveButton ?? ""
@@ -42,6 +43,12 @@ ScrollView {
                 icon.name: "trash"
                 onClicked: root.confirm.ask(root.record.deletion(), () => root.record.remove())
             }
+        }
+        ChangedElsewhere {
+            Layout.leftMargin: 22
+            visible: text !== ""
+            text: root.record?.warning ?? ""
+            onReverted: root.record.revert()
         }
         Label {
             Layout.leftMargin: 22
@@ -57,6 +64,7 @@ ScrollView {
             stored: root.record?.description ?? ""
             onTyped: text => root.record.typeDescription(text)
             onFinished: root.record?.leave()
+            onReverted: root.record.revert()
         }
         GridLayout {
             Layout.fillWidth: true

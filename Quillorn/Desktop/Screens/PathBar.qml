@@ -31,6 +31,9 @@ RowLayout {
             }
             AbstractChip {
                 implicitWidth: Math.min(name.implicitWidth, 160)
+                Layout.fillWidth: true
+                Layout.minimumWidth: 24
+                Layout.maximumWidth: implicitWidth
                 implicitHeight: 24
                 Accessible.name: step.modelData.name
                 onClicked: root.opened(step.modelData.kind, step.modelData.id)

@@ -9,6 +9,8 @@ TextArea {
 
     property string stored
     property bool isOneLine: false
+    /// Whether there is something to keep or to revert.
+    property bool isTyped: false
 
     signal typed(string text)
     signal finished
@@ -19,19 +21,25 @@ TextArea {
     text: stored
     onStoredChanged: if (text !== stored)
         text = stored
-    onTextChanged: if (activeFocus && text !== stored)
-        typed(text)
+    onTextChanged: if (activeFocus && text !== stored) {
+        isTyped = true;
+        typed(text);
+    }
     onActiveFocusChanged: if (!activeFocus)
         finished()
+    onFinished: isTyped = false
+    onReverted: isTyped = false
     Keys.onReturnPressed: event => {
         if (isOneLine)
-            focus = false;
+            finished();
         else
             event.accepted = false;
     }
-    Keys.onEscapePressed: {
-        reverted();
-        focus = false;
+    // Takes back what was typed; with nothing typed it is the window's.
+    Keys.onEscapePressed: event => {
+        event.accepted = isTyped;
+        if (isTyped)
+            reverted();
     }
     background: Rectangle {
         radius: Theme.controlRadius

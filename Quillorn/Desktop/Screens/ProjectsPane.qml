@@ -4,26 +4,20 @@ import QtQuick.Controls
 import QuillornStyle
 
 /// The projects of a client in their groups.
-ListView {
+RowList {
     id: root
 
     property QtObject record
 
     signal opened(string project)
 
-    clip: true
     leftMargin: 12
     rightMargin: 12
     topMargin: 12
     bottomMargin: 12
     spacing: 2
-    activeFocusOnTab: true
-    keyNavigationEnabled: true
-    currentIndex: -1
     model: record?.projects ?? null
-    Accessible.role: Accessible.List
     Accessible.name: "Projects"
-    ScrollBar.vertical: ScrollBar {}
     delegate: ItemDelegate {
         id: row
 
@@ -77,7 +71,6 @@ ListView {
             }
         }
     }
-    Keys.onReturnPressed: currentItem?.clicked()
 
     EmptyState {
         anchors.centerIn: parent

@@ -108,6 +108,8 @@ Sheet {
                     text: "#" + modelData.name
                     tone: isOn ? Theme.accent : Theme.secondaryText
                     symbol: isOn ? "checkmark" : ""
+                    Accessible.checkable: true
+                    Accessible.checked: isOn
                     onClicked: root.form.toggleTag(modelData.id)
                 }
             }
@@ -128,11 +130,14 @@ Sheet {
                     id: swatch
 
                     required property string modelData
+                    required property int index
                     readonly property bool isOn: (root.form?.values.color ?? "").toUpperCase() === modelData.toUpperCase()
 
                     implicitWidth: 24
                     implicitHeight: 24
-                    Accessible.name: modelData
+                    Accessible.name: "Color " + (index + 1)
+                    Accessible.checkable: true
+                    Accessible.checked: isOn
                     onClicked: root.form.set("color", modelData)
                     contentItem: Item {
                         SymbolIcon {

@@ -65,6 +65,10 @@ Dialog {
         ListView {
             id: reviewed
 
+            readonly property QtObject follower: FollowFocus {
+                view: reviewed
+            }
+
             Layout.fillWidth: true
             Layout.topMargin: 12
             Layout.preferredHeight: Math.min(contentHeight, (root.parent?.height ?? 700) - 220)

@@ -63,14 +63,14 @@ Item {
                     none: root.importing?.words.noProject ?? ""
                     chosen: root.project ?? ""
                     onPicked: record => root.importing.setProject(root.index, record)
-                    Accessible.name: root.importing?.words.projectLabel ?? ""
+                    Accessible.name: (root.importing?.words.projectLabel ?? "") + ", " + root.title
                 }
                 ComboBox {
                     Layout.preferredWidth: 112
                     model: root.priorities
                     currentIndex: root.priority
                     onActivated: index => root.importing.setPriority(root.index, index)
-                    Accessible.name: "Priority"
+                    Accessible.name: "Priority, " + root.title
                 }
             }
             RowLayout {

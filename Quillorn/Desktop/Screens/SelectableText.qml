@@ -13,5 +13,12 @@ TextEdit {
     selectionColor: Theme.fill
     selectedTextColor: Theme.fillText
     activeFocusOnTab: true
+    selectByKeyboard: true
+    Accessible.role: Accessible.EditableText
     Accessible.name: text
+    Accessible.readOnly: true
+
+    FocusFrame {
+        visible: parent.activeFocus
+    }
 }

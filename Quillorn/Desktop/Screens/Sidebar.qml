@@ -22,7 +22,7 @@ Rectangle {
 
     color: Theme.sidebar
 
-    ListView {
+    RowList {
         id: list
 
         /// The row over which another one is dragged, and where that would go.
@@ -35,20 +35,17 @@ Rectangle {
         bottomMargin: 10
         leftMargin: 8
         rightMargin: 8
-        clip: true
-        activeFocusOnTab: true
-        keyNavigationEnabled: true
-        currentIndex: -1
         model: root.sidebar?.rows ?? null
         Accessible.role: Accessible.Tree
         Accessible.name: "Sidebar"
-        ScrollBar.vertical: ScrollBar {}
 
         delegate: SidebarRow {
             width: list.width - 16
             isSelected: key !== "" && key === root.selected
             isFocused: list.activeFocus && ListView.isCurrentItem
             sidebar: root.sidebar
+            onIsSelectedChanged: if (isSelected)
+                list.currentIndex = index
             onPicked: {
                 list.currentIndex = index;
                 if (key !== "")
@@ -69,17 +66,15 @@ Rectangle {
             }
             onTasksDropped: task => root.tasksDropped(task, index)
         }
-        Keys.onPressed: event => {
-            const row = currentItem;
-            if (!row)
-                return;
+        onMenuWanted: row => menu.openFor(row.index, row)
+        onRowPressed: (event, row) => {
             event.accepted = true;
-            if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space)
+            if (row.isRenaming)
+                event.accepted = false;
+            else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter || event.key === Qt.Key_Space)
                 row.picked();
             else if ((event.key === Qt.Key_Right && row.disclosure === 1) || (event.key === Qt.Key_Left && row.disclosure === 2))
                 root.sidebar.toggle(currentIndex);
-            else if (event.key === Qt.Key_Menu)
-                menu.openFor(currentIndex);
             else if (event.key === Qt.Key_F2)
                 event.accepted = root.sidebar.rename(currentIndex);
             else if (event.modifiers & Qt.AltModifier && (event.key === Qt.Key_Up || event.key === Qt.Key_Down))
@@ -94,11 +89,12 @@ Rectangle {
         property int row: -1
         property var entries: []
 
-        function openFor(index) {
+        /// Under the item where a key has asked, else where the mouse is.
+        function openFor(index, item) {
             row = index;
             entries = root.sidebar.menu(index);
             if (entries.length > 0)
-                popup();
+                item ? openUnder(item) : popup();
         }
 
         Instantiator {

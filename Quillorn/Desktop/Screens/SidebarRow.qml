@@ -37,7 +37,7 @@ Item {
     implicitHeight: Math.round((isSection ? 36 : 28) * Theme.textScale)
     Accessible.role: Accessible.TreeItem
     Accessible.name: countText ? title + ", " + countText : title
-    Accessible.focusable: true
+    Accessible.focusable: !isRenaming
     Accessible.selected: isSelected
     Accessible.onPressAction: picked()
 
@@ -46,7 +46,7 @@ Item {
         visible: !root.isSection
         radius: Theme.controlRadius
         color: root.isSelected ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
-        border.width: root.isFocused || root.dropPlace === 1 || tasks.containsDrag ? 2 : 0
+        border.width: root.isFocused || root.dropPlace === 1 || tasks.containsDrag ? 2 : root.isSelected && Theme.isHighContrast ? 1 : 0
         border.color: Theme.accent
     }
     Rectangle {

@@ -78,16 +78,21 @@ GridLayout {
         text: "Source"
         visible: (root.task?.words.source ?? "") !== ""
     }
-    Label {
+    AbstractChip {
         Layout.fillWidth: true
-        visible: text !== ""
-        text: root.task?.words.source ?? ""
-        color: root.task?.words.sourceURL ? Theme.accent : Theme.text
-        elide: Text.ElideRight
+        visible: source.text !== ""
+        enabled: /^(https?|mailto):/i.test(root.task?.words.sourceURL ?? "")
+        implicitHeight: source.implicitHeight
+        Accessible.role: Accessible.Link
+        Accessible.name: source.text
+        onClicked: Qt.openUrlExternally(root.task.words.sourceURL)
+        contentItem: Label {
+            id: source
 
-        TapHandler {
-            enabled: /^(https?|mailto):/i.test(root.task?.words.sourceURL ?? "")
-            onTapped: Qt.openUrlExternally(root.task.words.sourceURL)
+            text: root.task?.words.source ?? ""
+            color: parent.enabled ? Theme.accent : Theme.text
+            elide: Text.ElideRight
         }
+        background: FocusFrame {}
     }
 }

@@ -1,7 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
-import QuillornStyle
 
 /// A list of tasks under its cards, with the bar of meetings.
 Item {
@@ -32,24 +30,18 @@ Item {
             visible: root.tasks?.hasMeetings ?? false
             tasks: root.tasks
         }
-        ListView {
+        RowList {
             id: list
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            clip: true
-            activeFocusOnTab: true
-            keyNavigationEnabled: true
             reuseItems: true
             cacheBuffer: 400
             bottomMargin: 16
             leftMargin: 8
             rightMargin: 8
             model: root.tasks?.rows ?? null
-            currentIndex: -1
-            Accessible.role: Accessible.List
             Accessible.name: "Tasks"
-            ScrollBar.vertical: ScrollBar {}
 
             // The cards above come a moment later than the rows.
             property bool isTouched: false
@@ -70,7 +62,7 @@ Item {
             delegate: TaskRow {
                 width: list.width - 16
                 isCurrent: ListView.isCurrentItem
-                isShown: taskId === root.current
+                isShown: taskId === root.current || (root.selection.length > 1 && root.selection.includes(taskId))
                 isFocused: list.activeFocus && ListView.isCurrentItem
                 carrier: root.carrier
                 onCarried: (row, place) => root.carrier.carry(row, place, taskId, root.tasks.carried(taskId, title))
@@ -84,23 +76,24 @@ Item {
                 onMenuWanted: menu.made().openFor(taskId)
             }
 
-            Keys.onPressed: event => {
-                const row = currentItem;
-                if (!row || row.kind === undefined)
-                    return;
+            onMenuWanted: row => {
+                if (row.isTask)
+                    menu.made().openFor(row.taskId, row);
+            }
+            onRowPressed: (event, row) => {
                 event.accepted = true;
                 if (row.kind === 1 && (event.key === Qt.Key_Space || event.key === Qt.Key_Return))
                     root.tasks.toggleDoneSection();
-                else if (row.kind !== 2)
+                else if (!row.isTask)
                     event.accepted = false;
+                else if (event.key === Qt.Key_Space && event.modifiers & Qt.ControlModifier)
+                    root.pick(row.taskId, event.modifiers);
                 else if (event.key === Qt.Key_Space)
                     root.tasks.toggleCompleted(row.taskId);
                 else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
                     root.enter(row.taskId);
                 else if (event.key === Qt.Key_Delete)
                     root.askToDelete(row.taskId);
-                else if (event.key === Qt.Key_Menu)
-                    menu.made().openFor(row.taskId);
                 else if ((event.key === Qt.Key_Right && row.disclosure === 1) || (event.key === Qt.Key_Left && row.disclosure === 2))
                     root.tasks.toggleDisclosure(row.taskId);
                 else

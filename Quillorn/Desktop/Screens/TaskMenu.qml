@@ -12,13 +12,18 @@ Menu {
     signal deleteWanted(string task)
     signal startWanted(string task)
 
-    function openFor(newTask) {
+    /// What it offers for them.
+    property var offer: ({})
+
+    /// Under the item where a key has asked, else where the mouse is.
+    function openFor(newTask, item) {
         task = newTask;
-        popup();
+        offer = tasks.menu(newTask);
+        item ? openUnder(item) : popup();
     }
 
     MenuItem {
-        text: "Complete"
+        text: root.offer.completion ?? ""
         icon.name: "checkmark.circle"
         onTriggered: root.tasks.toggleCompleted(root.task)
     }
@@ -40,6 +45,7 @@ Menu {
                 required property int index
 
                 text: modelData
+                checked: root.offer.status === index
                 onTriggered: root.tasks.setStatus(root.task, index)
             }
             onObjectAdded: (index, object) => statusMenu.insertItem(index, object)
@@ -58,6 +64,7 @@ Menu {
                 required property int index
 
                 text: modelData
+                checked: root.offer.priority === index
                 onTriggered: root.tasks.setPriority(root.task, index)
             }
             onObjectAdded: (index, object) => priorityMenu.insertItem(index, object)
@@ -85,9 +92,53 @@ Menu {
             onTriggered: root.tasks.setDueIn(root.task, null)
         }
     }
+    Menu {
+        id: projectMenu
+
+        title: "Move to Project"
+        height: Math.min(implicitHeight, 360)
+
+        MenuItem {
+            text: "None"
+            onTriggered: root.tasks.moveToProject(root.task, "")
+        }
+        Instantiator {
+            model: root.offer.projects ?? []
+            delegate: MenuItem {
+                required property var modelData
+
+                text: modelData.name
+                onTriggered: root.tasks.moveToProject(root.task, modelData.id)
+            }
+            onObjectAdded: (index, object) => projectMenu.insertItem(index + 1, object)
+            onObjectRemoved: (index, object) => projectMenu.removeItem(object)
+        }
+    }
+    Menu {
+        id: tagMenu
+
+        title: "Tags"
+        enabled: (root.offer.tags ?? []).length > 0
+        height: Math.min(implicitHeight, 360)
+
+        Instantiator {
+            model: root.offer.tags ?? []
+            delegate: MenuItem {
+                required property var modelData
+
+                text: modelData.name
+                checkable: true
+                checked: modelData.isOn
+                onTriggered: root.tasks.setTag(root.task, modelData.id, !modelData.isOn)
+            }
+            onObjectAdded: (index, object) => tagMenu.insertItem(index, object)
+            onObjectRemoved: (index, object) => tagMenu.removeItem(object)
+        }
+    }
     MenuSeparator {}
     MenuItem {
         text: "Convert to Standalone"
+        enabled: root.offer.canConvert ?? false
         onTriggered: root.tasks.convertToStandalone(root.task)
     }
     MenuItem {

@@ -32,6 +32,7 @@ Item {
     /// Takes what is dragged over the window.
     property Item carrier
     readonly property bool isTask: kind === 2
+    readonly property bool isHeading: kind === 0
     readonly property bool hasSecondLine: projectName !== "" || subtasksText !== "" || timeText !== "" || countText !== "" || tags.length > 0
 
     signal picked(int modifiers)
@@ -45,8 +46,8 @@ Item {
     Accessible.name: isTask ? [title, statusLabel, dueText, projectName].filter(word => word).join(", ") : title
     Accessible.checkable: isTask
     Accessible.checked: isCompleted
-    Accessible.focusable: true
-    Accessible.onPressAction: kind === 1 ? disclosed() : picked(0)
+    Accessible.focusable: !isHeading
+    Accessible.onPressAction: kind === 1 ? disclosed() : isTask ? picked(0) : {}
     Accessible.onToggleAction: toggled()
 
     Loader {
@@ -90,6 +91,7 @@ Item {
         sourceComponent: Button {
             flat: true
             focusPolicy: Qt.NoFocus
+            Accessible.ignored: true // the row itself is the button
             text: root.title
             icon.name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
             tone: Theme.secondaryText
@@ -103,8 +105,12 @@ Item {
         anchors.bottomMargin: 1
         radius: Theme.rowRadius
         color: root.isShown ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
-        border.width: root.isFocused ? 2 : 0
+        border.width: root.isFocused ? 2 : root.isShown && Theme.isHighContrast ? 1 : 0
         border.color: Theme.accent
+    }
+    FocusFrame {
+        anchors.margins: 0
+        visible: root.isFocused && root.kind === 1
     }
     HoverHandler {
         id: hover

@@ -26,10 +26,10 @@ Popup {
             symbol: "magnifyingglass"
             placeholderText: root.timer?.words.choicesPrompt ?? ""
         }
-        ListView {
+        RowList {
             Layout.fillWidth: true
             implicitHeight: Math.min(contentHeight, 240)
-            clip: true
+            Accessible.name: typed.placeholderText
             model: root.opened ? root.timer.choices(typed.text) : []
             delegate: ItemDelegate {
                 required property var modelData

@@ -15,8 +15,15 @@ T.Button {
     font.weight: Font.Medium
     opacity: enabled ? 1 : 0.5
     Accessible.name: text || T.ToolTip.text
-    T.ToolTip.visible: hovered && T.ToolTip.text !== "" && !text
+    T.ToolTip.visible: (hovered || visualFocus) && T.ToolTip.text !== "" && !text
     T.ToolTip.delay: 600
+
+    // Whichever keys the desktop has for buttons.
+    Keys.onReturnPressed: {
+        if (checkable)
+            toggle();
+        clicked();
+    }
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

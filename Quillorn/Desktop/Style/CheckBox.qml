@@ -9,6 +9,7 @@ T.CheckBox {
     spacing: 8
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
+    Accessible.name: text
 
     indicator: Rectangle {
         implicitWidth: 16

@@ -10,6 +10,10 @@ T.ItemDelegate {
     verticalPadding: 4
     spacing: 8
     font.pixelSize: Theme.body
+    // A list is one stop of the Tab key: its rows are reached by arrow keys.
+    focusPolicy: ListView.view ? Qt.NoFocus : Qt.StrongFocus
+    Accessible.focusable: enabled
+    Keys.onReturnPressed: clicked()
 
     contentItem: Text {
         text: control.text
@@ -24,5 +28,8 @@ T.ItemDelegate {
         color: control.highlighted || control.down ? Theme.selected : control.hovered ? Theme.hovered : "transparent"
     }
 
-    FocusFrame {}
+    FocusFrame {
+        anchors.margins: 0
+        visible: control.visualFocus || (control.activeFocus && control.ListView.isCurrentItem)
+    }
 }

@@ -4,6 +4,12 @@ import QtQuick.Templates as T
 T.Menu {
     id: control
 
+    /// For a menu that is opened by a key: under its row, at the first thing to do.
+    function openUnder(item) {
+        popup(item, 12, item.height);
+        currentIndex = 0;
+    }
+
     implicitWidth: Math.max(contentItem.implicitWidth + leftPadding + rightPadding, 180)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 4

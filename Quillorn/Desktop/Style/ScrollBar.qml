@@ -8,6 +8,7 @@ T.ScrollBar {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 3
     minimumSize: 0.06
+    Accessible.ignored: true // the keyboard moves what is scrolled
     visible: policy !== T.ScrollBar.AlwaysOff && size < 1
 
     contentItem: Rectangle {

@@ -4,6 +4,10 @@ import QtQuick.Templates as T
 T.ScrollView {
     id: control
 
+    readonly property QtObject follower: FollowFocus {
+        view: control.contentItem
+    }
+
     implicitWidth: contentWidth + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
     clip: true

@@ -17,9 +17,8 @@ T.TextArea {
     wrapMode: TextEdit.Wrap
     Accessible.name: placeholderText
     // Tab leads to the next control here, as in every other.
-    KeyNavigation.priority: KeyNavigation.BeforeItem
-    KeyNavigation.tab: nextItemInFocusChain(true)
-    KeyNavigation.backtab: nextItemInFocusChain(false)
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     Text {
         x: control.leftPadding

@@ -7,6 +7,6 @@ Button {
     flat: true
     Accessible.name: text || tip
     ToolTip.text: tip
-    ToolTip.visible: hovered && tip !== ""
+    ToolTip.visible: (hovered || visualFocus) && tip !== ""
     ToolTip.delay: 600
 }

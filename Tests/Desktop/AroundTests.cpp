@@ -2,12 +2,9 @@
 
 #include "App/MachineServices.h"
 #include "App/WindowOnBus.h"
-#include "Desktop/Shell.h"
+#include "DesktopFixture.h"
 #include "Models/Settings.h"
-#include "Records/Edits.h"
-#include "Records/TaskRequests.h"
 #include "Services/TimerService.h"
-#include "Support/RecordingLog.h"
 #include "Support/ScopedEnvironment.h"
 #include "Support/TemporaryFolder.h"
 
@@ -15,14 +12,10 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>
-#include <QQuickWindow>
-#include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
 namespace quillorn {
-
-extern QStringList warnings;
 
 /// (sa{sv}), as the portal describes a key.
 struct PortalKey {

@@ -1,69 +1,19 @@
-#include "Desktop/Shell.h"
-#include "Desktop/SymbolProvider.h"
-#include "Records/Edits.h"
+#include "DesktopFixture.h"
 #include "Records/NoteRequests.h"
 #include "Records/ProjectRequests.h"
-#include "Records/TaskRequests.h"
 #include "Support/BusDaemon.h"
-#include "Support/RecordingLog.h"
 
 #include <QAbstractItemModelTester>
 #include <QGuiApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
 
 namespace quillorn {
 
-QStringList warnings;
-
 namespace {
-
-struct DesktopTest : testing::Test {
-    DesktopTest() { warnings.clear(); }
-
-    Shell& shell() {
-        if (!m_shell)
-            m_shell.emplace(ProcessInfo{.arguments = {demoArgument}, .environment = {}}, scheme, log);
-        return *m_shell;
-    }
-    DesktopApp& desk() { return *shell().desk(); }
-    ModelContext& context() { return shell().world().app().mainContext(); }
-    Date now() { return shell().world().clock().now(); }
-
-    ProjectTask& addTask(const char* title) {
-        ProjectTask& task = createTask(context(), {{}, title}, now());
-        shell().world().app().mainStore().save();
-        return task;
-    }
-    /// The first item of the window that shows the text.
-    QQuickItem* itemWith(const QString& text, QQuickItem* root = nullptr) {
-        if (root == nullptr)
-            root = shell().window().contentItem();
-        if (root->isVisible() && root->property("text").toString() == text)
-            return root;
-        for (QQuickItem* child : root->childItems())
-            if (QQuickItem* found = child->isVisible() ? itemWith(text, child) : nullptr)
-                return found;
-        return nullptr;
-    }
-    void click(const QString& text) {
-        QQuickItem* item = itemWith(text);
-        ASSERT_NE(item, nullptr) << text.toStdString();
-        const QPointF place = item->mapToScene({item->width() / 2, item->height() / 2});
-        QTest::mouseClick(&shell().window(), Qt::LeftButton, {}, place.toPoint());
-    }
-
-    Appearance::Scheme scheme = Appearance::Scheme::light;
-    RecordingLog log;
-    std::optional<Shell> m_shell;
-};
 
 TEST_F(DesktopTest, everyScreenIsDrawnInBothPalettesWithoutAWarningOrARequest) {
     const std::string hostile = "<img src='http://127.0.0.1:9/a.png'> ![](http://127.0.0.1:9/b.png) \u202E end";
@@ -150,10 +100,6 @@ TEST_F(DesktopTest, theKeyboardLeadsEverywhereAndTasksAreDraggedToProjects) {
         createProject(context(), request, now());
     }
     shell().world().app().mainStore().save();
-    QQuickWindow& window = shell().window();
-    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&window, key, modifiers);
-    };
     desk().command("showAllTasks");
     ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("Write the offer") && itemWith("Bridge"); }));
     press(Qt::Key_K, Qt::ControlModifier);
@@ -164,24 +110,12 @@ TEST_F(DesktopTest, theKeyboardLeadsEverywhereAndTasksAreDraggedToProjects) {
 
     desk().command("showAllTasks");
     ASSERT_TRUE(QTest::qWaitFor([&] { return itemWith("Write the offer") != nullptr; }));
-    window.grabWindow();
-    const auto middle = [&](const QString& text) {
-        QQuickItem* item = itemWith(text);
-        return item->mapToScene({20, item->height() / 2}).toPoint();
-    };
-    const auto drag = [&](const QString& from, QPoint to) {
-        const QPoint start = middle(from);
-        QTest::mousePress(&window, Qt::LeftButton, {}, start);
-        for (int step = 1; step <= 8; ++step)
-            QTest::mouseMove(&window, start + (to - start) * step / 8);
-        QTest::mouseRelease(&window, Qt::LeftButton, {}, to);
-        QCoreApplication::processEvents();
-    };
+    shell().window().grabWindow();
     drag("Write the offer", middle("Bridge"));
     ASSERT_NE(task.project(), nullptr);
     EXPECT_EQ(task.project()->name(), "Bridge");
     const auto isAbove = [&](const char* upper, const char* lower) {
-        window.grabWindow();
+        shell().window().grabWindow();
         return itemWith(upper)->mapToScene({}).y() < itemWith(lower)->mapToScene({}).y();
     };
     EXPECT_TRUE(isAbove("Anvil", "Bridge"));

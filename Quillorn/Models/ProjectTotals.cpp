@@ -95,9 +95,9 @@ ClientTotalsTable::ClientTotalsTable(ModelContext& context, const std::vector<Cl
             totals.activeProjectCount += rows->integer(2) == 0 ? 1 : 0;
         }
     }
-    const ProjectTotalsTable table(context, projects, now);
+    m_projects.emplace(context, projects, now);
     for (const auto& [client, project] : owned) {
-        const ProjectTotals part = table.of(project);
+        const ProjectTotals part = m_projects->of(project);
         ClientTotals& totals = m_totals[client];
         totals.totalTaskCount += part.taskCount;
         totals.activeTaskCount += part.taskCount - part.completedTaskCount;

@@ -4,6 +4,7 @@
 #include "Models/TimeSpent.h"
 #include "Store/KeyMap.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,8 +58,11 @@ class ClientTotalsTable {
     ClientTotalsTable(ModelContext& context, const std::vector<Client*>& clients, Date now);
 
     ClientTotals of(const Client& client) const;
+    /// Of all projects of these clients.
+    const ProjectTotalsTable& projects() const { return *m_projects; }
 
   private:
+    std::optional<ProjectTotalsTable> m_projects;
     KeyMap<ClientTotals> m_totals; // no entry: all zero
 };
 

@@ -5,7 +5,6 @@
 #include "Models/Formatters.h"
 #include "Models/ProjectOrder.h"
 #include "Models/ProjectTask.h"
-#include "Models/ProjectTotals.h"
 #include "Models/Settings.h"
 #include "Models/TimeEntry.h"
 #include "Platform/Clock.h"
@@ -40,7 +39,8 @@ void ClientDetailView::show() {
         return;
     showNames(shown->name(), shown->clientDescription().value_or(""), shown->color());
     m_icon = shown->icon();
-    const ClientTotals totals = ClientTotalsTable(context(), {shown}, environment().clock.now()).of(*shown);
+    m_totals.emplace(context(), std::vector{shown}, environment().clock.now());
+    const ClientTotals totals = m_totals->of(*shown);
     const auto projects = static_cast<std::size_t>(totals.activeProjectCount);
     const auto open = static_cast<std::size_t>(totals.activeTaskCount);
     setSubtitle(fmt::format("{} · {}", counted(projects, "project"), counted(open, "open task")));
@@ -54,6 +54,8 @@ void ClientDetailView::show() {
 }
 
 void ClientDetailView::showProjects() {
+    if (!m_totals)
+        return;
     std::vector<Project*> projects;
     projects.reserve(m_projects.size());
     for (std::size_t place = 0; place < m_projects.size(); ++place)
@@ -63,12 +65,11 @@ void ClientDetailView::showProjects() {
     for (std::size_t place = 0; place < m_groups.size(); ++place)
         groups.push_back(&m_groups[place]);
     const ScopeLayout layout = scopeLayout(projects, groups, environment().text);
-    const ProjectTotalsTable totals(context(), projects, environment().clock.now());
     const CollapsedGroups collapsed(Settings(environment().settings).text(setting("collapsedGroupIDs")));
 
     std::vector<Row> rows;
     const auto add = [&](const Project& project, bool isInGroup) {
-        const ProjectTotals sums = totals.of(project);
+        const ProjectTotals sums = m_totals->projects().of(project);
         Row row{.id = project.id(), .isInGroup = isInGroup, .name = project.name(), .color = project.color()};
         row.detail =
             fmt::format("{} open · {}", sums.taskCount - sums.completedTaskCount, hoursAndMinutes(sums.totalTimeSpent));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/ProjectDivider.h"
+#include "Models/ProjectTotals.h"
 #include "Views/ObservableList.h"
 #include "Views/ScopeDetailView.h"
 
@@ -61,6 +62,7 @@ class ClientDetailView final : public ScopeDetailView {
     ObservedQuery<Client> m_client;
     ObservedQuery<Project> m_projects;
     ObservedQuery<ProjectDivider> m_groups;
+    std::optional<ClientTotalsTable> m_totals; // absent while there has been no client
     std::string m_icon;
     ObservableList<Row> m_rows;
     Observation m_settingsChanges;

@@ -63,6 +63,11 @@ Item {
                     model: choices.map(choice => choice.name)
                     currentIndex: choices.findIndex(choice => choice.id === (root.activity?.filter ?? ""))
                     onActivated: index => root.activity.filter = choices[index].id
+                    // To the rows, in whose list it stands; by itself the keyboard would leave them out.
+                    Keys.onBacktabPressed: event => {
+                        event.accepted = list.currentItem !== null;
+                        list.currentItem?.forceActiveFocus(Qt.BacktabFocusReason);
+                    }
                     Accessible.name: root.activity?.words.filterLabel ?? ""
                     ToolTip.text: root.activity?.words.filterHelp ?? ""
                     ToolTip.visible: hovered

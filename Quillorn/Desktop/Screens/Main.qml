@@ -83,22 +83,22 @@ ApplicationWindow {
                 sequence: "F10"
                 onActivated: screen.openMenu()
             }
-            Late {
+            LatePopup {
                 id: menu
 
                 sourceComponent: AppMenu {}
             }
-            Late {
+            LatePopup {
                 id: goTo
 
                 sourceComponent: GoToPanel {}
             }
-            Late {
+            LatePopup {
                 id: keys
 
                 sourceComponent: KeysDialog {}
             }
-            Late {
+            LatePopup {
                 id: question
 
                 readonly property bool opened: item?.opened ?? false
@@ -109,7 +109,7 @@ ApplicationWindow {
 
                 sourceComponent: ConfirmDialog {}
             }
-            Late {
+            LatePopup {
                 id: recordSheet
 
                 sourceComponent: RecordFormSheet {
@@ -124,7 +124,7 @@ ApplicationWindow {
                     }
                 }
             }
-            Late {
+            LatePopup {
                 id: entrySheet
 
                 sourceComponent: TimeEntrySheet {
@@ -132,7 +132,7 @@ ApplicationWindow {
                     onClosed: Desk.closeEntry()
                 }
             }
-            Late {
+            LatePopup {
                 id: reminders
 
                 sourceComponent: ReminderImportDialog {

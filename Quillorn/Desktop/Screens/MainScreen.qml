@@ -10,6 +10,7 @@ SplitView {
     property var confirm
     property Item carrier
     readonly property bool isRecord: Desk.column === "client" || Desk.column === "project"
+    readonly property Item shownList: [today, upcoming, allTasks, tagged].find(pane => pane.wanted) ?? null
     readonly property bool hasDetail: Desk.task !== null || Desk.note !== null
     /// What had the keyboard is gone with its screen.
     readonly property bool isFocusLost: !(Window.activeFocusItem?.visible ?? true)
@@ -41,8 +42,8 @@ SplitView {
         return false;
     }
     function focusContent() {
-        if (tasks.visible)
-            tasks.item.focusList();
+        if (shownList)
+            shownList.item.focusList();
         else if (recordPane.showsTasks)
             recordPane.item.focusList();
         else
@@ -100,7 +101,7 @@ SplitView {
             title: Desk.title
             subtitle: Desk.record?.subtitle ?? ""
             tone: Desk.record?.tone ?? ""
-            tasks: tasks.visible || recordPane.showsTasks ? Desk.tasks : null
+            tasks: Desk.column === "taskList" || recordPane.showsTasks ? Desk.tasks : null
             timer: Desk.timer
             onMenuWanted: button => root.menuWanted(button)
             onSearchLeft: root.focusContent()
@@ -115,49 +116,71 @@ SplitView {
 
             readonly property bool showsTasks: item?.showsTasks ?? false
 
-            wanted: root.isRecord
+            offered: Desk.record
             sourceComponent: RecordPane {
                 confirm: root.confirm
                 carrier: root.carrier
                 onEntered: Qt.callLater(root.focusDetail)
             }
         }
-        LatePane {
-            id: tasks
+        TasksPane {
+            id: today
 
-            wanted: Desk.column === "taskList"
-            sourceComponent: TaskListPane {
-                tasks: visible ? Desk.tasks : null
-                confirm: root.confirm
-                current: Desk.selectedTask
-                onOpened: task => Desk.selectTask(task)
-                carrier: root.carrier
-                onEntered: Qt.callLater(root.focusDetail)
-                onNewTask: Desk.command("newTask")
-                onStartTimer: task => Desk.timer.start(task)
-            }
+            list: "today"
+            confirm: root.confirm
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
+        }
+        TasksPane {
+            id: upcoming
+
+            list: "upcoming"
+            confirm: root.confirm
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
+        }
+        TasksPane {
+            id: allTasks
+
+            list: "allTasks"
+            confirm: root.confirm
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
+        }
+        TasksPane {
+            id: tagged
+
+            confirm: root.confirm
+            carrier: root.carrier
+            onEntered: Qt.callLater(root.focusDetail)
         }
         LatePane {
-            wanted: Desk.column === "allNotes"
+            id: notesPane
+
+            offered: Desk.column === "allNotes" ? Desk.notes : null
             sourceComponent: NoteListPane {
-                notes: visible ? Desk.notes : null
+                notes: notesPane.held
                 confirm: root.confirm
                 current: Desk.selectedNote
                 onOpened: note => Desk.selectNote(note)
             }
         }
         LatePane {
-            wanted: Desk.column === "dailySummary"
+            id: summaryPane
+
+            offered: Desk.summary
             sourceComponent: SummaryPane {
-                summary: Desk.summary
+                summary: summaryPane.held
                 onTaskOpened: task => Desk.selectTask(task)
                 onNoteOpened: note => Desk.selectNote(note)
             }
         }
         LatePane {
-            wanted: Desk.column === "activityLog"
+            id: activityPane
+
+            offered: Desk.activity
             sourceComponent: ActivityPane {
-                activity: Desk.activity
+                activity: activityPane.held
                 onOpened: (kind, record) => Desk.showActivity(kind, record)
             }
         }

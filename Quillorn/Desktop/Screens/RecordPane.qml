@@ -57,14 +57,14 @@ ColumnLayout {
         implicitHeight: 1
         color: Theme.line
     }
-    LatePane {
+    LateTab {
         wanted: root.tab === "overview"
         sourceComponent: OverviewPane {
             record: root.record
             confirm: root.confirm
         }
     }
-    LatePane {
+    LateTab {
         id: list
 
         wanted: root.tab === "tasks" && !board.checked
@@ -79,7 +79,7 @@ ColumnLayout {
             onStartTimer: task => Desk.timer.start(task)
         }
     }
-    LatePane {
+    LateTab {
         Layout.margins: 14
         wanted: root.tab === "tasks" && board.checked
         sourceComponent: BoardPane {
@@ -89,14 +89,14 @@ ColumnLayout {
             onOpened: task => Desk.selectTask(task)
         }
     }
-    LatePane {
+    LateTab {
         wanted: root.tab === "projects"
         sourceComponent: ProjectsPane {
             record: visible ? root.record : null
             onOpened: project => Desk.show("project", project)
         }
     }
-    LatePane {
+    LateTab {
         wanted: root.tab === "time"
         sourceComponent: TimePane {
             time: visible ? Desk.time : null
@@ -104,7 +104,7 @@ ColumnLayout {
             onEdited: entry => Desk.editEntry(entry)
         }
     }
-    LatePane {
+    LateTab {
         wanted: root.tab === "notes"
         sourceComponent: NoteListPane {
             notes: visible ? Desk.notes : null
@@ -113,7 +113,7 @@ ColumnLayout {
             onOpened: note => Desk.selectNote(note)
         }
     }
-    LatePane {
+    LateTab {
         wanted: root.tab === "chat"
         sourceComponent: ChatPane {
             chat: visible ? Desk.chat : null

@@ -14,23 +14,21 @@ namespace {
 
 constexpr int largestSize = 512;
 
-/// A square of the size that was asked for. Layouts give an item its image's size, which is the one at the end of the
-/// id, as theirs are not the pixels of the screen.
-QImage emptyImage(const QString& id, QSize* size, const QSize& requestedSize) {
-    const int shown = id.section('/', -1).toInt();
-    *size = {shown, shown};
+/// A square of the size that was asked for.
+QImage emptyImage(QSize* size, const QSize& requestedSize) {
     const int side = std::clamp(requestedSize.width(), 1, largestSize);
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
+    *size = image.size();
     return image;
 }
 
 } // namespace
 
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
-    const QString name = id.section('/', 0, -3);
-    const QColor color("#" + id.section('/', -2, -2));
-    QImage image = emptyImage(id, size, requestedSize);
+    const QString name = id.section('/', 0, -2);
+    const QColor color("#" + id.section('/', -1));
+    QImage image = emptyImage(size, requestedSize);
     QFile file(":/symbols/" + name);
     if (!file.open(QIODevice::ReadOnly)) {
         qWarning("There is no symbol %s", qPrintable(id));
@@ -44,12 +42,12 @@ QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize&
 }
 
 QImage MarkProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
-    QImage image = emptyImage(id, size, requestedSize);
+    QImage image = emptyImage(size, requestedSize);
     QFont font("Noto Color Emoji");
     font.setPixelSize(std::max(1, image.height() * 4 / 5));
     QPainter painter(&image);
     painter.setFont(font);
-    painter.drawText(image.rect(), Qt::AlignCenter, QUrl::fromPercentEncoding(id.section('/', 0, -2).toUtf8()));
+    painter.drawText(image.rect(), Qt::AlignCenter, QUrl::fromPercentEncoding(id.toUtf8()));
     return image;
 }
 

@@ -4,8 +4,7 @@
 
 namespace quillorn {
 
-/// The application's symbols as images: image://symbol/NAME/RRGGBB/SIZE, drawn as large as is asked for, and SIZE wide
-/// for layouts. One that isn't known is empty.
+/// The application's symbols as images: image://symbol/NAME/RRGGBB. One that isn't known is empty.
 class SymbolProvider final : public QQuickImageProvider {
   public:
     SymbolProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
@@ -13,7 +12,7 @@ class SymbolProvider final : public QQuickImageProvider {
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
 
-/// Emoji as images: image://mark/EMOJI/SIZE. As text each drawing would decode the font's picture anew.
+/// Emoji as images: image://mark/EMOJI. As text each drawing would decode the font's picture anew.
 class MarkProvider final : public QQuickImageProvider {
   public:
     MarkProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}

@@ -1,15 +1,9 @@
 import QtQuick
-import QtQuick.Window
 
 /// One of the application's symbols, drawn in a colour.
-Image {
+Picture {
     property string name
     property color color: Theme.text
-    property int size: 16
 
-    width: size
-    height: size
-    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
-    source: name ? "image://symbol/" + name + "/" + String(color).slice(1) + "/" + size : ""
-    Accessible.ignored: true
+    source: name ? "image://symbol/" + name + "/" + String(color).slice(1) : ""
 }

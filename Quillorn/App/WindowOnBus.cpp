@@ -8,7 +8,7 @@ namespace quillorn {
 NotificationsIntoWindow::NotificationsIntoWindow(Bus& sessionBus, NotificationService& notifications)
     : m_bus(sessionBus),
       m_notifications(notifications),
-      m_presence(m_bus.observeService(windowOnBus::name, [this](bool isPresent) { windowCameOrWent(isPresent); })) {}
+      m_presence(m_bus.observeService(windowbus::name, [this](bool isPresent) { windowCameOrWent(isPresent); })) {}
 
 void NotificationsIntoWindow::windowCameOrWent(bool isPresent) {
     m_looks.cancel();
@@ -19,7 +19,7 @@ void NotificationsIntoWindow::windowCameOrWent(bool isPresent) {
 }
 
 Task<> NotificationsIntoWindow::lookWhetherItCanStart() {
-    const std::string name = windowOnBus::name;
+    const std::string name = windowbus::name;
     setReachable(co_await canBeStarted(m_bus, name));
 }
 
@@ -29,9 +29,9 @@ void NotificationsIntoWindow::setReachable(bool isReachable) {
     if (isReachable)
         m_notifications.onOpen = [this](const UUID& task) {
             const BusValue::List addresses{"quillorn://task/" + task.string()};
-            m_bus.send({windowOnBus::name,
-                        windowOnBus::path,
-                        windowOnBus::interface,
+            m_bus.send({windowbus::name,
+                        windowbus::path,
+                        windowbus::interface,
                         "Open",
                         {"asa{sv}", {BusValue(addresses), BusValue::Dictionary{}}}});
         };

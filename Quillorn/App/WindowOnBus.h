@@ -8,11 +8,11 @@ namespace quillorn {
 class NotificationService;
 
 /// The window, as other programs find it on the session bus.
-namespace windowOnBus {
+namespace windowbus {
 inline constexpr auto name = "com.quillorn.Desktop";
 inline constexpr auto path = "/com/quillorn/Desktop";
 inline constexpr auto interface = "org.freedesktop.Application";
-} // namespace windowOnBus
+} // namespace windowbus
 
 /// Lets the notifications of a program without a window open their tasks in the one that runs, or that the bus starts
 /// where it is installed. Both must outlive it.

@@ -21,7 +21,7 @@ namespace quillorn {
 namespace {
 
 std::shared_ptr<LoginItem> loginItem(const Paths& paths) {
-    return systemLoginItem(paths, {.identifier = windowOnBus::name,
+    return systemLoginItem(paths, {.identifier = windowbus::name,
                                    .name = "Quillorn",
                                    .program = QCoreApplication::applicationFilePath().toStdString()});
 }

@@ -19,12 +19,12 @@ SingleInstance::Outcome SingleInstance::claim(const Request& request) {
     if (!bus.isConnected())
         return Outcome::first;
     new ApplicationAdaptor(*this);
-    bus.registerObject(windowOnBus::path, this);
-    if (bus.registerService(windowOnBus::name))
+    bus.registerObject(windowbus::path, this);
+    if (bus.registerService(windowbus::name))
         return Outcome::first;
 
     const auto callTo = [](const char* method) {
-        return QDBusMessage::createMethodCall(windowOnBus::name, windowOnBus::path, windowOnBus::interface, method);
+        return QDBusMessage::createMethodCall(windowbus::name, windowbus::path, windowbus::interface, method);
     };
     QDBusMessage call;
     if (request.quickAdd)

@@ -31,7 +31,7 @@ class TrayItem final : public QObject {
     TrayItem& operator=(const TrayItem&) = delete;
 
     static QString category() { return "ApplicationStatus"; }
-    static QString id() { return windowOnBus::name; }
+    static QString id() { return windowbus::name; }
     QString title() const;
     static QString status() { return "Active"; }
     static int windowId() { return 0; }

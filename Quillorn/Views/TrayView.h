@@ -36,6 +36,7 @@ class TrayView {
     };
 
     TrayView(const TimerToolbarView::Environment& environment, Actions actions);
+    ~TrayView() = default;
     TrayView(const TrayView&) = delete;
     TrayView& operator=(const TrayView&) = delete;
 

@@ -281,13 +281,13 @@ TEST_F(AroundTest, notificationsLeadToTheirTask) {
     service.onOpen = nullptr;
     const NotificationsIntoWindow intoWindow(*shell().world().sessionBus(), service);
     desktop.says("Open", {});
-    desktop.bus.registerService(windowOnBus::name);
+    desktop.bus.registerService(windowbus::name);
     ASSERT_TRUE(QTest::qWaitFor([&] { return service.onOpen != nullptr; }));
     click("default");
     ASSERT_TRUE(QTest::qWaitFor([&] { return desktop.calls.contains("Open"); }));
     EXPECT_EQ(desktop.calls["Open"].arguments().value(0).toStringList(),
               QStringList(toQString("quillorn://task/" + task.id().string())));
-    desktop.bus.unregisterService(windowOnBus::name);
+    desktop.bus.unregisterService(windowbus::name);
     EXPECT_TRUE(QTest::qWaitFor([&] { return service.onOpen == nullptr; }));
 }
 

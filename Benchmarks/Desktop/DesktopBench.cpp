@@ -44,11 +44,19 @@ double statusNumber(const std::filesystem::path& file, std::string_view name) {
     return 0;
 }
 
-/// How often the threads of this process have waited so far.
-double waits() {
-    double sum = 0;
+/// How often each thread of this process has waited so far.
+std::map<std::string, double> waits() {
+    std::map<std::string, double> counts;
     for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task"))
-        sum += statusNumber(thread.path() / "status", "voluntary_ctxt_switches");
+        counts[thread.path().filename()] = statusNumber(thread.path() / "status", "voluntary_ctxt_switches");
+    return counts;
+}
+
+/// How often those that are there have waited since.
+double waitsSince(std::map<std::string, double>& before) {
+    double sum = 0;
+    for (const auto& [thread, count] : waits())
+        sum += count - before[thread];
     return sum;
 }
 
@@ -76,13 +84,13 @@ class DesktopBench {
         const auto [worst, words] = switching();
         settle();
         const int framesBefore = m_frames;
-        const double waitsBefore = waits();
+        std::map<std::string, double> waitsBefore = waits();
         rest(idleSeconds * 1000);
         fmt::print("{{\"first\":{:.1f},\"resident\":{:.1f},\"keystroke\":{:.2f},\"worstKeystroke\":{:.2f},"
                    "\"scroll\":{:.2f},\"changed\":{:.2f},\"switch\":{:.1f},\"switchWords\":\"{}\",\"idleFrames\":{},"
                    "\"wakeUps\":{:.1f}}}\n",
                    first, resident, share(keys, 0.5), share(keys, 1), share(frames, 0.95), share(changes, 0.5), worst,
-                   words, m_frames - framesBefore, (waits() - waitsBefore) * 60 / idleSeconds);
+                   words, m_frames - framesBefore, waitsSince(waitsBefore) * 60 / idleSeconds);
     }
 
   private:

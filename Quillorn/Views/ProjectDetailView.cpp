@@ -28,7 +28,7 @@ ObservedCondition tasksOf(const UUID& project) {
 }
 
 /// The urgent first, then what is due first.
-bool isAbove(const ProjectTask& a, const ProjectTask& b) {
+bool isHigherOnBoard(const ProjectTask& a, const ProjectTask& b) {
     if (a.isCompleted() && b.isCompleted())
         return a.completedAt() > b.completedAt();
     const auto rank = [](const ProjectTask& task) {
@@ -43,7 +43,7 @@ ProjectDetailView::ProjectDetailView(const ViewEnvironment& environment, const A
                                      const UUID& project)
     : ScopeDetailView(environment, ai, scene, {ChatContext::Kind::project, project}, setting("projectDetailTabs")),
       m_project(environment.main, {.where = "id = ?", .values = {project}, .dependencies = {{&Client::entityType()}}}),
-      m_tasks(environment.main, tasksOf(project), isAbove) {
+      m_tasks(environment.main, tasksOf(project), isHigherOnBoard) {
     for (std::size_t place = 0; place < m_board.size(); ++place) {
         const auto status = static_cast<TaskStatus>(place);
         m_board[place].status = status;

@@ -1,7 +1,7 @@
 import QtQuick
 
 /// A part of the window that is made when it is first wanted, and kept: what nobody looks at costs neither time nor
-/// memory.
+/// memory. By its `source` not even its file is read before.
 Loader {
     property bool wanted: false
 

@@ -86,17 +86,17 @@ ApplicationWindow {
             LatePopup {
                 id: menu
 
-                sourceComponent: AppMenu {}
+                source: "AppMenu.qml"
             }
             LatePopup {
                 id: goTo
 
-                sourceComponent: GoToPanel {}
+                source: "GoToPanel.qml"
             }
             LatePopup {
                 id: keys
 
-                sourceComponent: KeysDialog {}
+                source: "KeysDialog.qml"
             }
             LatePopup {
                 id: question
@@ -107,7 +107,7 @@ ApplicationWindow {
                     made().ask(question, then, otherwise);
                 }
 
-                sourceComponent: ConfirmDialog {}
+                source: "ConfirmDialog.qml"
             }
             LatePopup {
                 id: recordSheet
@@ -161,9 +161,13 @@ ApplicationWindow {
                 }
 
                 active: false
-                sourceComponent: SettingsWindow {
-                    visible: true
-                    onClosing: settings.active = false
+                source: "SettingsWindow.qml"
+            }
+            Connections {
+                target: settings.item
+
+                function onClosing() {
+                    settings.active = false;
                 }
             }
             Connections {

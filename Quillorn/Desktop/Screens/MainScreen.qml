@@ -117,10 +117,11 @@ SplitView {
             readonly property bool showsTasks: item?.showsTasks ?? false
 
             offered: Desk.record
-            sourceComponent: RecordPane {
-                confirm: root.confirm
-                carrier: root.carrier
-                onEntered: Qt.callLater(root.focusDetail)
+            source: "RecordPane.qml"
+            onLoaded: {
+                item.confirm = root.confirm;
+                item.carrier = root.carrier;
+                item.entered.connect(() => Qt.callLater(root.focusDetail));
             }
         }
         TasksPane {

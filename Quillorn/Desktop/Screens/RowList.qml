@@ -60,4 +60,17 @@ ListView {
         else
             event.accepted = false;
     }
+
+    // In front of the rows and hardly there. The software renderer works with the places of all items that move, and in
+    // a frame of scrolling those of some hundred; one that moves before them and covers all makes them a single one.
+    Rectangle {
+        parent: root.contentItem
+        z: 2
+        x: root.contentX
+        y: root.contentY
+        width: root.width
+        height: root.height
+        color: "#01808080"
+        Accessible.ignored: true
+    }
 }

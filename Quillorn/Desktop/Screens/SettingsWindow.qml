@@ -14,6 +14,7 @@ ApplicationWindow {
     minimumWidth: 560
     minimumHeight: 380
     title: "Quillorn Settings"
+    visible: true
 
     RowLayout {
         anchors.fill: parent

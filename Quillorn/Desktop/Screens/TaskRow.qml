@@ -50,9 +50,10 @@ Item {
     Accessible.onPressAction: kind === 1 ? disclosed() : isTask ? picked(0) : {}
     Accessible.onToggleAction: toggled()
 
-    Loader {
+    Late {
         anchors.fill: parent
-        active: root.kind === 0
+        wanted: root.isHeading
+        visible: wanted
         sourceComponent: RowLayout {
             anchors.fill: parent
             anchors.leftMargin: 14
@@ -84,10 +85,11 @@ Item {
             }
         }
     }
-    Loader {
+    Late {
         anchors.verticalCenter: parent.verticalCenter
         x: 6
-        active: root.kind === 1
+        wanted: root.kind === 1
+        visible: wanted
         sourceComponent: Button {
             flat: true
             focusPolicy: Qt.NoFocus
@@ -147,9 +149,10 @@ Item {
             implicitWidth: 18
             Layout.fillHeight: true
 
-            Loader {
+            Late {
                 anchors.centerIn: parent
-                active: root.disclosure !== 0
+                wanted: root.disclosure !== 0
+                visible: wanted
                 sourceComponent: SymbolIcon {
                     name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
                     color: Theme.secondaryText
@@ -211,40 +214,35 @@ Item {
                         color: Theme.secondaryText
                     }
                 }
-                Loader {
-                    active: root.isTask && root.subtasksText !== ""
-                    visible: active
+                Late {
+                    wanted: root.isTask && root.subtasksText !== ""
+                    visible: wanted
                     sourceComponent: SmallFigure {
                         symbol: "list.bullet.indent"
                         text: root.subtasksText
                     }
                 }
-                Loader {
-                    active: root.isTask && root.countText !== ""
-                    visible: active
+                Late {
+                    wanted: root.isTask && root.countText !== ""
+                    visible: wanted
                     sourceComponent: SmallFigure {
                         symbol: "bubble.left"
                         text: root.countText
                     }
                 }
-                Loader {
-                    active: root.timeText !== ""
-                    visible: active
+                Late {
+                    wanted: root.timeText !== ""
+                    visible: wanted
                     sourceComponent: SmallFigure {
                         symbol: "clock"
                         text: root.timeText
                     }
                 }
-                LayoutRepeater {
-                    model: root.tags
-
-                    Label {
-                        required property var modelData
-
-                        text: "#" + modelData.name
-                        font.pixelSize: Theme.caption
-                        color: Theme.accent
-                    }
+                Label {
+                    visible: text !== ""
+                    text: root.tags.map(tag => "#" + tag.name).join("   ")
+                    font.pixelSize: Theme.caption
+                    color: Theme.accent
                 }
             }
         }

@@ -30,7 +30,7 @@ RowLayout {
                 size: 10
             }
             AbstractChip {
-                implicitWidth: Math.min(name.implicitWidth, 160)
+                implicitWidth: Math.min(Math.ceil(name.implicitWidth), 160)
                 Layout.fillWidth: true
                 Layout.minimumWidth: 24
                 Layout.maximumWidth: implicitWidth

@@ -239,7 +239,9 @@ Item {
                     }
                 }
                 Label {
+                    width: Math.max(0, Math.min(implicitWidth, parent.width - x))
                     visible: text !== ""
+                    elide: Text.ElideRight
                     text: root.tags.map(tag => "#" + tag.name).join("   ")
                     font.pixelSize: Theme.caption
                     color: Theme.accent

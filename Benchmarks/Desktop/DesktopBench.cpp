@@ -27,7 +27,8 @@
 namespace quillorn {
 namespace {
 
-constexpr int patience = 10'000; // milliseconds until a frame that doesn't come is given up
+constexpr int patience = 10'000;    // milliseconds until a frame that doesn't come is given up
+constexpr int firstBackup = 60'000; // … until a backup is made, and done
 
 double processMilliseconds() {
     timespec time{};
@@ -82,7 +83,7 @@ class DesktopBench {
         const std::vector<double> frames = scrolling();
         const std::vector<double> changes = changesOutside();
         const auto [worst, words] = switching();
-        settle();
+        rest(firstBackup);
         const int framesBefore = m_frames;
         std::map<std::string, double> waitsBefore = waits();
         rest(idleSeconds * 1000);

@@ -193,8 +193,9 @@ void DesktopApp::showColumn(const ContentView::Column& column) {
     if (column.kind == Kind::taskList && filter.isSmartList()) {
         m_tasks.keep(static_cast<int>(filter.kind), makeTasks);
         m_tasks->view().reopen();
-    } else if (column.kind == Kind::taskList || isRecord)
+    } else if (column.kind == Kind::taskList || isRecord) {
         m_tasks.setLater(makeTasks);
+    }
     m_notes.set(nullptr);
     if (isRecord || column.kind == Kind::allNotes)
         m_notes.setLater([this, notes] { return watched(new NoteListScreen(m_environment, notes)); });

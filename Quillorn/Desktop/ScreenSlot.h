@@ -26,14 +26,14 @@ class ScreenSlot {
             delete kept;
     }
 
-    /// Makes what set() was given to make.
+    /// Makes what setLater() was given to make.
     Type* get() {
         if (m_make)
             m_screen = std::exchange(m_make, {})();
         return m_screen;
     }
     Type* operator->() { return get(); }
-    /// Whether there is one that was looked at.
+    /// Whether there is one by now.
     explicit operator bool() const { return m_screen != nullptr; }
 
     /// The old one goes when the event at hand is done, as it may be its own, and at the latest with the slot, since

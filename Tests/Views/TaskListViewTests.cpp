@@ -62,6 +62,10 @@ TEST_F(TaskListViewTest, subtasksStandUnderTheirParents) {
     EXPECT_THAT(lines(due), ElementsAre("[Today 2]", "-a", ".-b", "..c")) << "open in this list too, with its guest";
     due.toggleDisclosure(id("a"));
     EXPECT_THAT(lines(due), ElementsAre("[Today 2]", "+a", "..c")) << "what is due is never out of sight";
+    everything.select({id("a")});
+    everything.reopen();
+    EXPECT_THAT(lines(everything), ElementsAre("+a")) << "without the search, and folded as in the other list";
+    EXPECT_EQ(everything.selection(), TaskIds());
     elsewhere([&](ModelContext& context) { named<ProjectTask>(context, "b").setParentTask(nullptr); });
     EXPECT_THAT(lines(due), ElementsAre("[Today 2]", "a", ".c"));
     EXPECT_EQ(due.dashboard()->hero.text, "2 due · 0 in progress");

@@ -17,6 +17,10 @@ Item {
     signal entered
     signal startTimer(string task)
 
+    // A pane that is kept and seen again draws what its list has selected by then.
+    onVisibleChanged: if (visible)
+        selection = tasks?.selection() ?? []
+
     function focusList() {
         list.forceActiveFocus(Qt.TabFocusReason);
     }

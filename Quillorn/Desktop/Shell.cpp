@@ -1,10 +1,11 @@
 #include "Desktop/Shell.h"
 
 #include "App/MachineServices.h"
-#include "Desktop/SymbolProvider.h"
 #include "Models/Settings.h"
+#include "Platform/Process.h"
 #include "Views/MenuCommands.h"
 
+#include <QFont>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQmlContext>
@@ -46,6 +47,7 @@ ViewEnvironment environmentOf(AppSession& world, MainQueue& queue, EditHistory& 
 } // namespace
 
 void Shell::prepare() {
+    configureMemory();
     // The software renderer starts in half the time and half the memory; whoever wants another one says so by Qt's own
     // variables. Under Wayland the library for the graphics card isn't even loaded then.
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND")) {
@@ -76,12 +78,11 @@ Shell::Shell(const ProcessInfo& process, Appearance::Scheme scheme, SystemLog& l
                        m_around ? &m_around->shortcut() : nullptr);
         startServices();
     }
+    QGuiApplication::setFont(QFont("Inter"));
     // One that blinks would have the window drawn twice a second for as long as a field has the focus.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     m_engine.setNetworkAccessManagerFactory(&m_network);
     m_engine.addImportPath("qrc:/qml");
-    m_engine.addImageProvider("symbol", new SymbolProvider);
-    m_engine.addImageProvider("mark", new MarkProvider);
     QQmlContext& context = *m_engine.rootContext();
     context.setContextProperty("Look", &m_look);
     context.setContextProperty("Recovery", recoveryOf(m_world.app()));

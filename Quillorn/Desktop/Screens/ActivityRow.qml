@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// Something that was done, or the head of its days.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// All commands with their keys.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// A line to type in without a box around it.

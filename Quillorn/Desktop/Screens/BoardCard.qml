@@ -67,6 +67,7 @@ Rectangle {
             MarkIcon {
                 Layout.alignment: Qt.AlignTop
                 mark: root.mark
+                size: Theme.caption + 3
             }
         }
         Flow {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// One status with its tasks. Cards go to the next column by dragging, and by Alt and an arrow key.

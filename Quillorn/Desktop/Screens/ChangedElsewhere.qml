@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// Says that what is being edited was changed by somebody else.

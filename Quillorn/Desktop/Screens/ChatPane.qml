@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// The conversation with a model about a client or a project.

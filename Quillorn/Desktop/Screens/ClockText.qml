@@ -18,7 +18,6 @@ Row {
     FontMetrics {
         id: metrics
 
-        font.family: "Inter"
         font.pixelSize: root.pixelSize
         font.weight: root.weight
     }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// A command of the menu; a line may stand above it.

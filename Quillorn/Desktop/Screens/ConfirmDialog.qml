@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// Asks before something that can't be undone. `ask(question, then)` takes {title, text, action}.

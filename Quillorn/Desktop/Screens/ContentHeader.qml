@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// The title of the middle column, the timer, search and the options of the list.
@@ -66,10 +65,11 @@ Item {
         Late {
             wanted: root.timer?.isRunning ?? false
             visible: wanted
-            sourceComponent: TimerPill {
-                timer: root.timer
-                isNarrow: root.width < 640
-                onOpened: task => Desk.selectTask(task)
+            source: "TimerPill.qml"
+            onLoaded: {
+                item.timer = Qt.binding(() => root.timer);
+                item.isNarrow = Qt.binding(() => root.width < 640);
+                item.opened.connect(task => Desk.selectTask(task));
             }
         }
         TextField {
@@ -94,12 +94,13 @@ Item {
             visible: root.tasks !== null
             tip: "View Options"
             icon.name: "line.3.horizontal.decrease.circle"
-            onClicked: options.openUnder(view)
+            onClicked: options.made().openUnder(view)
 
-            ViewOptionsMenu {
+            LatePopup {
                 id: options
 
-                tasks: root.tasks
+                source: "ViewOptionsMenu.qml"
+                onLoaded: item.tasks = Qt.binding(() => root.tasks)
             }
         }
         ToolButton {

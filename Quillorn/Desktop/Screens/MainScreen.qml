@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// The three columns.
@@ -155,35 +154,13 @@ SplitView {
             carrier: root.carrier
             onEntered: Qt.callLater(root.focusDetail)
         }
-        LatePane {
-            id: notesPane
-
-            offered: Desk.column === "allNotes" ? Desk.notes : null
-            sourceComponent: NoteListPane {
-                notes: notesPane.held
-                confirm: root.confirm
-                current: Desk.selectedNote
-                onOpened: note => Desk.selectNote(note)
-            }
-        }
-        LatePane {
-            id: summaryPane
-
-            offered: Desk.summary
-            sourceComponent: SummaryPane {
-                summary: summaryPane.held
-                onTaskOpened: task => Desk.selectTask(task)
-                onNoteOpened: note => Desk.selectNote(note)
-            }
-        }
-        LatePane {
-            id: activityPane
-
-            offered: Desk.activity
-            sourceComponent: ActivityPane {
-                activity: activityPane.held
-                onOpened: (kind, record) => Desk.showActivity(kind, record)
-            }
+        LateDocument {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: wanted
+            wanted: ["allNotes", "dailySummary", "activityLog"].includes(Desk.column)
+            source: "RecordColumns.qml"
+            onLoaded: item.confirm = root.confirm
         }
         Item {
             Layout.fillWidth: true
@@ -207,30 +184,11 @@ SplitView {
         visible: root.hasDetail || (!root.isRecord && !["activityLog", "dailySummary"].includes(Desk.column) && root.width > 860)
         color: Theme.panel
 
-        Late {
+        LateDocument {
             anchors.fill: parent
-            visible: wanted
-            wanted: Desk.task !== null
-            sourceComponent: TaskDetailPane {
-                task: Desk.task
-                statuses: Desk.statuses
-                priorities: Desk.priorities
-                confirm: root.confirm
-                onOpened: (kind, record) => Desk.show(kind, record)
-                onEntryEdited: entry => Desk.editEntry(entry)
-                onClosed: Desk.selectTask("")
-            }
-        }
-        Late {
-            anchors.fill: parent
-            visible: wanted
-            wanted: Desk.task === null && Desk.note !== null
-            sourceComponent: NotePane {
-                note: Desk.note
-                confirm: root.confirm
-                onOpened: (kind, record) => Desk.show(kind, record)
-                onClosed: Desk.selectNote("")
-            }
+            wanted: root.hasDetail
+            source: "DetailColumn.qml"
+            onLoaded: item.confirm = root.confirm
         }
         EmptyState {
             anchors.centerIn: parent

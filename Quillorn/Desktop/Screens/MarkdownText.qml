@@ -18,7 +18,6 @@ TextEdit {
     readOnly: true
     selectByMouse: true
     wrapMode: TextEdit.Wrap
-    font.family: "Inter"
     font.pixelSize: Theme.body
     color: Theme.text
     selectionColor: Theme.fill

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// A chip with a menu: of words by their place, or of records by their ids.

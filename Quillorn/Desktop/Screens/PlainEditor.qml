@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// A text that is edited in place as plain text: what is typed is told at once, and kept when the field is left. What

@@ -1,13 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// In place of everything, where the store can't be opened.
 Item {
     id: root
 
-    property var recovery: ({})
+    property var recovery: Recovery
 
     ColumnLayout {
         anchors.centerIn: parent

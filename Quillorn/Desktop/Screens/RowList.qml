@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// A list that is one stop of the Tab key; arrow keys lead from row to row in it, past headings.
@@ -33,6 +32,7 @@ ListView {
     activeFocusOnTab: true
     currentIndex: -1
     highlightMoveDuration: 0
+    cacheBuffer: Window.window?.isDrawn ? 400 : 0
     Accessible.role: Accessible.List
     ScrollBar.vertical: ScrollBar {}
     onActiveFocusChanged: begin()

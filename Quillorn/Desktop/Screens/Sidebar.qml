@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
 /// Smart lists, clients with their projects, tags and the archive; at the foot the state of the server.
@@ -25,7 +24,7 @@ Rectangle {
     RowList {
         id: list
 
-        /// The row over which another one is dragged, and where that would go.
+        /// The row over which another one is dragged, or a task, and where that would go: 1 into it, 2 above, 3 below.
         property int target: -1
         property int place: 0
 
@@ -36,6 +35,9 @@ Rectangle {
         leftMargin: 8
         rightMargin: 8
         model: root.sidebar?.rows ?? null
+        // Without a height it would scroll for what is selected, past the first heading.
+        highlightFollowsCurrentItem: height > 0
+        onHighlightFollowsCurrentItemChanged: positionViewAtIndex(currentIndex, ListView.Contain)
         Accessible.role: Accessible.Tree
         Accessible.name: "Sidebar"
 
@@ -53,8 +55,8 @@ Rectangle {
                 else
                     root.sidebar.act(index);
             }
-            onMenuWanted: menu.openFor(index)
-            dropPlace: index === list.target ? list.place : 0
+            onMenuWanted: menu.made().openFor(index)
+            isTarget: index === list.target && list.place === 1
             onDragged: position => {
                 list.target = list.indexAt(20, mapToItem(list.contentItem, 0, position).y);
                 list.place = root.sidebar.dropPlace(index, list.target);
@@ -64,9 +66,8 @@ Rectangle {
                 list.target = -1;
                 root.sidebar.drop(index, target);
             }
-            onTasksDropped: task => root.tasksDropped(task, index)
         }
-        onMenuWanted: row => menu.openFor(row.index, row)
+        onMenuWanted: row => menu.made().openFor(row.index, row)
         onRowPressed: (event, row) => {
             event.accepted = true;
             if (row.isRenaming)
@@ -83,32 +84,37 @@ Rectangle {
                 event.accepted = false;
         }
     }
-    Menu {
+    Rectangle {
+        readonly property Item row: list.place > 1 ? list.itemAtIndex(list.target) : null
+
+        parent: list.contentItem
+        z: 1
+        visible: row !== null
+        width: row?.width ?? 0
+        height: 2
+        y: row ? (list.place === 2 ? row.y - 1 : row.y + row.height - 1) : 0
+        color: Theme.accent
+    }
+    DropArea {
+        anchors.fill: list
+        keys: ["task"]
+        onPositionChanged: drag => {
+            const over = list.itemAt(20, drag.y + list.contentY);
+            list.target = over?.takesTasks ? over.index : -1;
+            list.place = 1;
+        }
+        onExited: list.target = -1
+        onDropped: drop => {
+            if (list.target >= 0)
+                root.tasksDropped(drop.source.task, list.target);
+            list.target = -1;
+        }
+    }
+    Late {
         id: menu
 
-        property int row: -1
-        property var entries: []
-
-        /// Under the item where a key has asked, else where the mouse is.
-        function openFor(index, item) {
-            row = index;
-            entries = root.sidebar.menu(index);
-            if (entries.length > 0)
-                item ? openUnder(item) : popup();
-        }
-
-        Instantiator {
-            model: menu.entries
-            delegate: MenuItem {
-                required property var modelData
-
-                text: modelData.title
-                icon.name: modelData.symbol
-                onTriggered: root.sidebar.perform(menu.row, modelData.index)
-            }
-            onObjectAdded: (index, object) => menu.insertItem(index, object)
-            onObjectRemoved: (index, object) => menu.removeItem(object)
-        }
+        source: "SidebarMenu.qml"
+        onLoaded: item.sidebar = Qt.binding(() => root.sidebar)
     }
     Rectangle {
         id: foot

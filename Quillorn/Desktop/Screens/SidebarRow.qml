@@ -1,8 +1,7 @@
 import QtQuick
-import QtQuick.Layouts
-import QtQuick.Controls
 import QuillornStyle
 
+/// A section, or one thing that can be selected or done. Of those there are many: what a row seldom shows is made then.
 Item {
     id: root
 
@@ -22,17 +21,19 @@ Item {
     property QtObject sidebar
     property bool isSelected: false
     property bool isFocused: false
-    /// Where what is dragged would go: 0 for nowhere, 1 in here, 2 above, 3 below.
-    property int dropPlace: 0
+    /// What is dragged would go in here.
+    property bool isTarget: false
     readonly property bool isSection: kind === 0
     readonly property bool isProject: kind === 4
     readonly property bool isGroup: kind === 3
+    readonly property bool hasDot: isProject || kind === 5
+    readonly property bool isBadge: key === "today"
+    readonly property int inset: 6 + depth * 16
 
     signal picked
     signal menuWanted
     signal dragged(real position)
     signal dropped
-    signal tasksDropped(string task)
 
     implicitHeight: Math.round((isSection ? 36 : 28) * Theme.textScale)
     Accessible.role: Accessible.TreeItem
@@ -43,44 +44,26 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        visible: !root.isSection
         radius: Theme.controlRadius
-        color: root.isSelected ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
-        border.width: root.isFocused || root.dropPlace === 1 || tasks.containsDrag ? 2 : root.isSelected && Theme.isHighContrast ? 1 : 0
-        border.color: Theme.accent
-    }
-    Rectangle {
-        visible: root.dropPlace > 1
-        width: parent.width
-        height: 2
-        y: root.dropPlace === 2 ? -1 : parent.height - 1
-        color: Theme.accent
-    }
-    DropArea {
-        id: tasks
-
-        anchors.fill: parent
-        enabled: root.takesTasks
-        keys: ["task"]
-        onDropped: drop => root.tasksDropped(drop.source.task)
-    }
-    Rectangle {
-        anchors.fill: parent
-        visible: root.isSection && root.isFocused
-        radius: Theme.controlRadius
-        color: "transparent"
-        border.width: 2
+        color: root.isSection ? "transparent" : root.isSelected ? Theme.selected : hover.hovered ? Theme.hovered : "transparent"
+        border.width: root.isFocused || root.isTarget ? 2 : root.isSelected && Theme.isHighContrast ? 1 : 0
         border.color: Theme.accent
     }
     HoverHandler {
         id: hover
+
+        onHoveredChanged: {
+            if (hovered && root.help) {
+                root.ToolTip.delay = 900;
+                root.ToolTip.show(root.help);
+            } else if (root.help) {
+                root.ToolTip.hide();
+            }
+        }
     }
     TapHandler {
-        onTapped: root.picked()
-    }
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: root.menuWanted()
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onTapped: (point, button) => button === Qt.RightButton ? root.menuWanted() : root.picked()
     }
     DragHandler {
         id: drag
@@ -93,107 +76,87 @@ Item {
         onActiveChanged: if (!active)
             root.dropped()
     }
-    RowLayout {
-        anchors.fill: parent
-        anchors.leftMargin: 6 + root.depth * 16
+    SymbolIcon {
+        id: disclosureIcon
+
+        anchors.left: root.isSection ? undefined : parent.left
+        anchors.leftMargin: root.inset
+        anchors.right: root.isSection ? parent.right : undefined
         anchors.rightMargin: 10
-        anchors.topMargin: root.isSection ? 10 : 0
-        spacing: 6
-        opacity: drag.active ? 0.5 : 1
+        anchors.verticalCenter: words.verticalCenter
+        name: root.isSection || root.disclosure !== 0 ? root.disclosure === 2 ? "chevron.down" : "chevron.right" : ""
+        color: Theme.secondaryText
+        size: 10
 
-        Item {
-            visible: !root.isSection
-            implicitWidth: 10
-            Layout.fillHeight: true
-
-            SymbolIcon {
-                anchors.centerIn: parent
-                visible: root.disclosure !== 0
-                name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
-                color: Theme.secondaryText
-                size: 10
-            }
-            TapHandler {
-                enabled: root.disclosure !== 0
-                onTapped: root.sidebar.toggle(root.index)
-            }
-        }
-        Rectangle {
-            visible: root.isProject || root.kind === 5
-            Layout.leftMargin: 4
-            Layout.rightMargin: 4
-            implicitWidth: 8
-            implicitHeight: 8
-            radius: 4
-            color: Theme.shade(root.tone)
-        }
-        SymbolIcon {
-            visible: !root.isProject && root.kind !== 5 && !root.isSection && root.symbol !== ""
-            name: visible ? root.symbol : ""
-            color: root.tone ? Theme.shade(root.tone) : root.isGroup || root.kind > 5 ? Theme.secondaryText : Theme.accent
-            size: 16
-        }
-        Loader {
-            Layout.fillWidth: true
-            active: root.isRenaming
-            visible: active
-            sourceComponent: TextField {
-                implicitHeight: 24
-                placeholderText: "Group name"
-                Component.onCompleted: {
-                    text = root.title;
-                    forceActiveFocus();
-                    selectAll();
-                }
-                onAccepted: root.sidebar.finishRenaming(text)
-                Keys.onEscapePressed: root.sidebar.cancelRenaming()
-                onActiveFocusChanged: if (!activeFocus && root.isRenaming)
-                    root.sidebar.finishRenaming(text)
-            }
-        }
-        Label {
-            Layout.fillWidth: true
-            visible: !root.isRenaming
-            text: root.title
-            font.pixelSize: root.isSection ? Theme.small : Theme.body
-            font.weight: root.isSection || root.isSelected ? Font.DemiBold : Font.Normal
-            color: root.isSection || root.kind > 5 ? Theme.secondaryText : Theme.text
-            elide: Text.ElideRight
-        }
-        Loader {
-            active: root.countText !== "" && root.key === "today"
-            visible: active
-            sourceComponent: Rectangle {
-                implicitWidth: Math.max(22, count.implicitWidth + 12)
-                implicitHeight: 18
-                radius: 9
-                color: Theme.fill
-
-                Label {
-                    id: count
-
-                    anchors.centerIn: parent
-                    text: root.countText
-                    font.pixelSize: Theme.small
-                    font.weight: Font.DemiBold
-                    color: Theme.fillText
-                }
-            }
-        }
-        Label {
-            visible: root.countText !== "" && root.key !== "today"
-            text: root.countText
-            font.pixelSize: Theme.caption
-            color: Theme.tertiaryText
-        }
-        SymbolIcon {
-            visible: root.isSection
-            name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
-            color: Theme.secondaryText
-            size: 10
+        TapHandler {
+            enabled: !root.isSection && root.disclosure !== 0
+            margin: 8
+            onTapped: root.sidebar.toggle(root.index)
         }
     }
-    ToolTip.text: help
-    ToolTip.visible: help !== "" && hover.hovered && !drag.active
-    ToolTip.delay: 900
+    SymbolIcon {
+        id: icon
+
+        anchors.horizontalCenter: parent.left
+        anchors.horizontalCenterOffset: root.inset + 24
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.hasDot ? "circle.fill" : root.isSection ? "" : root.symbol
+        color: root.tone || root.hasDot ? Theme.shade(root.tone) : root.isGroup || root.kind > 5 ? Theme.secondaryText : Theme.accent
+        size: root.hasDot ? 8 : 16
+        opacity: words.opacity
+    }
+    Label {
+        id: words
+
+        anchors.left: parent.left
+        anchors.leftMargin: root.isSection ? root.inset : root.inset + (icon.name ? 38 : 16)
+        anchors.right: count.left
+        anchors.rightMargin: root.countText ? 6 : 0
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: root.isSection ? 5 : 0
+        visible: !root.isRenaming
+        text: root.title
+        font.pixelSize: root.isSection ? Theme.small : Theme.body
+        font.weight: root.isSection || root.isSelected ? Font.DemiBold : Font.Normal
+        color: root.isSection || root.kind > 5 ? Theme.secondaryText : Theme.text
+        elide: Text.ElideRight
+        opacity: drag.active ? 0.5 : 1
+    }
+    Loader {
+        anchors.fill: words
+        active: root.isRenaming
+        sourceComponent: TextField {
+            placeholderText: "Group name"
+            Component.onCompleted: {
+                text = root.title;
+                forceActiveFocus();
+                selectAll();
+            }
+            onAccepted: root.sidebar.finishRenaming(text)
+            Keys.onEscapePressed: root.sidebar.cancelRenaming()
+            onActiveFocusChanged: if (!activeFocus && root.isRenaming)
+                root.sidebar.finishRenaming(text)
+        }
+    }
+    Loader {
+        anchors.centerIn: count
+        active: root.isBadge && root.countText !== ""
+        sourceComponent: Rectangle {
+            implicitWidth: Math.max(22, count.implicitWidth + 12)
+            implicitHeight: 18
+            radius: 9
+            color: Theme.fill
+        }
+    }
+    Label {
+        id: count
+
+        anchors.right: parent.right
+        anchors.rightMargin: root.isSection ? 20 : root.isBadge ? Math.max(16, 21 - implicitWidth / 2) : 10
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.countText
+        font.pixelSize: root.isBadge ? Theme.small : Theme.caption
+        font.weight: root.isBadge ? Font.DemiBold : Font.Normal
+        color: root.isBadge ? Theme.fillText : Theme.tertiaryText
+    }
 }

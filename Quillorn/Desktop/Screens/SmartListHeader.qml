@@ -91,53 +91,13 @@ ColumnLayout {
             }
         }
     }
-    RowLayout {
+    Late {
         Layout.fillWidth: true
         Layout.leftMargin: 8
         Layout.rightMargin: 8
-        spacing: 12
-        visible: (root.dashboard.breakdowns ?? []).length > 0
-
-        LayoutRepeater {
-            model: root.dashboard.breakdowns ?? []
-
-            Card {
-                id: breakdown
-
-                required property var modelData
-                readonly property bool isForecast: (root.dashboard.breakdowns ?? []).length === 1
-                readonly property real most: modelData.bars.reduce((sum, bar) => Math.max(sum, bar.value), 1)
-
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                Layout.alignment: Qt.AlignTop
-                title: modelData.title
-
-                BarChart {
-                    Layout.fillWidth: true
-                    visible: breakdown.isForecast
-                    bars: breakdown.isForecast ? breakdown.modelData.bars : []
-                    Layout.preferredHeight: 110
-                }
-                LayoutRepeater {
-                    model: breakdown.isForecast ? [] : breakdown.modelData.bars
-
-                    ShareBar {
-                        required property var modelData
-
-                        Layout.fillWidth: true
-                        name: modelData.label
-                        figure: modelData.text
-                        share: modelData.value / breakdown.most
-                        hasDot: false
-                    }
-                }
-                Label {
-                    visible: breakdown.modelData.bars.length === 0
-                    text: breakdown.modelData.emptyText
-                    color: Theme.secondaryText
-                }
-            }
-        }
+        wanted: (root.dashboard.breakdowns ?? []).length > 0
+        visible: wanted
+        source: "Breakdowns.qml"
+        onLoaded: item.breakdowns = Qt.binding(() => root.dashboard.breakdowns ?? [])
     }
 }

@@ -29,10 +29,12 @@ Item {
         anchors.fill: parent
         spacing: 0
 
-        MeetingBar {
+        Late {
             Layout.fillWidth: true
-            visible: root.tasks?.hasMeetings ?? false
-            tasks: root.tasks
+            wanted: root.tasks?.hasMeetings ?? false
+            visible: wanted
+            source: "MeetingBar.qml"
+            onLoaded: item.tasks = Qt.binding(() => root.tasks)
         }
         RowList {
             id: list
@@ -40,7 +42,6 @@ Item {
             Layout.fillWidth: true
             Layout.fillHeight: true
             reuseItems: true
-            cacheBuffer: 400
             bottomMargin: 16
             leftMargin: 8
             rightMargin: 8
@@ -146,10 +147,11 @@ Item {
     Late {
         id: menu
 
-        sourceComponent: TaskMenu {
-            tasks: root.tasks
-            onDeleteWanted: task => root.askToDelete(task)
-            onStartWanted: task => root.startTimer(task)
+        source: "TaskMenu.qml"
+        onLoaded: {
+            item.tasks = Qt.binding(() => root.tasks);
+            item.deleteWanted.connect(root.askToDelete);
+            item.startWanted.connect(root.startTimer);
         }
     }
 }

@@ -62,6 +62,7 @@ Item {
 
             MarkIcon {
                 mark: root.mark
+                size: Theme.caption + 3
             }
             Rectangle {
                 visible: root.tone !== ""
@@ -138,53 +139,49 @@ Item {
         acceptedButtons: Qt.RightButton
         onTapped: root.menuWanted()
     }
-    RowLayout {
+    Item {
         visible: root.isTask
         anchors.fill: parent
         anchors.leftMargin: 10 + root.depth * 24
         anchors.rightMargin: 12
-        spacing: 0
 
-        Item {
-            implicitWidth: 18
-            Layout.fillHeight: true
+        SymbolIcon {
+            anchors.horizontalCenter: parent.left
+            anchors.horizontalCenterOffset: 9
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.disclosure === 0 ? "" : root.disclosure === 2 ? "chevron.down" : "chevron.right"
+            color: Theme.secondaryText
+            size: 11
 
-            Late {
-                anchors.centerIn: parent
-                wanted: root.disclosure !== 0
-                visible: wanted
-                sourceComponent: SymbolIcon {
-                    name: root.disclosure === 2 ? "chevron.down" : "chevron.right"
-                    color: Theme.secondaryText
-                    size: 11
-
-                    TapHandler {
-                        onTapped: root.disclosed()
-                    }
-                }
+            TapHandler {
+                enabled: root.disclosure !== 0
+                margin: 4
+                onTapped: root.disclosed()
             }
         }
-        Item {
-            implicitWidth: 30
-            Layout.fillHeight: true
+        SymbolIcon {
+            anchors.horizontalCenter: parent.left
+            anchors.horizontalCenterOffset: 33
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.isCompleted ? "checkmark.circle.fill" : "circle"
+            color: root.isCompleted ? Theme.fill : root.isOverdue ? Theme.red : Theme.edge
+            size: 18
 
-            SymbolIcon {
-                anchors.centerIn: parent
-                name: root.isCompleted ? "checkmark.circle.fill" : "circle"
-                color: root.isCompleted ? Theme.fill : root.isOverdue ? Theme.red : Theme.edge
-                size: 18
-            }
             TapHandler {
+                margin: 6
                 onTapped: root.toggled()
             }
         }
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.leftMargin: 6
+        Column {
+            anchors.left: parent.left
+            anchors.leftMargin: 54
+            anchors.right: due.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
             spacing: 2
 
             Label {
-                Layout.fillWidth: true
+                width: parent.width
                 text: root.title
                 font.weight: Font.Medium
                 font.strikeout: root.isCompleted
@@ -193,7 +190,7 @@ Item {
             }
             Row {
                 visible: root.hasSecondLine
-                Layout.fillWidth: true
+                width: parent.width
                 spacing: 10
                 clip: true
 
@@ -249,21 +246,32 @@ Item {
             }
         }
         Label {
-            Layout.leftMargin: 8
+            id: due
+
+            anchors.right: time.left
+            anchors.rightMargin: root.dueTimeText ? 6 : 0
+            anchors.verticalCenter: parent.verticalCenter
             text: root.dueText
-            visible: text !== ""
             font.weight: root.isOverdue ? Font.DemiBold : Font.Normal
             color: root.isOverdue ? Theme.red : root.isCompleted ? Theme.tertiaryText : Theme.amber
         }
         Label {
-            Layout.leftMargin: 6
+            id: time
+
+            anchors.right: mark.left
+            anchors.rightMargin: mark.visible ? 10 : 0
+            anchors.verticalCenter: parent.verticalCenter
             text: root.dueTimeText
-            visible: text !== ""
-            color: root.isOverdue ? Theme.red : root.isCompleted ? Theme.tertiaryText : Theme.amber
+            color: due.color
         }
         MarkIcon {
-            Layout.leftMargin: 10
+            id: mark
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: visible ? implicitWidth : 0
             mark: root.isTask ? root.mark : ""
+            size: Theme.caption + 3
         }
     }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QuillornStyle
 
 /// How a list is sorted and grouped, and whether it shows what is done.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import QuillornStyle
 
 /// `highlighted` is the one to take; a `flat` one has no ground until it is pointed at. `icon.name` is a symbol.
 T.Button {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 /// Keeps what has the keyboard, or the cursor in it, within sight of a view that scrolls.
 QtObject {

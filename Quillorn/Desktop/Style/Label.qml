@@ -1,7 +1,6 @@
 import QtQuick
-import QtQuick.Templates as T
 
-T.Label {
+Text {
     color: enabled ? Theme.text : Theme.tertiaryText
     linkColor: Theme.accent
     font.pixelSize: Theme.body

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import QuillornStyle
 
 /// With `symbol` a symbol stands in front.
 T.TextField {

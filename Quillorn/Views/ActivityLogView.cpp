@@ -9,6 +9,7 @@
 #include "Models/TimeEntry.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
+#include "Store/KeyMap.h"
 #include "Store/MainContext.h"
 #include "Store/StoreError.h"
 #include "Views/ChangedKeys.h"
@@ -43,6 +44,17 @@ std::string_view selectFor(const EntityType& type) {
     if (&type == &Project::entityType())
         return "SELECT key, updatedAt, NULL, NULL, key, client FROM Project AS it";
     return "SELECT key, updatedAt, NULL, NULL, NULL, key FROM Client AS it";
+}
+
+/// The same where all are read, of what the row itself says: to look up the owners of each is most of the work.
+std::string_view selectAllOf(const EntityType& type) {
+    if (&type == &ProjectTask::entityType())
+        return "SELECT key, completedAt, updatedAt, key, project, NULL FROM ProjectTask";
+    if (&type == &TimeEntry::entityType())
+        return "SELECT key, startTime, endTime, task, project, NULL FROM TimeEntry";
+    if (&type == &Note::entityType())
+        return "SELECT key, updatedAt, NULL, task, project, NULL FROM Note";
+    return selectFor(type);
 }
 
 bool isTask(ActivityKind kind) {
@@ -103,7 +115,8 @@ std::string_view ActivityLogView::emptyMessage() const {
 
 void ActivityLogView::read(const EntityType& type, const std::string& condition, const SQLValue& value,
                            std::vector<Mark>& marks) const {
-    const StatementLoan rows = m_main.context().statement(std::string(selectFor(type)) + condition);
+    const StatementLoan rows = m_main.context().statement(condition.empty() ? std::string(selectAllOf(type))
+                                                                            : std::string(selectFor(type)) + condition);
     if (!condition.empty())
         rows->bindValue(1, value);
     const auto date = [&](int column) { return Date(std::chrono::microseconds(rows->integer(column))); };
@@ -138,6 +151,7 @@ void ActivityLogView::load() {
         for (const EntityType* type : {&ProjectTask::entityType(), &TimeEntry::entityType(), &Note::entityType(),
                                        &Project::entityType(), &Client::entityType()})
             read(*type, "", {}, marks);
+        addOwners(marks);
         m_marks = std::move(marks);
         std::ranges::sort(m_marks, {},
                           [](const Mark& mark) { return orderOf(mark.timestamp, mark.kind, mark.record); });
@@ -147,6 +161,23 @@ void ActivityLogView::load() {
     }
     m_shelf.clear();
     show();
+}
+
+void ActivityLogView::addOwners(std::vector<Mark>& marks) {
+    KeyMap<RowKey> projects; // of tasks
+    KeyMap<RowKey> clients;  // of projects
+    for (const Mark& mark : marks)
+        if (isTask(mark.kind))
+            projects[mark.record] = mark.project;
+        else if (mark.kind == ActivityKind::projectUpdated)
+            clients[mark.record] = mark.client;
+    for (Mark& mark : marks) {
+        if (mark.project == 0)
+            if (const RowKey* project = projects.find(mark.task))
+                mark.project = *project;
+        if (const RowKey* client = clients.find(mark.project))
+            mark.client = *client;
+    }
 }
 
 void ActivityLogView::follow(const ChangeSet& changes) {

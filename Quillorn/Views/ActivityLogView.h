@@ -110,6 +110,8 @@ class ActivityLogView {
     /// Reads the marks of one type: those that `condition` restricts by one value, or all.
     void read(const EntityType& type, const std::string& condition, const SQLValue& value,
               std::vector<Mark>& marks) const;
+    /// To marks of whole tables, which know only what their own rows say.
+    static void addOwners(std::vector<Mark>& marks);
     /// The marks of what has changed; adds to that what has moved along with its task. Absent where a project has gone
     /// to another client, and everything in it with it.
     std::optional<std::vector<Mark>> readChanged(Changed& changed) const;

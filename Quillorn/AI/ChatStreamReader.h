@@ -8,7 +8,7 @@
 
 namespace quillorn {
 
-class Json;
+struct ChatChunk;
 
 /// Makes events of the lines of a chat completion's stream. Lines that say nothing we know are passed over, whatever
 /// they hold: a malformed one never ends a stream.
@@ -24,7 +24,7 @@ class ChatStreamReader {
     void finish();
 
   private:
-    void readChoice(const Json& choice);
+    void take(ChatChunk chunk);
 
     Sink m_sink;
     bool m_asksForTools = false;

@@ -128,8 +128,7 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
   private:
     struct Inbox {
         std::optional<int> status;
-        std::vector<std::string> lines;
-        std::string body;
+        std::string body; // of what comes by lines, what has come
         bool isEnded = false;
         std::optional<HttpFailure> failure;
         bool isPosted = false;
@@ -137,6 +136,7 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
 
     void drain();
     void tell(Inbox& news);
+    void tellLines(std::string_view bytes);
     void timeOut();
     template <typename Change>
     void handOver(const Change& change);
@@ -145,7 +145,6 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     static std::size_t takeBody(char* bytes, std::size_t size, std::size_t count, void* transfer);
     void readHeader(std::string_view line);
     void readBody(std::string_view bytes);
-    std::vector<std::string> cutLines(std::string_view bytes);
 
     const std::shared_ptr<Engine> m_engine;
     MainQueue& m_queue;
@@ -157,6 +156,7 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     std::optional<MainQueue::TimerId> m_timer;
     bool m_isOver = false;
     bool m_isTelling = false;
+    std::string m_line; // that has no end yet
 
     // The other thread's.
     EasyHandle m_handle;
@@ -166,7 +166,7 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     std::string m_location;
     int m_redirects = 0;
     std::optional<std::string> m_target; // of the redirect that is to be followed
-    std::string m_received;              // the line that has no end yet, or the body so far
+    std::string m_received;              // the body so far, where it is taken as a whole
     std::size_t m_receivedTotal = 0;
     std::string m_failure; // found by ourselves in the middle of an answer
 
@@ -268,15 +268,26 @@ void HttpClient::Transfer::drain() {
 void HttpClient::Transfer::tell(Inbox& news) {
     if (news.status && m_handlers.onStatus)
         m_handlers.onStatus(*news.status);
-    for (const std::string& line : news.lines) {
-        if (m_isOver)
-            return;
-        m_handlers.onLine(line);
-    }
+    if (m_byLines)
+        tellLines(std::exchange(news.body, {}));
+    if (news.isEnded && !news.failure && !m_line.empty() && !m_isOver)
+        m_handlers.onLine(m_line);
     if (!news.isEnded || m_isOver)
         return;
     cancel();
     m_handlers.onEnd(news.failure, std::move(news.body));
+}
+
+void HttpClient::Transfer::tellLines(std::string_view bytes) {
+    for (std::size_t end = bytes.find('\n'); end != std::string_view::npos && !m_isOver; end = bytes.find('\n')) {
+        m_line += bytes.substr(0, end);
+        if (m_line.ends_with('\r'))
+            m_line.pop_back();
+        m_handlers.onLine(m_line);
+        m_line.clear();
+        bytes.remove_prefix(end + 1);
+    }
+    m_line += bytes;
 }
 
 // Transfer, on the thread of the transfers
@@ -359,30 +370,13 @@ void HttpClient::Transfer::readBody(std::string_view bytes) {
     m_receivedTotal += bytes.size();
     if (m_receivedTotal > largestBody)
         throw HttpFailure(fmt::format("The answer is longer than {} MiB", largestBody / (std::size_t{1024} * 1024)));
-    std::vector<std::string> lines;
-    if (m_byLines && !m_target)
-        lines = cutLines(bytes);
-    else if (!m_target)
+    const bool isWanted = !m_target;
+    if (isWanted && !m_byLines)
         m_received += bytes;
     handOver([&](Inbox& inbox) {
-        if (inbox.lines.empty())
-            inbox.lines = std::move(lines);
-        else
-            std::ranges::move(lines, std::back_inserter(inbox.lines));
+        if (isWanted && m_byLines)
+            inbox.body += bytes;
     });
-}
-
-std::vector<std::string> HttpClient::Transfer::cutLines(std::string_view bytes) {
-    std::vector<std::string> lines;
-    for (std::size_t end = bytes.find('\n'); end != std::string_view::npos; end = bytes.find('\n')) {
-        m_received += bytes.substr(0, end);
-        if (m_received.ends_with('\r'))
-            m_received.pop_back();
-        lines.push_back(std::exchange(m_received, {}));
-        bytes.remove_prefix(end + 1);
-    }
-    m_received += bytes;
-    return lines;
 }
 
 bool HttpClient::Transfer::followsRedirect() {
@@ -415,8 +409,6 @@ void HttpClient::Transfer::finish(CURLcode code) {
         inbox.isEnded = true;
         if (!m_byLines)
             inbox.body = std::move(m_received);
-        else if (!m_received.empty())
-            inbox.lines.push_back(std::move(m_received));
     });
 }
 

@@ -68,6 +68,10 @@ std::size_t validUTF8Length(std::string_view text) {
             at += 8;
             continue;
         }
+        if (static_cast<std::uint8_t>(text[at]) < 0x80) {
+            ++at;
+            continue;
+        }
         const UTF8Sequence sequence = firstUTF8Sequence(text.substr(at));
         if (!sequence.isValid)
             return at;

@@ -128,10 +128,18 @@ TEST_F(AIServices, streamWhateverTheServerSends) {
     const std::string bytewise = ": hi\r\nevent: x\r\n" + chat::text("é") + call + "data: {\n" + asked + chat::done;
     const std::string cutShort = Server::answer(200, chat::text("a") + "data: {", "Content-Length: 9999\r\n");
     const std::string longError(2'000, 'e');
+    const std::string odd = R"(data: {"choices":[{"delta":{"content":"no"}},1]}
+data: {"choices":[{"delta":{"content":"no","content":["no"]}}]}
+data: {"choices":[{"delta":{"content":"no"}}],"choices":[{"delta":{"content":"a"}},{"delta":{"content":"no"}}]}
+data: {"choices":[{"delta":{"content":"b","tool_calls":[{"function":{"arguments":"no"}},[{"id":"no"}]]}}]}
+data: {"choices":[{"delta":{"tool_calls":[{"function":{"arguments":"no"},"function":{"arguments":"c"}}]}}]}
+data: {"choices":[{"delta":{"content":"no"}}],"id":"\udc00"}
+)";
     // clang-format off
     const Case cases[] = {
         {{Server::Bytewise{Server::answer(200, bytewise)}}, "é|", "é|{}|toolCalls|"},
         {chat::stream({chat::text("a"), chat::text(""), chat::text("b")}), "a||b|", "a||b|stop|"},
+        {chat::stream({odd}), "a|b|", "a|b|c|stop|"},
         {chat::stream({}), "", "stop|"}, {{Server::answer(200, chat::text("a") + chat::done), Server::Silence{}}, "a|", "a|stop|"},
         {chat::stream({chat::text("a"), "data: \xFF\n", chat::text("b")}), "a|b|", "a|b|stop|"},
         {{Server::answer(204, "x")}, "! HTTP error 204", "! HTTP error 204"}, {{Server::answer(500, "no\nway\xFF")}, "! HTTP error 500: noway\uFFFD", "! HTTP error 500: noway\uFFFD"},

@@ -27,13 +27,16 @@ void NotificationsIntoWindow::setReachable(bool isReachable) {
     if (isReachable == (m_notifications.onOpen != nullptr))
         return;
     if (isReachable)
-        m_notifications.onOpen = [this](const UUID& task) {
+        m_notifications.onOpen = [this](const UUID& task, const std::string& token) {
             const BusValue::List addresses{"quillorn://task/" + task.string()};
+            BusValue::Dictionary platformData;
+            if (!token.empty())
+                platformData = {{windowbus::activationToken, token}, {windowbus::startupId, token}};
             m_bus.send({windowbus::name,
                         windowbus::path,
                         windowbus::interface,
                         "Open",
-                        {"asa{sv}", {BusValue(addresses), BusValue::Dictionary{}}}});
+                        {"asa{sv}", {BusValue(addresses), std::move(platformData)}}});
         };
     else
         m_notifications.onOpen = nullptr;

@@ -12,6 +12,9 @@ namespace windowbus {
 inline constexpr auto name = "com.quillorn.Desktop";
 inline constexpr auto path = "/com/quillorn/Desktop";
 inline constexpr auto interface = "org.freedesktop.Application";
+// What it is called with beside: the token by which it may come to the front, by its name and by that of old.
+inline constexpr auto activationToken = "activation-token";
+inline constexpr auto startupId = "desktop-startup-id";
 } // namespace windowbus
 
 /// Lets the notifications of a program without a window open their tasks in the one that runs, or that the bus starts

@@ -1,6 +1,7 @@
 #include "Desktop/Shell.h"
 
 #include "App/MachineServices.h"
+#include "Desktop/ActivationToken.h"
 #include "Models/Settings.h"
 #include "Platform/Process.h"
 #include "Views/MenuCommands.h"
@@ -113,8 +114,8 @@ void Shell::lastWindowClosed() {
 void Shell::startServices() {
     QuillornApp& app = m_world.app();
     app.onStoreLost = [] { QCoreApplication::exit(EXIT_FAILURE); }; // the log says why
-    app.machineServices()->notificationService().onOpen = [this](const UUID& task) {
-        open(toQString("quillorn://task/" + task.string()));
+    app.machineServices()->notificationService().onOpen = [this](const UUID& task, const std::string& token) {
+        open(toQString("quillorn://task/" + task.string()), toQString(token));
     };
     if (app.runMode() == RunMode::normal && Settings(m_world.settings()).boolean(setting("apiAutoStart")))
         app.startAPIServer(APIServerOptions::fromSettings(m_world.settings()));
@@ -124,7 +125,8 @@ QQuickWindow& Shell::window() {
     return *qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
 }
 
-void Shell::open(const QString& address) {
+void Shell::open(const QString& address, const QString& token) {
+    const ActivationToken offered(token);
     m_wasOpened = true;
     window().show();
     window().raise();
@@ -133,7 +135,8 @@ void Shell::open(const QString& address) {
         m_desk->open(address);
 }
 
-void Shell::quickAdd() {
+void Shell::quickAdd(const QString& token) {
+    const ActivationToken offered(token);
     if (m_desk)
         m_desk->command(toQString(commands::quickAdd));
     else

@@ -37,10 +37,11 @@ class Shell {
     /// Null where the store can't be opened.
     DesktopApp* desk() { return m_desk ? &*m_desk : nullptr; }
 
-    /// Brings the window to the front, and shows the record of a quillorn:// address in it, if there is one.
-    void open(const QString& address);
+    /// Brings the window to the front, and shows the record of a quillorn:// address in it, if there is one. The
+    /// desktop may want to see a token for it.
+    void open(const QString& address, const QString& token = {});
     /// Shows the small window in which a task is added; the recovery screen where the store can't be opened.
-    void quickAdd();
+    void quickAdd(const QString& token = {});
 
   private:
     /// The server where the settings want it, and what notifications and a lost store lead to.

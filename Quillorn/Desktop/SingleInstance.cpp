@@ -26,16 +26,24 @@ SingleInstance::Outcome SingleInstance::claim(const Request& request) {
     const auto callTo = [](const char* method) {
         return QDBusMessage::createMethodCall(windowbus::name, windowbus::path, windowbus::interface, method);
     };
+    QVariantMap platformData;
+    if (!request.token.isEmpty())
+        platformData = {{windowbus::activationToken, request.token}, {windowbus::startupId, request.token}};
     QDBusMessage call;
     if (request.quickAdd)
-        call = callTo("ActivateAction") << quickAddAction << QVariantList() << QVariantMap();
+        call = callTo("ActivateAction") << quickAddAction << QVariantList() << platformData;
     else if (!request.address.isEmpty())
-        call = callTo("Open") << QStringList{request.address} << QVariantMap();
+        call = callTo("Open") << QStringList{request.address} << platformData;
     else
-        call = callTo("Activate") << QVariantMap();
+        call = callTo("Activate") << platformData;
     // One that doesn't answer is not one that shows a window.
     return bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage ? Outcome::handedOver
                                                                                        : Outcome::first;
+}
+
+QString ApplicationAdaptor::tokenIn(const QVariantMap& platformData) {
+    const QString token = platformData[windowbus::activationToken].toString();
+    return token.isEmpty() ? platformData[windowbus::startupId].toString() : token;
 }
 
 } // namespace quillorn

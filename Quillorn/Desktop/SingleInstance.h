@@ -22,13 +22,15 @@ class SingleInstance final : public QObject {
         /// A quillorn:// address, or empty.
         QString address{};
         bool quickAdd = false;
+        /// By which the window may come to the front.
+        QString token{};
     };
     Outcome claim(const Request& request);
 
   Q_SIGNALS:
     /// The window is wanted, with an address or none.
-    void opened(const QString& address);
-    void quickAddWanted();
+    void opened(const QString& address, const QString& token);
+    void quickAddWanted(const QString& token);
 };
 
 /// org.freedesktop.Application, as the desktop and a second start call it.
@@ -40,17 +42,20 @@ class ApplicationAdaptor final : public QDBusAbstractAdaptor {
     explicit ApplicationAdaptor(SingleInstance& instance) : QDBusAbstractAdaptor(&instance), m_instance(instance) {}
 
   public Q_SLOTS:
-    void Activate(const QVariantMap&) { Q_EMIT m_instance.opened({}); }
-    void Open(const QStringList& addresses, const QVariantMap&) {
+    void Activate(const QVariantMap& platformData) { Q_EMIT m_instance.opened({}, tokenIn(platformData)); }
+    void Open(const QStringList& addresses, const QVariantMap& platformData) {
+        QString token = tokenIn(platformData);
         for (const QString& address : addresses)
-            Q_EMIT m_instance.opened(address);
+            Q_EMIT m_instance.opened(address, std::exchange(token, {}));
     }
-    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap&) {
+    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
         if (name == quickAddAction)
-            Q_EMIT m_instance.quickAddWanted();
+            Q_EMIT m_instance.quickAddWanted(tokenIn(platformData));
     }
 
   private:
+    static QString tokenIn(const QVariantMap& platformData);
+
     SingleInstance& m_instance;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/WindowOnBus.h"
+#include "Desktop/ActivationToken.h"
 #include "Desktop/TrayMenu.h"
 
 #include <QDBusObjectPath>
@@ -43,6 +44,8 @@ class TrayItem final : public QObject {
     static QDBusObjectPath menu() { return QDBusObjectPath("/StatusNotifierMenu"); }
 
   public Q_SLOTS:
+    /// Comes before one of the next three.
+    void ProvideXdgActivationToken(const QString& token) { ActivationToken::offer(token); }
     void Activate(int x, int y);
     void SecondaryActivate(int x, int y) { Activate(x, y); }
     void ContextMenu(int x, int y) { Activate(x, y); } // by hosts that draw no menu

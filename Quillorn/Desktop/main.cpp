@@ -1,3 +1,4 @@
+#include "Desktop/ActivationToken.h"
 #include "Desktop/DesktopOptions.h"
 #include "Desktop/Shell.h"
 #include "Desktop/SingleInstance.h"
@@ -26,6 +27,7 @@ int run(int count, char** arguments) {
     // No thread has been started so far, as it has to be.
     const TerminationSignals termination([](int) { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit); });
     raiseDescriptorLimit();
+    const QString token = ActivationToken::ofStart();
     int one = 1; // the options are ours
     QGuiApplication application(one, arguments);
 
@@ -33,17 +35,22 @@ int run(int count, char** arguments) {
     const QString address = toQString(options.address);
     // What is not the user's store stands for itself.
     const bool isUsersStore = !options.isSample && !LaunchFlags::of(process).isDemo;
-    if (isUsersStore && instance.claim({address, options.quickAdd}) == SingleInstance::Outcome::handedOver)
+    if (isUsersStore && instance.claim({address, options.quickAdd, token}) == SingleInstance::Outcome::handedOver)
         return 0;
     StandardErrorLog log;
     std::optional<SampleStore> sample;
     if (options.isSample)
         sample.emplace();
+    // Elsewhere the desktop knows the window of a start by itself.
+    const bool needsToken = !token.isEmpty() && QGuiApplication::platformName().startsWith("wayland");
+    if (needsToken)
+        ActivationToken::offer(token);
     Shell shell(process, options.scheme, log, sample ? &*sample : nullptr,
                 options.quickAdd ? Shell::Start::quickAdd : Shell::Start::window);
-    QObject::connect(&instance, &SingleInstance::opened, [&](const QString& asked) { shell.open(asked); });
-    QObject::connect(&instance, &SingleInstance::quickAddWanted, [&] { shell.quickAdd(); });
-    if (!address.isEmpty())
+    QObject::connect(&instance, &SingleInstance::opened,
+                     [&](const QString& asked, const QString& with) { shell.open(asked, with); });
+    QObject::connect(&instance, &SingleInstance::quickAddWanted, [&](const QString& with) { shell.quickAdd(with); });
+    if (!address.isEmpty() || (needsToken && !options.quickAdd))
         shell.open(address);
     return QGuiApplication::exec();
 }

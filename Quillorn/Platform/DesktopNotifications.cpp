@@ -83,6 +83,7 @@ DesktopNotifications::DesktopNotifications(Bus& sessionBus, const Clock& clock, 
       m_mayShow(std::move(mayShow)),
       m_pending(clock, queue, wakeSignals, [this](const NotificationRequest& request) { deliver(request); }),
       m_presence(m_bus.observeService(serviceName, [this](bool isPresent) { servicePresenceChanged(isPresent); })),
+      m_tokens(m_bus.observeSignal(signalOf("ActivationToken"), [this](const auto& signal) { wasGivenToken(signal); })),
       m_invocations(m_bus.observeSignal(signalOf("ActionInvoked"), [this](const auto& signal) { wasInvoked(signal); })),
       m_closings(
           m_bus.observeSignal(signalOf("NotificationClosed"), [this](const auto& signal) { wasClosed(signal); })) {}
@@ -150,7 +151,15 @@ Task<> DesktopNotifications::show(NotificationRequest request) {
     }
     const auto& values = reply.message().values;
     if (values.size() == 1 && values[0].asInteger() != nullptr)
-        m_onScreen.insert_or_assign(*values[0].asInteger(), std::move(request));
+        m_onScreen.insert_or_assign(*values[0].asInteger(), Shown{std::move(request), {}});
+}
+
+void DesktopNotifications::wasGivenToken(const BusSignal& signal) {
+    const auto number = numberOf(signal);
+    const auto found = number ? m_onScreen.find(*number) : m_onScreen.end();
+    if (const std::string* token = number ? signal.message.values[1].asString() : nullptr;
+        token != nullptr && found != m_onScreen.end())
+        found->second.activationToken = *token;
 }
 
 void DesktopNotifications::wasInvoked(const BusSignal& signal) {
@@ -160,10 +169,11 @@ void DesktopNotifications::wasInvoked(const BusSignal& signal) {
     if (found == m_onScreen.end() || chosen == nullptr)
         return;
     // Copies, since observers may lead to the end of the notification.
-    const NotificationRequest request = found->second;
+    const NotificationRequest request = found->second.request;
+    const std::string token = std::exchange(found->second.activationToken, {});
     const std::string action = *chosen;
     if (std::ranges::find(request.actions, action, &NotificationRequest::Action::key) != request.actions.end())
-        m_actionObservers.tell(request, action);
+        m_actionObservers.tell(request, action, token);
 }
 
 void DesktopNotifications::wasClosed(const BusSignal& signal) {

@@ -48,6 +48,7 @@ class DesktopNotifications final : public LocalNotifications {
 
     void deliver(const NotificationRequest& request);
     Task<> show(NotificationRequest request);
+    void wasGivenToken(const BusSignal& signal);
     void wasInvoked(const BusSignal& signal);
     void wasClosed(const BusSignal& signal);
 
@@ -56,13 +57,18 @@ class DesktopNotifications final : public LocalNotifications {
     const std::function<bool()> m_mayShow;
     NotificationAuthorization m_authorization = NotificationAuthorization::notDetermined;
     Observers<> m_authorizationObservers;
-    Observers<const NotificationRequest&, const std::string&> m_actionObservers;
+    struct Shown {
+        NotificationRequest request;
+        std::string activationToken; // for the action that comes next
+    };
+    Observers<const NotificationRequest&, const std::string&, const std::string&> m_actionObservers;
     /// What stands on the screen, by the service's number.
-    std::unordered_map<std::int64_t, NotificationRequest> m_onScreen;
+    std::unordered_map<std::int64_t, Shown> m_onScreen;
     TaskScope m_looks;
     TaskScope m_deliveries;
     PendingNotifications m_pending;
     Observation m_presence;
+    Observation m_tokens;
     Observation m_invocations;
     Observation m_closings;
 };

@@ -38,7 +38,9 @@ struct NotificationRequest {
 /// The notifications of this machine. What is pending belongs to this process, and goes with it. For the main thread.
 class LocalNotifications {
   public:
-    using ActionHandler = std::function<void(const NotificationRequest& request, const std::string& action)>;
+    /// The token is what the desktop wants to see of a window that comes to the front; empty where it gives none.
+    using ActionHandler = std::function<void(const NotificationRequest& request, const std::string& action,
+                                             const std::string& activationToken)>;
 
     virtual ~LocalNotifications() = default;
 

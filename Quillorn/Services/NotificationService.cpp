@@ -37,7 +37,7 @@ NotificationService::NotificationService(NotificationEnvironment environment, Ma
       m_context(context),
       m_background(background),
       m_actions(m_environment.notifications.observeActions(
-          [this](const NotificationRequest& request, const std::string& action) { perform(request, action); })) {}
+          [this](const auto& request, const auto& action, const auto& token) { perform(request, action, token); })) {}
 
 NotificationService::Wishes NotificationService::wishes() const {
     const Settings settings(m_environment.settings);
@@ -150,7 +150,8 @@ void NotificationService::add(NotificationRequest request) {
     }
 }
 
-void NotificationService::perform(const NotificationRequest& request, const std::string& action) {
+void NotificationService::perform(const NotificationRequest& request, const std::string& action,
+                                  const std::string& activationToken) {
     const auto found = request.userInfo.find("taskId");
     const auto id = found != request.userInfo.end() ? UUID::parse(found->second) : std::nullopt;
     ProjectTask* task = id ? m_context.context().find<ProjectTask>(*id) : nullptr;
@@ -162,7 +163,7 @@ void NotificationService::perform(const NotificationRequest& request, const std:
     } else if (action == startAction && onStart) {
         onStart(*task);
     } else if (action == openAction && onOpen) {
-        onOpen(*id);
+        onOpen(*id, activationToken);
     }
 }
 

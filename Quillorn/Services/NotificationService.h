@@ -42,8 +42,8 @@ class NotificationService {
     /// Context and background must outlive it.
     NotificationService(NotificationEnvironment environment, MainContext& context, Background& background);
 
-    /// What a click on the notification does; without it there is nothing to click on.
-    std::function<void(const UUID& task)> onOpen;
+    /// What a click on the notification does; without it there is nothing to click on. The token is for the window.
+    std::function<void(const UUID& task, const std::string& activationToken)> onOpen;
     /// Starts the timer on the task, and saves.
     std::function<void(ProjectTask& task)> onStart;
 
@@ -81,7 +81,7 @@ class NotificationService {
     Task<> rebuild();
     void replacePending(std::vector<NotificationRequest> requests);
     void add(NotificationRequest request);
-    void perform(const NotificationRequest& request, const std::string& action);
+    void perform(const NotificationRequest& request, const std::string& action, const std::string& activationToken);
 
     NotificationEnvironment m_environment;
     MainContext& m_context;

@@ -2,6 +2,8 @@
 
 #include "App/MachineServices.h"
 #include "App/WindowOnBus.h"
+#include "Desktop/ActivationToken.h"
+#include "Desktop/SingleInstance.h"
 #include "DesktopFixture.h"
 #include "Models/Settings.h"
 #include "Services/TimerService.h"
@@ -14,6 +16,7 @@
 #include <QDBusVirtualObject>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace quillorn {
 
@@ -267,13 +270,19 @@ TEST_F(AroundTest, notificationsLeadToTheirTask) {
     shell().world().machine()->notifications.add(
         {"due", "Task Due", "Write the offer", {{"taskId", task.id().string()}}, actions, Date()});
     ASSERT_TRUE(QTest::qWaitFor([&] { return desktop.calls.contains("Notify"); }));
-    const auto click = [&](const char* action) {
+    const auto click = [&](const char* action, const char* token) {
+        desktop.signal("/org/freedesktop/Notifications", notifications, "ActivationToken", {7U, token});
         desktop.signal("/org/freedesktop/Notifications", notifications, "ActionInvoked", {7U, action});
     };
-    click("default");
+    QString offered;
+    const QObject listener;
+    QObject::connect(&shell().window(), &QWindow::visibleChanged, &listener,
+                     [&] { offered = ActivationToken::ofStart(); });
+    click("default", "first");
     EXPECT_TRUE(QTest::qWaitFor([&] { return shell().window().isVisible(); }));
+    EXPECT_EQ(offered + ActivationToken::ofStart(), "first");
     EXPECT_EQ(shell().desk()->selectedTask().toStdString(), task.id().string());
-    click("done");
+    click("done", "");
     EXPECT_TRUE(QTest::qWaitFor([&] { return task.isCompleted(); }));
 
     // As in a server, beside which a window runs.
@@ -283,12 +292,41 @@ TEST_F(AroundTest, notificationsLeadToTheirTask) {
     desktop.says("Open", {});
     desktop.bus.registerService(windowbus::name);
     ASSERT_TRUE(QTest::qWaitFor([&] { return service.onOpen != nullptr; }));
-    click("default");
+    click("default", "second");
     ASSERT_TRUE(QTest::qWaitFor([&] { return desktop.calls.contains("Open"); }));
+    EXPECT_EQ(qdbus_cast<QVariantMap>(desktop.calls["Open"].arguments().value(1))["activation-token"], "second");
     EXPECT_EQ(desktop.calls["Open"].arguments().value(0).toStringList(),
               QStringList(toQString("quillorn://task/" + task.id().string())));
     desktop.bus.unregisterService(windowbus::name);
     EXPECT_TRUE(QTest::qWaitFor([&] { return service.onOpen == nullptr; }));
+}
+
+TEST_F(AroundTest, aSecondStartHandsOverWhatItWasGiven) {
+    desktop.says("ActivateAction", {});
+    ASSERT_TRUE(desktop.bus.registerService(windowbus::name));
+    std::optional<SingleInstance::Outcome> outcome;
+    std::thread second([&] {
+        const auto claimed = SingleInstance().claim({.quickAdd = true, .token = "1a"});
+        QMetaObject::invokeMethod(qApp, [&, claimed] { outcome = claimed; });
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return outcome.has_value(); }));
+    second.join();
+    EXPECT_EQ(outcome, SingleInstance::Outcome::handedOver);
+
+    desktop.bus.unregisterService(windowbus::name);
+    SingleInstance first;
+    EXPECT_EQ(first.claim({}), SingleInstance::Outcome::first);
+    QStringList tokens;
+    QObject::connect(&first, &SingleInstance::opened, [&](const auto&, const auto& token) { tokens << token; });
+    QObject::connect(&first, &SingleInstance::quickAddWanted, [&](const QString& token) { tokens << token; });
+    const QStringList addresses{"quillorn://a", "quillorn://b"};
+    desktop.reply(desktop.call(windowbus::name, windowbus::path, windowbus::interface, "Open",
+                               {addresses, QVariantMap{{"desktop-startup-id", "1b"}}}));
+    const QVariantList handedOver = desktop.calls["ActivateAction"].arguments();
+    desktop.reply(desktop.call(windowbus::name, windowbus::path, windowbus::interface, "ActivateAction",
+                               {handedOver[0], handedOver[1], qdbus_cast<QVariantMap>(handedOver[2])}));
+    EXPECT_EQ(tokens, QStringList({"1b", "", "1a"}));
+    QDBusConnection::sessionBus().unregisterService(windowbus::name);
 }
 
 TEST_F(AroundTest, otherProgramsFindTheServicesOnce) {

@@ -141,13 +141,13 @@ TEST_F(NotificationServiceTest, clicksDoWhatTheySay) {
     const auto task = [&]() -> ProjectTask& { return *context.find<ProjectTask>(id); };
     std::string started, opened;
     service.onStart = [&](const ProjectTask& chosen) { started = chosen.title(); };
-    service.onOpen = [&](const UUID& chosen) { opened = chosen.string(); };
+    service.onOpen = [&](const UUID& chosen, const std::string& token) { opened = chosen.string() + token; };
     service.schedule(task(), 8, 0);
     queue.advance(1h);
     for (const char* action : {"start", "default", "done"})
-        notifications.choose(action);
+        notifications.choose(action, "1a");
     EXPECT_EQ(started, "Offer");
-    EXPECT_EQ(opened, id.string());
+    EXPECT_EQ(opened, id.string() + "1a");
     EXPECT_EQ(task().completedAt(), clock.now());
     EXPECT_FALSE(context.hasChanges());
     queue.advance(1h);

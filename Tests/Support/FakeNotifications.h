@@ -42,7 +42,9 @@ class FakeNotifications final : public LocalNotifications {
         m_authorization = authorization;
         m_authorizationObservers.tell();
     }
-    void choose(const std::string& action) const { m_actionObservers.tell(shown.back(), action); }
+    void choose(const std::string& action, const std::string& token = {}) const {
+        m_actionObservers.tell(shown.back(), action, token);
+    }
 
     std::vector<NotificationRequest> shown;
     std::size_t removals = 0;
@@ -50,7 +52,7 @@ class FakeNotifications final : public LocalNotifications {
   private:
     NotificationAuthorization m_authorization = NotificationAuthorization::authorized;
     Observers<> m_authorizationObservers;
-    Observers<const NotificationRequest&, const std::string&> m_actionObservers;
+    Observers<const NotificationRequest&, const std::string&, const std::string&> m_actionObservers;
     PendingNotifications m_pending;
 };
 

@@ -112,7 +112,7 @@ double knownPass(const fs::path& folder, const Clock& clock, SystemLog& log) {
     const auto container = openContainer({.name = "Quillorn", .url = std::nullopt, .cloudContainerIdentifier = {}},
                                          {.random = random, .notifications = notifications}, log);
     const Calendar calendar("Europe/Berlin", "en_US");
-    VdirReminderStore store([&] { return folder / "calendars"; }, "Europe/Berlin", clock, log);
+    VdirReminderStore store([&] { return folder / "calendars"; }, [] { return "Europe/Berlin"; }, clock, log);
     Background background(loop);
     HttpClient client(loop);
     ReminderImportService service({clock, calendar, settings, loop, background, log, client, store},
@@ -144,7 +144,7 @@ int main() {
     StandardErrorLog log;
     const SystemClock clock;
     const auto makeStore = [&] {
-        return VdirReminderStore([&] { return folder / "calendars"; }, "Europe/Berlin", clock, log);
+        return VdirReminderStore([&] { return folder / "calendars"; }, [] { return "Europe/Berlin"; }, clock, log);
     };
     const auto read = [](VdirReminderStore& store) {
         const std::vector<ReminderList> all = store.lists();

@@ -1,6 +1,10 @@
 #include "App/MachineServices.h"
 
+#include "Platform/Calendar.h"
+#include "Platform/WakeSignals.h"
 #include "Store/MainContext.h"
+
+#include <utility>
 
 namespace quillorn {
 
@@ -12,6 +16,11 @@ MachineServices::MachineServices(const MachineSignals& machine, const Notificati
       m_othersChanges(context.observe([this](const ChangeSet& changes) {
           if (changes.includesOthers())
               m_syncMonitor.handleRemoteChange();
+      })),
+      m_timeZone(environment.calendar.timeZone()),
+      m_jumps(machine.wakeSignals.observe([this, &calendar = environment.calendar] {
+          if (std::exchange(m_timeZone, calendar.timeZone()) != calendar.timeZone())
+              m_notificationService.refreshAll(); // their moments are times of the wall's clock
       })) {}
 
 } // namespace quillorn

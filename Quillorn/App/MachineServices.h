@@ -29,6 +29,8 @@ class MachineServices {
     SyncMonitor m_syncMonitor;
     NotificationService m_notificationService;
     Observation m_othersChanges;
+    std::string m_timeZone;
+    Observation m_jumps;
 };
 
 } // namespace quillorn

@@ -40,7 +40,7 @@ std::unique_ptr<ReminderStore> makeReminderStore(SettingsStore& settings, const 
         const std::string chosen = Settings(settings).text(setting("reminderFolderPath"));
         return chosen.empty() ? paths.applicationSupport() / "calendars" : std::filesystem::path(chosen);
     };
-    return std::make_unique<VdirReminderStore>(root, calendar.timeZone(), clock, log);
+    return std::make_unique<VdirReminderStore>(root, [&calendar] { return calendar.timeZone(); }, clock, log);
 }
 
 } // namespace quillorn

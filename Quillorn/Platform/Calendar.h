@@ -3,11 +3,15 @@
 #include "Platform/Date.h"
 
 #include <chrono>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace quillorn {
+
+class FileWatch;
 
 /// The user's calendar: days, weeks and wall-clock texts in one time zone, with the system's zone rules, and the
 /// words of one locale. Safe to share between threads.
@@ -20,6 +24,8 @@ class Calendar {
     Calendar& operator=(Calendar&&) noexcept;
 
     const std::string& timeZone() const;
+    /// From here on all threads reckon in that zone. Throws as the constructor does, and keeps the former one then.
+    void setTimeZone(std::string_view timeZone);
 
     /// The civil day of `date`.
     std::chrono::year_month_day day(Date date) const;
@@ -55,8 +61,13 @@ class Calendar {
     std::unique_ptr<State> m_state;
 };
 
+inline constexpr auto systemTimeZoneFile = "/etc/localtime";
 /// The name of the user's time zone: TZ when it names one, else the system's, else "UTC".
-std::string currentTimeZone();
+std::string currentTimeZone(const std::filesystem::path& systemFile = systemTimeZoneFile);
+/// Calls `changed` on a thread of its own with the name of the user's time zone, whenever it may be another one, as
+/// long as the watch lives. Null when the system can't watch.
+std::unique_ptr<FileWatch> watchTimeZone(std::function<void(const std::string& name)> changed,
+                                         const std::filesystem::path& systemFile = systemTimeZoneFile);
 /// The user's locale from LC_ALL, LC_TIME or LANG, in ICU's form; "en_US" for none, "C" and "POSIX".
 std::string currentLocale();
 

@@ -111,10 +111,10 @@ struct VdirReminderStore::Entry {
     ToDo todo;
 };
 
-VdirReminderStore::VdirReminderStore(std::function<fs::path()> root, std::string_view timeZone, const Clock& clock,
-                                     SystemLog& log)
+VdirReminderStore::VdirReminderStore(std::function<fs::path()> root, std::function<std::string()> timeZone,
+                                     const Clock& clock, SystemLog& log)
     : m_root(std::move(root)),
-      m_zone(timeZone),
+      m_timeZone(std::move(timeZone)),
       m_clock(clock),
       m_log(log) {}
 
@@ -147,6 +147,10 @@ std::vector<ReminderList> VdirReminderStore::lists() {
 std::vector<Reminder> VdirReminderStore::openReminders(std::span<const ReminderList> lists) {
     std::vector<Reminder> found;
     const std::lock_guard lock(m_mutex);
+    if (const std::string zone = m_timeZone(); !m_zone || m_zone->name() != zone) {
+        m_zone = ZoneRules(zone);
+        m_known.clear();
+    }
     for (const ReminderList& list : lists)
         if (isListName(list.identifier))
             readList(list, found);
@@ -186,7 +190,7 @@ void VdirReminderStore::refresh(const fs::path& path, File& file) {
     try {
         const FileDescriptor opened = openFile(path, status);
         file.version = versionOf(status); // which is read once, also when that fails
-        file.todos = readToDos(contentOf(opened, status), m_zone);
+        file.todos = readToDos(contentOf(opened, status), *m_zone);
     } catch (const std::exception& error) {
         if (!file.version && ::stat(path.c_str(), &status) == 0)
             file.version = versionOf(status);
@@ -203,7 +207,7 @@ std::optional<VdirReminderStore::Entry> VdirReminderStore::find(const std::strin
     struct stat status{};
     const FileDescriptor file = openFile(path, status);
     std::string content = contentOf(file, status);
-    std::vector<ToDo> todos = readToDos(content, m_zone);
+    std::vector<ToDo> todos = readToDos(content, ZoneRules(m_timeZone()));
     for (std::size_t i = 0; i < todos.size(); ++i)
         if (keyOf(todos, i) == place->todo || (!place->todo.empty() && todos[i].uid == place->todo))
             return Entry{std::move(path), std::move(content), versionOf(status), std::move(todos[i])};

@@ -22,9 +22,9 @@ class SystemLog;
 /// that can't be read costs itself alone, and a line in the log for each of its versions.
 class VdirReminderStore final : public ReminderStore {
   public:
-    /// `root` is asked for the folder each time. Dates without a zone are those of `timeZone`.
-    VdirReminderStore(std::function<std::filesystem::path()> root, std::string_view timeZone, const Clock& clock,
-                      SystemLog& log);
+    /// `root` and `timeZone` are asked each time, for the folder and for the zone of dates that have none.
+    VdirReminderStore(std::function<std::filesystem::path()> root, std::function<std::string()> timeZone,
+                      const Clock& clock, SystemLog& log);
     ~VdirReminderStore() override;
 
     bool requestFullAccess() override;
@@ -43,10 +43,12 @@ class VdirReminderStore final : public ReminderStore {
     std::optional<Entry> find(const std::string& identifier) const;
 
     const std::function<std::filesystem::path()> m_root;
-    const ZoneRules m_zone;
+    const std::function<std::string()> m_timeZone;
     const Clock& m_clock;
     SystemLog& m_log;
-    std::mutex m_mutex;
+    std::mutex m_mutex; // guards the next
+    /// In which what is known was read.
+    std::optional<ZoneRules> m_zone;
     /// By the folder of the list, and the name.
     std::map<std::filesystem::path, Files> m_known;
 };

@@ -10,8 +10,8 @@ namespace quillorn {
 class Bus;
 class MainQueue;
 
-/// Tells on the main thread when time has jumped: the machine has slept, or its clock was set. Timers of a queue don't
-/// notice.
+/// Tells on the main thread when time has jumped: the machine has slept, its clock was set, or it went to another zone.
+/// Timers of a queue don't notice.
 class WakeSignals {
   public:
     virtual ~WakeSignals() = default;

@@ -1,6 +1,7 @@
 #include "Platform/ZoneRules.h"
 
 #include "Platform/Calendar.h"
+#include "Platform/FileWatch.h"
 
 #include <algorithm>
 #include <cctype>
@@ -62,7 +63,7 @@ ZoneRules::Reading ZoneRules::read(local_seconds time) const {
     return reading;
 }
 
-std::string currentTimeZone() {
+std::string currentTimeZone(const std::filesystem::path& systemFile) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     if (const char* value = std::getenv("TZ")) {
         std::string_view name = value;
@@ -74,8 +75,13 @@ std::string currentTimeZone() {
             return known;
     }
     std::error_code failed;
-    const std::string system = nameOf(std::filesystem::read_symlink("/etc/localtime", failed).string());
+    const std::string system = nameOf(std::filesystem::read_symlink(systemFile, failed).string());
     return isKnown(system) ? system : "UTC";
+}
+
+std::unique_ptr<FileWatch> watchTimeZone(std::function<void(const std::string& name)> changed,
+                                         const std::filesystem::path& systemFile) {
+    return watchFile(systemFile, [changed = std::move(changed), systemFile] { changed(currentTimeZone(systemFile)); });
 }
 
 } // namespace quillorn

@@ -2,6 +2,7 @@
 
 #include "App/NotificationTurn.h"
 #include "App/QuillornApp.h"
+#include "App/TimeJumps.h"
 #include "Models/ProjectTask.h"
 #include "Models/TimeEntry.h"
 #include "Platform/Calendar.h"
@@ -14,6 +15,7 @@
 #include "Support/FakePaths.h"
 #include "Support/ManualQueue.h"
 #include "Support/MemorySettings.h"
+#include "Support/ScopedEnvironment.h"
 #include "Support/TestRecords.h"
 #include "Support/TestStore.h"
 
@@ -113,6 +115,28 @@ TEST_F(MachineServiceTest, whatAnotherProcessWritesIsSeen) {
     queue.advance(24h);
     EXPECT_EQ(monitor.status().name(), "synced");
     EXPECT_EQ(formatISO8601(app->machineServices()->dayChangeObserver().currentDay()), "2026-01-16T00:00:00Z");
+}
+
+TEST_F(MachineServiceTest, anotherTimeZoneIsFollowed) {
+    const ScopedEnvironment noZone("TZ", std::nullopt);
+    const auto link = [&](const char* zone, const char* name) {
+        std::filesystem::create_symlink(std::string("/usr/share/zoneinfo/") + zone, folder.path() / name);
+    };
+    link("UTC", "localtime");
+    TimeJumps jumps(std::make_unique<FakeWakeSignals>(), queue, calendar, folder.path() / "localtime");
+    const Observation jump = jumps.observe([&] { wake.tell(); });
+    const auto app = launch();
+    ask(*app, &ReminderIntents::create,
+        CreateReminderParameters{.title = "Call",
+                                 .list = QuillornReminderList::inboxID(),
+                                 .dueDate = DateComponents::of(clock.now() + 24h, false, calendar)});
+    const std::size_t removals = desktop.removals;
+    link("Asia/Tokyo", "new");
+    std::filesystem::rename(folder.path() / "new", folder.path() / "localtime");
+    waitUntil([&] { return desktop.removals > removals; });
+    EXPECT_EQ(formatISO8601(app->machineServices()->dayChangeObserver().currentDay()), "2026-01-14T15:00:00Z");
+    queue.advance(12h + 1min);
+    EXPECT_EQ(desktop.shown.size(), 1U) << "at nine in Tokyo";
 }
 
 TEST_F(MachineServiceTest, oneProcessShowsUntilItCanNotAnyMore) {

@@ -40,7 +40,8 @@ struct RealReminders {
     TemporaryFolder folder;
     FakeClock clock;
     RecordingLog log;
-    VdirReminderStore store{[this] { return root(); }, "Europe/Berlin", clock, log};
+    std::string zone = "Europe/Berlin";
+    VdirReminderStore store{[this] { return root(); }, [this] { return zone; }, clock, log};
 };
 
 struct MadeUpReminders {
@@ -137,6 +138,19 @@ TEST(VdirReminderStore, takesFoldersAsTheyAre) {
     for (const char* bad :
          {"", "x-3", "x-3/two.txt", "../calendars/x-3/two.ics", "x-3/../x-1/a.ics", "x-3/two.ics", "x-3/two.ics\nz"})
         EXPECT_FALSE(source.store.reminder(bad)) << bad;
+}
+
+TEST(VdirReminderStore, readsTimesInTheZoneWhereTheUserIs) {
+    RealReminders source;
+    source.write("Home/a.ics", fileOf("a", "Milk", "DUE:20260115T120000\n"));
+    const std::vector<ReminderList> lists = source.store.lists();
+    for (const auto& [zone, due] :
+         {std::pair("Europe/Berlin", "2026-01-15T11:00:00Z"), {"Asia/Tokyo", "2026-01-15T03:00:00Z"}}) {
+        source.zone = zone;
+        const Reminder found = source.store.openReminders(lists).at(0);
+        EXPECT_EQ(formatISO8601(found.dueDate.value()), due);
+        EXPECT_EQ(source.store.reminder(found.calendarItemIdentifier)->dueDate, found.dueDate);
+    }
 }
 
 TEST(VdirReminderStore, keepsTheModeAndTakesTheLatestContent) {

@@ -1,6 +1,7 @@
 #include "Platform/HttpClient.h"
 
-#include "Platform/MainQueue.h"
+#include "Platform/HttpAddress.h"
+#include "Platform/HttpDelivery.h"
 
 #include <algorithm>
 #include <array>
@@ -25,38 +26,6 @@ struct Releaser {
 using EasyHandle = std::unique_ptr<CURL, Releaser<curl_easy_cleanup>>;
 using MultiHandle = std::unique_ptr<CURLM, Releaser<curl_multi_cleanup>>;
 using HeaderList = std::unique_ptr<curl_slist, Releaser<curl_slist_free_all>>;
-using URLHandle = std::unique_ptr<CURLU, Releaser<curl_url_cleanup>>;
-
-std::string partOf(CURLU* url, CURLUPart part) {
-    char* text = nullptr;
-    if (curl_url_get(url, part, &text, CURLU_DEFAULT_PORT) != CURLUE_OK)
-        return {};
-    const std::unique_ptr<char, Releaser<curl_free>> owned(text);
-    return text;
-}
-
-/// Null for what is no address of a web server. Names and passwords in it would be sent as a header of their own, and
-/// behind three slashes the library takes the path for the host.
-URLHandle parseURL(const std::string& text) {
-    URLHandle url(curl_url());
-    if (!url || text.find(":///") != std::string::npos ||
-        curl_url_set(url.get(), CURLUPART_URL, text.c_str(), CURLU_DISALLOW_USER) != CURLUE_OK ||
-        text.find('\0') != std::string::npos)
-        return nullptr;
-    const std::string scheme = partOf(url.get(), CURLUPART_SCHEME);
-    return scheme == "http" || scheme == "https" ? std::move(url) : nullptr;
-}
-
-/// The address that `location` means for the answer of `url`, where it is on the same server.
-std::optional<std::string> redirected(const std::string& url, const std::string& location) {
-    const URLHandle from = parseURL(url);
-    const URLHandle to = parseURL(url);
-    if (!from || !to || curl_url_set(to.get(), CURLUPART_URL, location.c_str(), CURLU_DISALLOW_USER) != CURLUE_OK)
-        return std::nullopt;
-    const auto isSame = [&](CURLUPart part) { return partOf(from.get(), part) == partOf(to.get(), part); };
-    const bool staysThere = isSame(CURLUPART_SCHEME) && isSame(CURLUPART_HOST) && isSame(CURLUPART_PORT);
-    return staysThere ? std::optional(partOf(to.get(), CURLUPART_URL)) : std::nullopt;
-}
 
 bool hasControlCharacter(std::string_view text) {
     return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
@@ -100,23 +69,16 @@ std::size_t guarded(std::size_t count, std::string& failure, const Work& work) {
 
 } // namespace
 
-/// One call. What belongs to the main thread, what to the thread of the transfers, and what they hand over.
-class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Transfer> {
+/// One call, as the thread of the transfers has it.
+class HttpClient::Transfer final : public HttpDelivery {
   public:
     Transfer(std::shared_ptr<Engine> engine, MainQueue& queue, HttpCall call, HttpCallHandlers handlers)
-        : m_engine(std::move(engine)),
-          m_queue(queue),
-          m_call(std::move(call)),
-          m_byLines(handlers.onLine != nullptr),
-          m_handlers(std::move(handlers)) {}
+        : HttpDelivery(queue, std::move(handlers), call.timeout),
+          m_engine(std::move(engine)),
+          m_call(std::move(call)) {}
 
-    // On the main thread.
-    void armTimer();
-    void end();
-    void cancel();
-    bool isOver() const { return m_isOver; }
+    void cancel() override; // on the main thread
 
-    // On the thread of the transfers.
     CURL* makeHandle();
     CURL* handle() const { return m_handle.get(); }
     void releaseHandle() { m_handle.reset(); }
@@ -126,39 +88,13 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     void fail(HttpFailure failure);
 
   private:
-    struct Inbox {
-        std::optional<int> status;
-        std::string body; // of what comes by lines, what has come
-        bool isEnded = false;
-        std::optional<HttpFailure> failure;
-        bool isPosted = false;
-    };
-
-    void drain();
-    void tell(Inbox& news);
-    void tellLines(std::string_view bytes);
-    void timeOut();
-    template <typename Change>
-    void handOver(const Change& change);
-
     static std::size_t takeHeader(char* bytes, std::size_t size, std::size_t count, void* transfer);
     static std::size_t takeBody(char* bytes, std::size_t size, std::size_t count, void* transfer);
     void readHeader(std::string_view line);
     void readBody(std::string_view bytes);
 
     const std::shared_ptr<Engine> m_engine;
-    MainQueue& m_queue;
     HttpCall m_call;
-    const bool m_byLines;
-
-    // The main thread's.
-    HttpCallHandlers m_handlers;
-    std::optional<MainQueue::TimerId> m_timer;
-    bool m_isOver = false;
-    bool m_isTelling = false;
-    std::string m_line; // that has no end yet
-
-    // The other thread's.
     EasyHandle m_handle;
     HeaderList m_headers;
     std::array<char, CURL_ERROR_SIZE> m_errorText{};
@@ -169,9 +105,6 @@ class HttpClient::Transfer : public std::enable_shared_from_this<HttpClient::Tra
     std::string m_received;              // the body so far, where it is taken as a whole
     std::size_t m_receivedTotal = 0;
     std::string m_failure; // found by ourselves in the middle of an answer
-
-    std::mutex m_mutex; // guards m_inbox
-    Inbox m_inbox;
 };
 
 /// The thread of the transfers and its work.
@@ -207,90 +140,11 @@ class HttpClient::Engine : public std::enable_shared_from_this<HttpClient::Engin
     Transfers m_running;
 };
 
-// Transfer, on the main thread
-
-void HttpClient::Transfer::armTimer() {
-    if (m_timer)
-        m_queue.cancel(*m_timer);
-    m_timer = m_queue.after(m_call.timeout, [transfer = weak_from_this()] {
-        if (const auto self = transfer.lock())
-            self->timeOut();
-    });
-}
-
-void HttpClient::Transfer::end() {
-    if (std::exchange(m_isOver, true))
-        return;
-    if (m_timer)
-        m_queue.cancel(*m_timer);
-    if (!m_isTelling)
-        m_handlers = {}; // what they hold belongs to this thread
-}
+// Transfer
 
 void HttpClient::Transfer::cancel() {
-    m_engine->cancel(shared_from_this());
+    m_engine->cancel(std::static_pointer_cast<Transfer>(shared_from_this()));
 }
-
-void HttpClient::Transfer::timeOut() {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_inbox.isPosted) {
-            m_inbox.isEnded = true;
-            m_inbox.failure = HttpFailure("The request timed out.");
-        } // else the server has spoken, and we have not come to it yet
-    }
-    drain();
-}
-
-void HttpClient::Transfer::drain() {
-    if (m_isOver)
-        return;
-    Inbox news;
-    {
-        const std::lock_guard lock(m_mutex);
-        news = std::exchange(m_inbox, {});
-    }
-    armTimer();
-    m_isTelling = true;
-    try {
-        tell(news);
-    } catch (...) {
-        m_isTelling = false;
-        cancel();
-        m_handlers = {};
-        throw; // to the queue, which reports it
-    }
-    m_isTelling = false;
-    if (m_isOver)
-        m_handlers = {};
-}
-
-void HttpClient::Transfer::tell(Inbox& news) {
-    if (news.status && m_handlers.onStatus)
-        m_handlers.onStatus(*news.status);
-    if (m_byLines)
-        tellLines(std::exchange(news.body, {}));
-    if (news.isEnded && !news.failure && !m_line.empty() && !m_isOver)
-        m_handlers.onLine(m_line);
-    if (!news.isEnded || m_isOver)
-        return;
-    cancel();
-    m_handlers.onEnd(news.failure, std::move(news.body));
-}
-
-void HttpClient::Transfer::tellLines(std::string_view bytes) {
-    for (std::size_t end = bytes.find('\n'); end != std::string_view::npos && !m_isOver; end = bytes.find('\n')) {
-        m_line += bytes.substr(0, end);
-        if (m_line.ends_with('\r'))
-            m_line.pop_back();
-        m_handlers.onLine(m_line);
-        m_line.clear();
-        bytes.remove_prefix(end + 1);
-    }
-    m_line += bytes;
-}
-
-// Transfer, on the thread of the transfers
 
 CURL* HttpClient::Transfer::makeHandle() {
     m_handle.reset(curl_easy_init());
@@ -318,17 +172,6 @@ CURL* HttpClient::Transfer::makeHandle() {
         curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_call.body.size()));
     }
     return curl;
-}
-
-template <typename Change>
-void HttpClient::Transfer::handOver(const Change& change) {
-    {
-        const std::lock_guard lock(m_mutex);
-        change(m_inbox);
-        if (std::exchange(m_inbox.isPosted, true))
-            return;
-    }
-    m_queue.post([self = shared_from_this()] { self->drain(); });
 }
 
 std::size_t HttpClient::Transfer::takeHeader(char* bytes, std::size_t, std::size_t count, void* transfer) {
@@ -359,7 +202,7 @@ void HttpClient::Transfer::readHeader(std::string_view line) {
         return handOver([](Inbox&) {});
     const bool isRedirect = status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
     if (isRedirect && !m_location.empty() && !m_call.isDirect)
-        m_target = redirected(m_call.url, m_location);
+        m_target = redirectedAddress(m_call.url, m_location);
     if (m_target)
         return handOver([](Inbox&) {});
     if (!std::exchange(m_hasAnswer, true)) // lines behind the body look the same
@@ -559,15 +402,14 @@ HttpClient::~HttpClient() {
 }
 
 HttpClient::Running HttpClient::start(HttpCall call, HttpCallHandlers handlers) {
-    if (!parseURL(call.url))
+    if (!hostOfAddress(call.url))
         throw InvalidURL();
     checkHeaders(call);
     return Running(m_engine->start(std::move(call), std::move(handlers)));
 }
 
 std::optional<std::string> HttpClient::hostOf(const std::string& url) {
-    const URLHandle parsed = parseURL(url);
-    return parsed ? std::optional(partOf(parsed.get(), CURLUPART_HOST)) : std::nullopt;
+    return hostOfAddress(url);
 }
 
 } // namespace quillorn

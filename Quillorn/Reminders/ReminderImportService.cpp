@@ -2,16 +2,13 @@
 
 #include "AI/AIServiceError.h"
 #include "AI/JsonExtraction.h"
-#include "Models/Client.h"
-#include "Models/Project.h"
-#include "Models/ProjectTask.h"
 #include "Models/Settings.h"
 #include "Platform/AtomicFile.h"
 #include "Platform/Background.h"
 #include "Platform/Clock.h"
 #include "Platform/ReminderStore.h"
 #include "Platform/SystemLog.h"
-#include "Store/ModelContext.h"
+#include "Reminders/OrNothing.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -35,55 +32,6 @@ constexpr const char* notConfigured = "AI endpoint not configured (Settings → 
 std::optional<Date> storedDate(SettingsStore& store) {
     const Json value = Settings(store).value(setting("reminderImportLastRun"));
     return value.asString() ? parseISO8601(*value.asString()) : std::nullopt;
-}
-
-/// What is not there counts as nothing.
-template <typename Read>
-auto orNothing(const Read& read) -> decltype(read()) {
-    try {
-        return read();
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
-std::vector<ReminderImportProject> activeProjects(ModelContainer& container) {
-    ModelContext context(container);
-    std::vector<ReminderImportProject> projects;
-    for (const Project* project : context.fetch<Project>())
-        if (!project->isHidden())
-            projects.push_back({project->id(), project->name(), project->client() ? project->client()->name() : "",
-                                project->projectDescription().value_or("")});
-    return projects;
-}
-
-std::vector<OpenTask> openTasks(ModelContainer& container) {
-    ModelContext context(container);
-    std::vector<OpenTask> tasks;
-    for (const ProjectTask* task : context.fetch<ProjectTask>({.where = "completedAt IS NULL"}))
-        tasks.emplace_back(task->project() ? std::optional(task->project()->id()) : std::nullopt, task->title());
-    return tasks;
-}
-
-/// The open reminders of those lists that are not in the ledger.
-std::vector<ReminderItem> readOpen(const std::vector<std::string>& titles, const ReminderRecords& records,
-                                   ReminderStore& store, const std::optional<std::vector<ReminderItem>>& demo) {
-    const auto isWanted = [&](const std::string& title) {
-        return std::find(titles.begin(), titles.end(), title) != titles.end();
-    };
-    std::vector<ReminderItem> items;
-    if (demo) {
-        std::copy_if(demo->begin(), demo->end(), std::back_inserter(items),
-                     [&](const ReminderItem& item) { return isWanted(item.listName); });
-    } else {
-        std::vector<ReminderList> lists = store.lists();
-        std::erase_if(lists, [&](const ReminderList& each) { return !isWanted(each.title); });
-        if (!lists.empty())
-            for (const Reminder& reminder : store.openReminders(lists))
-                items.push_back(ReminderItem::of(reminder));
-    }
-    std::erase_if(items, [&](const ReminderItem& item) { return records.ledger.contains(item.id); });
-    return items;
 }
 
 /// Waits until no other process imports.
@@ -229,7 +177,7 @@ Task<std::optional<std::string>> ReminderImportService::pass() {
         settlePending(*container, *memory);
     };
     co_await m_environment.background.run(std::move(settle));
-    Gathered gathered = co_await gather(scan.lists);
+    GatheredReminders gathered = co_await gather(scan.lists);
     scan.openIDs = std::move(gathered.openIDs);
     const std::vector<ReminderItem>& fresh = gathered.reminders.fresh;
     const std::size_t known = gathered.reminders.known.size();
@@ -269,42 +217,18 @@ Task<bool> ReminderImportService::ensureAccess() {
 }
 
 Task<std::vector<std::string>> ReminderImportService::listNames() {
-    auto read = [&store = m_environment.reminders, demo = demoReminders](const std::stop_token&) {
-        std::set<std::string> titles;
-        if (demo)
-            for (const ReminderItem& item : *demo)
-                titles.insert(item.listName);
-        else
-            for (const ReminderList& list : store.lists())
-                titles.insert(list.title);
-        return std::vector<std::string>(titles.begin(), titles.end());
-    };
+    auto read = [reading = reading()](const std::stop_token&) { return reading.listNames(); };
     return m_environment.background.run(std::move(read));
 }
 
 Task<std::vector<ReminderItem>> ReminderImportService::openReminders(std::vector<std::string> lists) {
-    auto read = [lists = std::move(lists), memory = m_memory, &store = m_environment.reminders,
-                 demo = demoReminders](const std::stop_token&) {
-        const auto records = memory->read();
-        return readOpen(lists, *records, store, demo);
-    };
+    auto read = [lists = std::move(lists), reading = reading()](const std::stop_token&) { return reading.open(lists); };
     return m_environment.background.run(std::move(read));
 }
 
-Task<ReminderImportService::Gathered> ReminderImportService::gather(std::vector<std::string> lists) {
-    auto read = [lists = std::move(lists), memory = m_memory, &store = m_environment.reminders, demo = demoReminders,
-                 container = m_container](const std::stop_token&) {
-        Gathered gathered;
-        const auto records = memory->read();
-        const std::vector<ReminderItem> items = readOpen(lists, *records, store, demo);
-        for (const ReminderItem& item : items)
-            gathered.openIDs.insert(item.id);
-        gathered.reminders = partitionKnown(items, records->skipped);
-        if (!container || gathered.reminders.fresh.empty())
-            return gathered;
-        gathered.projects = orNothing([&] { return activeProjects(*container); });
-        gathered.openTasks = orNothing([&] { return openTasks(*container); });
-        return gathered;
+Task<GatheredReminders> ReminderImportService::gather(std::vector<std::string> lists) {
+    auto read = [lists = std::move(lists), reading = reading()](const std::stop_token&) {
+        return reading.gather(lists);
     };
     return m_environment.background.run(std::move(read));
 }
@@ -340,7 +264,7 @@ Task<ReminderScan> ReminderImportService::scan(std::vector<std::string> lists) {
     setPhase("Reading reminders…");
     std::exception_ptr failure;
     try {
-        Gathered gathered = co_await gather(std::move(lists));
+        GatheredReminders gathered = co_await gather(std::move(lists));
         scan.openIDs = std::move(gathered.openIDs);
         const std::vector<ReminderItem>& fresh = gathered.reminders.fresh;
         const std::vector<ReminderDecision> decisions = co_await decide(fresh, gathered.projects);

@@ -5,9 +5,7 @@
 #include "Platform/MainQueue.h"
 #include "Platform/Observers.h"
 #include "Platform/Task.h"
-#include "Reminders/ReminderApply.h"
-#include "Reminders/ReminderMemory.h"
-#include "Reminders/ReminderTriage.h"
+#include "Reminders/ReminderReading.h"
 
 #include <chrono>
 #include <filesystem>
@@ -108,25 +106,19 @@ class ReminderImportService {
     Task<> refresh();
 
   private:
-    /// What a pass and a review go by.
-    struct Gathered {
-        ReminderPartition reminders;
-        std::set<std::string> openIDs;
-        std::vector<ReminderImportProject> projects;
-        std::vector<OpenTask> openTasks;
-    };
     class Run;
 
     void tick();
     /// The result in words; absent when another process imports.
     Task<std::optional<std::string>> pass();
-    Task<Gathered> gather(std::vector<std::string> lists);
+    Task<GatheredReminders> gather(std::vector<std::string> lists);
     Task<std::vector<ReminderDecision>> decide(std::vector<ReminderItem> items,
                                                std::vector<ReminderImportProject> projects);
     Task<ApplyResult> applyAndRemember(std::vector<ReminderImportRow> rows, bool complete, ReminderScan scan);
     void finishRun(std::string words);
     void setPhase(std::optional<std::string> words);
     void setSkippedCount(std::size_t count);
+    ReminderReading reading() const { return {m_container, m_memory, m_environment.reminders, demoReminders}; }
     std::filesystem::path lockFile() const { return m_memory->file().string() + "-import"; }
 
     const ReminderImportEnvironment m_environment;

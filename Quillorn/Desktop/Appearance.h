@@ -31,7 +31,8 @@ class Appearance final : public QObject {
   Q_SIGNALS:
     void changed();
 
-  private Q_SLOTS:
+  public Q_SLOTS:
+    /// The desktop says what one of its settings is.
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:

@@ -1,14 +1,16 @@
-// Draws the window's screens into files, for people to look at: DesktopPictures FOLDER [light|dark] draws all of them
-// on the user's store, DesktopPictures --readme FOLDER those of the README on the sample.
+// Draws the window's screens into files, for people to look at; the usage below says how.
 
 #include "Desktop/Shell.h"
 #include "Models/Project.h"
 #include "Models/ProjectTask.h"
 #include "Platform/SystemLog.h"
 
+#include <QDBusVariant>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <algorithm>
 #include <iostream>
@@ -25,32 +27,48 @@ void settle() {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
 }
 
-void takeAll(Shell& shell, const QDir& folder, bool isDark) {
-    shell.window().resize(1280, 800);
+constexpr auto usage = "DesktopPictures FOLDER [light|dark] [high-contrast] [right-to-left] [sample] [WIDTHxHEIGHT]\n"
+                       "    all screens on the user's store, or on the sample\n"
+                       "DesktopPictures --readme FOLDER\n"
+                       "    those of the README\n";
+
+/// As the desktop says it.
+void askForHighContrast(QQuickWindow& window) {
+    const QVariant look = qmlEngine(&window)->rootContext()->contextProperty("Look");
+    look.value<Appearance*>()->settingChanged("org.freedesktop.appearance", "contrast", QDBusVariant(1U));
+}
+
+/// The window in front.
+QQuickWindow& front(Shell& shell) {
+    for (QWindow* each : QGuiApplication::allWindows())
+        if (auto* window = qobject_cast<QQuickWindow*>(each);
+            window != nullptr && window->isVisible() && window != &shell.window())
+            return *window;
+    return shell.window();
+}
+
+void takeAll(Shell& shell, const QDir& folder) {
     int number = 0;
     const auto take = [&](const QString& name) {
         settle();
-        shell.window().grabWindow().save(folder.filePath(
-            QString("%1-%2-%3.png").arg(++number, 2, 10, QChar('0')).arg(name, isDark ? "dark" : "light")));
+        front(shell).grabWindow().save(
+            folder.filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(name)));
     };
     DesktopApp& desk = *shell.desk();
-    for (const char* command : {"showToday", "showUpcoming", "showAllTasks"}) {
-        desk.command(command);
-        take(command);
-    }
     QAbstractItemModel& rows = *qobject_cast<SidebarScreen*>(desk.sidebar())->rows();
-    for (int row = 0; row < rows.rowCount() && row < 40; ++row) {
+    QStringList taken; // a client and a project are enough
+    for (int row = 0; row < rows.rowCount() && taken.size() < 2; ++row) {
         desk.selectRow(row);
-        if (auto* record = qobject_cast<RecordScreen*>(desk.record())) {
+        auto* record = qobject_cast<RecordScreen*>(desk.record());
+        if (record == nullptr) {
+            take(desk.title());
+        } else if (!taken.contains(desk.column())) {
+            taken << desk.column();
             for (const QVariant& tab : record->tabs()) {
                 record->setTab(tab.toMap()["tag"].toString());
-                take(desk.title().replace('/', '-') + "-" + record->tab());
+                take(desk.column() + "-" + record->tab());
             }
-        } else {
-            take(desk.title().replace('/', '-'));
         }
-        if (row > 14)
-            break;
     }
     desk.command("showToday");
     settle();
@@ -63,8 +81,23 @@ void takeAll(Shell& shell, const QDir& folder, bool isDark) {
             break;
         }
     take("task");
-    desk.command("newTask");
-    take("new-task");
+    for (const char* sheet : {"newTask", "newProject", "logTime", "goTo", "showKeys", "importReminders"}) {
+        desk.command(sheet);
+        take(sheet);
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
+        QCoreApplication::sendEvent(&shell.window(), &escape);
+    }
+    desk.command("quickAdd");
+    take("quickAdd");
+    desk.closeQuickAdd();
+    desk.command("settings");
+    settle();
+    front(shell).resize(front(shell).minimumSize().expandedTo(shell.window().size() / 2));
+    auto& tabs = *qobject_cast<SettingsTabsScreen*>(desk.settingsTabs());
+    for (int tab = 0; tab < tabs.tabs().size(); ++tab) {
+        tabs.select(tab);
+        take("settings-" + tabs.tabs()[tab].toMap()["label"].toString());
+    }
 }
 
 void takeForReadme(const QDir& folder, bool isDark, SystemLog& log) {
@@ -103,9 +136,10 @@ void takeForReadme(const QDir& folder, bool isDark, SystemLog& log) {
 int run(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     if (words.empty() || (words[0] == "--readme" && words.size() < 2)) {
-        std::cerr << "DesktopPictures FOLDER [light|dark] | --readme FOLDER\n";
+        std::cerr << usage;
         return 2;
     }
+    const auto wants = [&](std::string_view word) { return std::ranges::find(words, word) != words.end(); };
     Shell::prepare();
     int one = 1;
     QGuiApplication application(one, arguments);
@@ -115,9 +149,16 @@ int run(int count, char** arguments) {
             takeForReadme(QDir(arguments[2]), isDark, log);
         return 0;
     }
-    const bool isDark = words.size() > 1 && words[1] == "dark";
-    Shell shell(ProcessInfo::of(one, arguments), isDark ? Appearance::Scheme::dark : Appearance::Scheme::light, log);
-    takeAll(shell, QDir(arguments[1]), isDark);
+    if (wants("right-to-left"))
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    const SampleStore sample;
+    Shell shell(ProcessInfo::of(one, arguments), wants("dark") ? Appearance::Scheme::dark : Appearance::Scheme::light,
+                log, wants("sample") ? &sample : nullptr);
+    if (wants("high-contrast"))
+        askForHighContrast(shell.window());
+    const QStringList size = QString(arguments[count - 1]).split('x');
+    shell.window().resize(size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt()) : QSize(1280, 800));
+    takeAll(shell, QDir(arguments[1]));
     return 0;
 }
 

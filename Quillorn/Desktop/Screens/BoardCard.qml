@@ -26,7 +26,6 @@ Rectangle {
     color: Theme.window
     border.color: isShown || isFocused ? Theme.accent : Theme.line
     border.width: isFocused ? 2 : 1
-    opacity: isCompleted ? 0.65 : 1
     Accessible.role: Accessible.ListItem
     Accessible.focusable: true
     Accessible.name: [title, due].filter(word => word).join(", ")
@@ -60,6 +59,8 @@ Rectangle {
                 Layout.fillWidth: true
                 text: root.title
                 font.weight: Font.Medium
+                font.strikeout: root.isCompleted
+                color: root.isCompleted ? Theme.tertiaryText : Theme.text
                 wrapMode: Text.Wrap
                 maximumLineCount: 3
                 elide: Text.ElideRight

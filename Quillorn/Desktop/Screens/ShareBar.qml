@@ -39,7 +39,7 @@ ColumnLayout {
         Layout.fillWidth: true
         implicitHeight: 6
         radius: 3
-        color: Theme.line
+        color: Theme.track
 
         Rectangle {
             width: Math.max(0, Math.min(1, root.share)) * parent.width

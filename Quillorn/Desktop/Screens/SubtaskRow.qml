@@ -28,7 +28,7 @@ ItemDelegate {
                 SymbolIcon {
                     anchors.centerIn: parent
                     name: root.isCompleted ? "checkmark.circle.fill" : "circle"
-                    color: root.isCompleted ? Theme.fill : Theme.edge
+                    color: root.isCompleted ? Theme.accent : Theme.edge
                 }
             }
             background: FocusFrame {}

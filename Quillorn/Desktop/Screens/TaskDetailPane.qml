@@ -97,7 +97,7 @@ Item {
                             SymbolIcon {
                                 anchors.centerIn: parent
                                 name: root.task?.words.isCompleted ? "checkmark.circle.fill" : "circle"
-                                color: root.task?.words.isCompleted ? Theme.fill : root.task?.words.isOverdue ? Theme.red : Theme.edge
+                                color: root.task?.words.isCompleted ? Theme.accent : root.task?.words.isOverdue ? Theme.red : Theme.edge
                                 size: 20
                             }
                         }

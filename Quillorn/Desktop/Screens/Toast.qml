@@ -22,7 +22,7 @@ Rectangle {
     implicitWidth: Math.min(row.implicitWidth + 28, (parent?.width ?? 600) - 40)
     implicitHeight: 40
     radius: Theme.rowRadius
-    color: Theme.isDark ? "#E4E4EA" : "#2C2D33"
+    color: Theme.inverse
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text
 
@@ -50,7 +50,7 @@ Rectangle {
             visible: root.action !== ""
             text: root.action
             flat: true
-            tone: Theme.isDark ? "#3442B4" : "#B4BCFF"
+            tone: Theme.inverseAccent
             onClicked: {
                 root.visible = false;
                 root.acted();

@@ -18,5 +18,7 @@ T.MenuBarItem {
     background: Rectangle {
         radius: 5
         color: control.highlighted ? Theme.selected : "transparent"
+        border.width: control.highlighted ? Theme.outline : 0
+        border.color: Theme.text
     }
 }

@@ -11,11 +11,11 @@ T.ProgressBar {
             width: control.visualPosition * parent.width
             height: parent.height
             radius: 3
-            color: Theme.fill
+            color: Theme.accent
         }
     }
     background: Rectangle {
         radius: 3
-        color: Theme.line
+        color: Theme.track
     }
 }

@@ -3,7 +3,7 @@ import QtQuick
 /// The ground of what stands over the window, with a shadow of rings, for the software renderer knows no blur.
 Rectangle {
     radius: Theme.rowRadius
-    color: Theme.isDark ? "#2A2B31" : "#FFFFFF"
+    color: Theme.surface
     border.color: Theme.isHighContrast ? Theme.text : Theme.isDark ? "#45464F" : "#D5D5DC"
 
     Repeater {

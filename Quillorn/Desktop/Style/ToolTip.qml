@@ -20,6 +20,6 @@ T.ToolTip {
     }
     background: Rectangle {
         radius: 5
-        color: Theme.isDark ? "#E4E4EA" : "#33343B"
+        color: Theme.inverse
     }
 }

@@ -125,7 +125,8 @@ ColumnLayout {
             text: root.settings.mcpEndpoint
         }
     }
-    RowLayout {
+    Flow {
+        Layout.fillWidth: true
         spacing: 8
 
         Button {

@@ -73,10 +73,12 @@ Item {
                     ToolTip.delay: 600
                 }
             }
-            RowLayout {
+            GridLayout {
                 Layout.fillWidth: true
                 Layout.bottomMargin: 8
-                spacing: 12
+                columns: list.width > 560 * Theme.textScale ? 3 : 1
+                columnSpacing: 12
+                rowSpacing: 12
                 visible: list.count > 0
 
                 FigureCard {
@@ -90,11 +92,13 @@ Item {
                 }
                 Card {
                     Layout.fillWidth: true
+                    Layout.fillHeight: true
                     Layout.preferredWidth: 4
                     title: root.activity?.words.sevenDaysLabel ?? ""
 
                     BarChart {
                         Layout.fillWidth: true
+                        Layout.fillHeight: true
                         Layout.preferredHeight: 110
                         bars: root.activity?.header.days ?? []
                     }

@@ -21,13 +21,16 @@ ColumnLayout {
     }
     FormRow {
         label: root.settings.words.folderLabel
-        help: root.settings.words.tip
 
         Label {
             Layout.fillWidth: true
             text: root.settings.folder
             elide: Text.ElideMiddle
         }
+    }
+    FormRow {
+        help: root.settings.words.tip
+
         Button {
             text: root.settings.words.chooseButton
             onClicked: folders.open()

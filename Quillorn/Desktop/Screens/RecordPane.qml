@@ -37,6 +37,7 @@ ColumnLayout {
 
                     text: modelData.label
                     icon.name: modelData.symbol
+                    display: root.width < 480 * Theme.textScale ? TabButton.TextOnly : TabButton.TextBesideIcon
                     checked: modelData.tag === root.tab
                     onClicked: root.record.tab = modelData.tag
                 }

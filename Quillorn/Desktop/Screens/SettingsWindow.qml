@@ -75,6 +75,7 @@ ApplicationWindow {
                 x: 24
                 y: 24
                 width: scroll.availableWidth - 48
+                height: item?.implicitHeight ?? 0
                 sourceComponent: [general, api, sync, backup, notifications, ai, reminders][Desk.settingsTabs.selected] ?? null
             }
         }

@@ -23,7 +23,8 @@ Dialog {
         ColumnLayout {
             id: column
 
-            width: parent.width
+            // Beside the bar, where there is one.
+            width: parent.width - (implicitHeight > 520 || implicitHeight > root.availableHeight ? 14 : 0)
             spacing: 12
         }
     }

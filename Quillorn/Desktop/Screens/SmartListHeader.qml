@@ -7,6 +7,7 @@ ColumnLayout {
     id: root
 
     property var dashboard: ({})
+    readonly property bool isNarrow: width < 440 * Theme.textScale
     readonly property bool isShown: dashboard.hero !== undefined
 
     spacing: 12
@@ -31,7 +32,7 @@ ColumnLayout {
                 readonly property bool isHero: index === 0
 
                 Layout.fillWidth: true
-                Layout.preferredWidth: isHero ? 3 : 2
+                Layout.preferredWidth: isHero && !root.isNarrow ? 3 : 2
                 implicitHeight: Math.round(72 * Theme.textScale)
                 radius: Theme.cardRadius
                 color: isHero ? Theme.fill : Theme.card
@@ -45,6 +46,7 @@ ColumnLayout {
                     spacing: 12
 
                     Rectangle {
+                        visible: !root.isNarrow
                         implicitWidth: 36
                         implicitHeight: 36
                         radius: 8

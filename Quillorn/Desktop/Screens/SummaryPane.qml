@@ -43,9 +43,11 @@ ScrollView {
                 font.weight: Font.DemiBold
                 Accessible.role: Accessible.Heading
             }
-            RowLayout {
+            GridLayout {
                 Layout.fillWidth: true
-                spacing: 12
+                columns: Math.max(2, Math.min(root.tiles.length, Math.floor(root.availableWidth / 160)))
+                columnSpacing: 12
+                rowSpacing: 12
 
                 LayoutRepeater {
                     model: root.tiles.length

@@ -11,8 +11,9 @@ T.ComboBox {
     rightPadding: 28
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
+    Accessible.onPressAction: popup.open()
     // As wide as the widest of its words needs.
-    implicitContentWidthPolicy: T.ComboBox.WidestTextWhenCompleted
+    implicitContentWidthPolicy: T.ComboBox.WidestText
 
     contentItem: Text {
         text: control.displayText

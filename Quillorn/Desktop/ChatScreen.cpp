@@ -44,7 +44,9 @@ QVariantMap ChatScreen::sendButton() const {
 
 QVariantMap ChatScreen::clearQuestion() const {
     const AIChatView::Confirmation question = m_view.clearConfirmation();
-    return {{"title", toVariant(question.title)}, {"text", toVariant(question.text)}, {"action", "Clear"}};
+    return {{"title", toVariant(question.title)},
+            {"text", toVariant(question.text)},
+            {"action", toVariant(question.action)}};
 }
 
 QString ChatScreen::copiedMessage() const {
@@ -55,11 +57,25 @@ QVariantList ChatScreen::rangeDays() const {
     QVariantList days;
     for (const std::vector<ReportRangePicker::Day>& week : m_range.weeks())
         for (const ReportRangePicker::Day& day : week)
-            days.append(QVariantMap{{"number", day.number},
+            days.append(QVariantMap{{"name", toVariant(day.name)},
+                                    {"number", day.number},
                                     {"isInMonth", day.isInMonth},
                                     {"isToday", day.isToday},
                                     {"isChosen", day.isChosen}});
     return days;
+}
+
+QVariantMap ChatScreen::words() {
+    return {{"summaryButton", toVariant(AIChatView::summaryButton)},
+            {"clearButton", toVariant(AIChatView::clearButton)},
+            {"dismissButton", toVariant(AIChatView::dismissButton)},
+            {"settingsButton", toVariant(AIChatView::settingsButton)},
+            {"answerLabel", toVariant(AIChatView::answerLabel)},
+            {"copyButton", toVariant(AIChatView::copyButton)},
+            {"copiedLabel", toVariant(AIChatView::copiedLabel)},
+            {"daysLabel", toVariant(ReportRangePicker::label)},
+            {"previousMonth", toVariant(ReportRangePicker::previousLabel)},
+            {"nextMonth", toVariant(ReportRangePicker::nextLabel)}};
 }
 
 void ChatScreen::sendSuggestion(const QString& text) {

@@ -309,6 +309,7 @@ void DesktopApp::openReminderImport() {
         return;
     m_reminderImport.set(watched(
         new ReminderImportScreen(m_world.app().reminderImport(), m_world.settings(), m_environment.main.context())));
+    m_reminderImport->appear();
     Q_EMIT changed();
 }
 

@@ -68,7 +68,7 @@ class ReminderImportScreen final : public Screen {
     QStringList failures() const;
     static QVariantMap words();
 
-    Q_INVOKABLE void appear() { m_view.appear(); }
+    void appear() { m_view.appear(); }
     Q_INVOKABLE void setChosen(const QString& list, bool isChosen) { m_view.select(list.toStdString(), isChosen); }
     Q_INVOKABLE void scan() { m_view.scan(); }
     Q_INVOKABLE void importChosen() { m_view.import(); }

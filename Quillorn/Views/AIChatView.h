@@ -17,6 +17,14 @@ class AIChatView {
   public:
     AIChatView(const AIEnvironment& environment, const ChatContext& context);
     ~AIChatView() = default;
+    static constexpr std::string_view summaryButton = "AI Summary";
+    static constexpr std::string_view clearButton = "Clear Chat";
+    static constexpr std::string_view dismissButton = "Dismiss";
+    static constexpr std::string_view settingsButton = "Open AI Settings…";
+    static constexpr std::string_view answerLabel = "Answer";
+    static constexpr std::string_view copyButton = "Copy for Outlook";
+    static constexpr std::string_view copiedLabel = "Copied";
+
     AIChatView(const AIChatView&) = delete;
     AIChatView& operator=(const AIChatView&) = delete;
 
@@ -72,6 +80,7 @@ class AIChatView {
     struct Confirmation {
         std::string_view title;
         std::string text;
+        std::string_view action = "Clear";
     };
     Confirmation clearConfirmation() const;
     /// Deletes the conversation.

@@ -34,8 +34,9 @@ std::vector<std::vector<ReportRangePicker::Day>> ReportRangePicker::weeks() cons
         std::vector<Day>& week = weeks.emplace_back();
         for (int i = 0; i < 7; ++i, day += days{1}) {
             const year_month_day date{day};
-            week.push_back({day, static_cast<unsigned>(date.day()), date.year() / date.month() == m_month,
-                            day == today(), day >= m_start && day <= m_end.value_or(m_start)});
+            week.push_back({day, m_calendar.format(m_calendar.instant(day), "EEEE, MMMM d"),
+                            static_cast<unsigned>(date.day()), date.year() / date.month() == m_month, day == today(),
+                            day >= m_start && day <= m_end.value_or(m_start)});
         }
     }
     return weeks;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillorn {
@@ -19,6 +20,10 @@ class ReportRangePicker {
     /// Shows the month of today, with the last seven days chosen.
     ReportRangePicker(const Clock& clock, const Calendar& calendar);
 
+    static constexpr std::string_view label = "Days of the summary";
+    static constexpr std::string_view previousLabel = "Previous month";
+    static constexpr std::string_view nextLabel = "Next month";
+
     /// "November 2026".
     std::string title() const;
     void showPreviousMonth() { m_month -= std::chrono::months{1}; }
@@ -26,6 +31,8 @@ class ReportRangePicker {
 
     struct Day {
         std::chrono::local_days date;
+        /// "Thursday, December 31", for who doesn't see where the number stands.
+        std::string name;
         unsigned number;
         bool isInMonth, isToday, isChosen;
     };

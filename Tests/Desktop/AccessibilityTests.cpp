@@ -2,7 +2,10 @@
 #include "Models/Client.h"
 #include "Models/Note.h"
 #include "Models/Project.h"
+#include "Models/Settings.h"
 #include "Models/Tag.h"
+#include "Support/ScopedEnvironment.h"
+#include "Support/ScriptedServer.h"
 
 #include <QAccessible>
 #include <QQmlEngine>
@@ -10,6 +13,7 @@
 #include <QRegularExpression>
 #include <algorithm>
 #include <fmt/format.h>
+#include <fstream>
 #include <set>
 
 namespace quillorn {
@@ -55,7 +59,7 @@ bool isIn(const QQuickItem* item, const QQuickItem* root) {
 }
 
 bool isList(const QQuickItem* item) {
-    return item != nullptr && item->inherits("QQuickListView");
+    return item != nullptr && item->inherits("QQuickItemView");
 }
 
 /// Whether nothing that clips hides where the keyboard is.
@@ -163,17 +167,69 @@ struct AccessibilityTest : DesktopTest {
     void walk(const std::string& screen, QQuickWindow* window = nullptr) {
         faults.merge(Walk(window != nullptr ? *window : shell().window(), screen).faults);
     }
-    /// Presses the control of that name as a screen reader does.
-    void act(const QString& name) {
+    QAccessibleInterface* control(const QString& name) {
+        const QRegularExpression pattern(QRegularExpression::anchoredPattern(name));
         std::vector<QAccessibleInterface*> controls;
         collect(QAccessible::queryAccessibleInterface(&shell().window()), controls);
-        for (QAccessibleInterface* control : controls)
-            if (control->text(QAccessible::Name) == name)
-                return control->actionInterface()->doAction(control->actionInterface()->actionNames().first());
-        ADD_FAILURE() << "nothing to press: " << name.toStdString();
+        const auto found = std::ranges::find_if(
+            controls, [&](auto* each) { return pattern.match(each->text(QAccessible::Name)).hasMatch(); });
+        EXPECT_NE(found, controls.end()) << "no such control: " << name.toStdString();
+        return found != controls.end() ? *found : nullptr;
+    }
+    /// Presses it as a screen reader does.
+    void act(const QString& name) {
+        if (QAccessibleInterface* found = control(name))
+            found->actionInterface()->doAction(found->actionInterface()->actionNames().first());
+    }
+    bool awaitFront(bool isPopup) {
+        return QTest::qWaitFor(
+            [&] { return (frontOf(shell().window()) != shell().window().contentItem()) == isPopup; });
+    }
+    /// Walks through what opens over the window, and leaves it by Escape.
+    template <typename Open>
+    void walkOver(const QString& screen, const Open& open) {
+        const QQuickItem* before = shell().window().activeFocusItem();
+        open();
+        EXPECT_TRUE(awaitFront(true)) << screen.toStdString();
+        walk(screen.toStdString());
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(awaitFront(false)) << screen.toStdString();
+        EXPECT_EQ(shell().window().activeFocusItem(), before) << screen.toStdString();
+    }
+    /// What the control of that name opens.
+    void walkBehind(const QString& name) {
+        QAccessibleInterface* button = control(name);
+        ASSERT_NE(button, nullptr);
+        itemOf(*button)->forceActiveFocus(Qt::TabFocusReason);
+        walkOver(name, [&] { press(Qt::Key_Space); });
+    }
+    /// One reminder that a model finds to be of the project.
+    void prepareReminder(const QString& project) {
+        Settings settings(shell().world().settings());
+        settings.set(setting("aiEndpoint"), model.url());
+        settings.set(setting("aiModel"), std::string("m"));
+        model.standBy({ScriptedServer::answer(
+            200,
+            fmt::format(
+                R"({{"choices":[{{"message":{{"content":"{{\"items\":[{{\"reminder_id\":\"a\",)"
+                R"(\"is_project_item\":true,\"confidence\":1,\"task_title\":\"Call\",\"project_id\":\"{}\"}}]}}"}}}}]}})",
+                project.toStdString()))});
+        const std::filesystem::path list = shell().world().paths().applicationSupport() / "calendars/Inbox";
+        std::filesystem::create_directories(list);
+        std::ofstream(list / "a.ics")
+            << "BEGIN:VCALENDAR\nBEGIN:VTODO\nUID:a\nSUMMARY:Call\nEND:VTODO\nEND:VCALENDAR\n";
+    }
+    void awaitStage(const char* stage) {
+        const QObject& import = *desk().reminderImport();
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return import.property("stage") == stage && !import.property("isBusy").toBool();
+        })) << stage
+            << ": " << import.property("error").toString().toStdString();
     }
     static QString idOf(const Entity& record) { return toQString(record.id().string()); }
 
+    ScopedEnvironment noProxy{"no_proxy", "127.0.0.1"};
+    ScriptedServer model;
     SampleStore sample;
     std::set<std::string> faults;
 };
@@ -186,6 +242,8 @@ TEST_F(AccessibilityTest, everyControlHasANameAndIsReachedByKeys) {
         desk().show(kind, {});
         walk(kind);
     }
+    desk().show("allTasks", {});
+    walkBehind("Meeting: .*");
     desk().show("tag", idOf(*context().fetch<Tag>().front()));
     walk("tag");
     ProjectTask& task =
@@ -206,18 +264,28 @@ TEST_F(AccessibilityTest, everyControlHasANameAndIsReachedByKeys) {
     walk("board");
     desk().selectTask(idOf(task));
     walk("task");
+    walkBehind("Delete");      // asks
+    walkBehind("[\\d:]+, .*"); // the timer's clock
+    prepareReminder(idOf(*task.project()));
+    qobject_cast<RecordScreen*>(desk().record())->setTab("chat");
+    walkBehind("AI Summary");
     desk().show("note", idOf(*context().fetch<Note>().front()));
     walk("note");
     act("Preview");
     walk("preview");
     for (const char* command :
-         {"newClient", "newProject", "newTask", "newNote", "logTime", "goTo", "showKeys", "importReminders"}) {
-        desk().command(command);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return frontOf(shell().window()) != shell().window().contentItem(); }));
-        walk(command);
-        press(Qt::Key_Escape);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return frontOf(shell().window()) == shell().window().contentItem(); }));
-    }
+         {"newClient", "newProject", "newTask", "newNote", "logTime", "goTo", "showKeys", "importReminders"})
+        walkOver(command, [&] { desk().command(command); });
+    walkOver("imported", [&] {
+        desk().command("importReminders");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return itemWith("Inbox") != nullptr; }));
+        act("Inbox");
+        act("Scan");
+        awaitStage("review");
+        walk("review");
+        act("Import 1");
+        awaitStage("result");
+    });
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     desk().command("showToday");
     desk().selectTask(idOf(task));

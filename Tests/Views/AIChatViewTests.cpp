@@ -235,7 +235,8 @@ TEST_F(AIChatViews, giveReportsOfDays) {
     EXPECT_EQ(picker.title(), "December 2025");
     const auto weeks = picker.weeks();
     ASSERT_EQ(weeks.size(), 5U);
-    EXPECT_EQ(weeks[0][0].number, 30U); // of November, a Sunday
+    EXPECT_EQ(weeks[0][0].number, 30U); // of November
+    EXPECT_EQ(weeks[0][0].name, "Sunday, November 30");
     picker.choose(weeks[4][3].date);
     EXPECT_EQ(picker.generateLabel(), "Generate");
     picker.choose(weeks[4][1].date);

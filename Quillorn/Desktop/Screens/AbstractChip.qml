@@ -3,5 +3,6 @@ import QtQuick.Templates
 
 AbstractButton {
     padding: 0
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
 }

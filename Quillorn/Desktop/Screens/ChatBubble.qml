@@ -10,6 +10,7 @@ Item {
     required property bool isUser
     required property string content
     property bool isCopied: false
+    property var words: ({})
 
     signal copy
 
@@ -21,13 +22,13 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 28
         visible: root.isUser
-        width: Math.min(words.implicitWidth + 28, root.width * 0.75)
-        height: words.implicitHeight + 18
+        width: Math.min(typed.implicitWidth + 28, root.width * 0.75)
+        height: typed.implicitHeight + 18
         radius: 14
         color: Theme.fill
 
         Label {
-            id: words
+            id: typed
 
             anchors.fill: parent
             anchors.leftMargin: 14
@@ -70,12 +71,12 @@ Item {
                 Layout.fillWidth: true
                 Layout.topMargin: 4
                 source: root.isUser ? "" : root.content
-                label: "Answer"
+                label: root.words.answerLabel ?? ""
             }
             Button {
                 Layout.leftMargin: -7
                 flat: true
-                text: root.isCopied ? "Copied" : "Copy for Outlook"
+                text: (root.isCopied ? root.words.copiedLabel : root.words.copyButton) ?? ""
                 icon.name: root.isCopied ? "checkmark" : "doc.on.doc"
                 tone: Theme.secondaryText
                 onClicked: root.copy()

@@ -23,7 +23,8 @@ ColumnLayout {
         Button {
             id: summary
 
-            text: "AI Summary"
+            visible: root.chat?.isConfigured ?? false
+            text: root.chat?.words.summaryButton ?? ""
             icon.name: "calendar"
             checkable: true
             checked: range.visible
@@ -38,9 +39,9 @@ ColumnLayout {
             }
         }
         ToolButton {
-            tip: "Clear the conversation"
+            visible: list.count > 0
+            tip: root.chat?.words.clearButton ?? ""
             icon.name: "trash"
-            enabled: list.count > 0
             onClicked: root.confirm.ask(root.chat.clearQuestion, () => root.chat.clear())
         }
     }
@@ -69,7 +70,8 @@ ColumnLayout {
 
         delegate: ChatBubble {
             width: ListView.view.width
-            isCopied: root.chat.copiedMessage === id
+            isCopied: root.chat?.copiedMessage === id
+            words: root.chat?.words ?? ({})
             onCopy: root.chat.copyForMail(id, content)
         }
         footer: Label {
@@ -90,6 +92,11 @@ ColumnLayout {
                 Layout.fillWidth: true
                 symbol: "sparkles"
                 title: root.chat?.emptyTitle ?? ""
+                action: root.chat?.isConfigured ? "" : root.chat?.words.settingsButton ?? ""
+                onActed: {
+                    root.chat.openSettings();
+                    Desk.command("settings");
+                }
             }
             LayoutRepeater {
                 model: root.chat?.suggestions ?? []
@@ -124,7 +131,7 @@ ColumnLayout {
             Accessible.role: Accessible.AlertMessage
         }
         ToolButton {
-            tip: "Dismiss"
+            tip: root.chat?.words.dismissButton ?? ""
             icon.name: "xmark"
             onClicked: root.chat.dismissError()
         }

@@ -87,14 +87,12 @@ ApplicationWindow {
                         LayoutRepeater {
                             model: root.quickAdd?.chips ?? []
 
-                            Chip {
+                            Badge {
                                 required property var modelData
 
-                                focusPolicy: Qt.NoFocus
                                 text: modelData.text
                                 symbol: modelData.symbol
                                 tone: Theme.shade(modelData.tone)
-                                Accessible.role: Accessible.StaticText
                             }
                         }
                     }

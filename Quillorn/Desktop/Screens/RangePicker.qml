@@ -7,7 +7,13 @@ Popup {
     id: root
 
     property QtObject chat
+    readonly property var days: chat?.rangeDays ?? []
 
+    focus: true
+    onOpened: {
+        grid.currentIndex = Math.max(0, days.findIndex(day => day.isToday));
+        grid.forceActiveFocus(Qt.PopupFocusReason);
+    }
     contentItem: ColumnLayout {
         spacing: 8
 
@@ -15,7 +21,7 @@ Popup {
             Layout.fillWidth: true
 
             ToolButton {
-                tip: "Previous month"
+                tip: root.chat?.words.previousMonth ?? ""
                 icon.name: "chevron.left"
                 onClicked: root.chat.moveRange(-1)
             }
@@ -26,41 +32,66 @@ Popup {
                 font.weight: Font.DemiBold
             }
             ToolButton {
-                tip: "Next month"
+                tip: root.chat?.words.nextMonth ?? ""
                 icon.name: "chevron.right"
                 onClicked: root.chat.moveRange(1)
             }
         }
-        GridLayout {
-            columns: 7
-            rowSpacing: 2
-            columnSpacing: 0
+        // One stop of the Tab key, as a list is.
+        GridView {
+            id: grid
 
-            LayoutRepeater {
-                model: root.chat?.rangeDays ?? []
+            implicitWidth: 7 * cellWidth
+            implicitHeight: Math.ceil(count / 7) * cellHeight
+            cellWidth: Math.round(36 * Theme.textScale)
+            cellHeight: Math.round(32 * Theme.textScale)
+            interactive: false
+            activeFocusOnTab: true
+            keyNavigationEnabled: true
+            highlightMoveDuration: 0
+            model: root.days.length
+            Accessible.role: Accessible.List
+            Accessible.name: root.chat?.words.daysLabel ?? ""
+            Keys.onPressed: event => {
+                event.accepted = true;
+                if (event.key === Qt.Key_Home)
+                    currentIndex = 0;
+                else if (event.key === Qt.Key_End)
+                    currentIndex = count - 1;
+                else if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
+                    root.chat.moveRange(event.key === Qt.Key_PageUp ? -1 : 1);
+                else
+                    event.accepted = false;
+            }
+            delegate: AbstractChip {
+                id: cell
 
-                AbstractChip {
-                    id: day
+                required property int index
+                readonly property var day: root.days[index] ?? ({})
+                readonly property bool isFocused: grid.activeFocus && GridView.isCurrentItem
 
-                    required property var modelData
-                    required property int index
-
-                    implicitWidth: 36
-                    implicitHeight: 30
-                    Accessible.name: modelData.number
-                    onClicked: root.chat.chooseDay(index)
-                    contentItem: Label {
-                        text: day.modelData.number
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        font.weight: day.modelData.isToday ? Font.Bold : Font.Normal
-                        color: day.modelData.isChosen ? Theme.accent : day.modelData.isInMonth ? Theme.text : Theme.tertiaryText
-                    }
-                    background: Rectangle {
-                        color: day.modelData.isChosen ? Theme.selected : day.hovered ? Theme.hovered : "transparent"
-                        border.color: Theme.accent
-                        border.width: day.visualFocus ? 2 : 0
-                    }
+                width: grid.cellWidth
+                height: grid.cellHeight - 2
+                focusPolicy: Qt.NoFocus
+                Accessible.focusable: true
+                Accessible.name: day.name ?? ""
+                Accessible.checkable: true
+                Accessible.checked: day.isChosen ?? false
+                onClicked: {
+                    grid.currentIndex = index;
+                    root.chat.chooseDay(index);
+                }
+                contentItem: Label {
+                    text: cell.day.number ?? ""
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    font.weight: cell.day.isToday ? Font.Bold : Font.Normal
+                    color: cell.day.isChosen ? Theme.accent : cell.day.isInMonth ? Theme.text : Theme.tertiaryText
+                }
+                background: Rectangle {
+                    color: cell.day.isChosen ? Theme.selected : cell.hovered ? Theme.hovered : "transparent"
+                    border.color: Theme.accent
+                    border.width: cell.isFocused ? 2 : cell.day.isChosen ? Theme.outline : 0
                 }
             }
         }

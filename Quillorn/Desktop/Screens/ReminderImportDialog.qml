@@ -18,7 +18,6 @@ Dialog {
     rightPadding: 0
     bottomPadding: 0
     closePolicy: importing?.isBusy ? Popup.NoAutoClose : Popup.CloseOnEscape
-    onOpened: importing.appear()
 
     contentItem: ColumnLayout {
         spacing: 0

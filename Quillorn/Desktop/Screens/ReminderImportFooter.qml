@@ -8,10 +8,19 @@ Rectangle {
 
     property QtObject importing
     readonly property string stage: importing?.stage ?? ""
+    readonly property bool isBusy: importing?.isBusy ?? false
     readonly property bool hasFailed: (importing?.error ?? "") !== ""
 
     signal finished
 
+    /// The button that had the keyboard may be gone.
+    function takeFocus() {
+        if (!isBusy && stage !== "setup")
+            [back, done, take, cancel].find(button => button.visible && button.enabled)?.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    onStageChanged: Qt.callLater(takeFocus)
+    onIsBusyChanged: Qt.callLater(takeFocus)
     implicitHeight: 60
     color: Theme.panel
     radius: 12
@@ -37,14 +46,18 @@ Rectangle {
             Layout.fillWidth: true
         }
         Button {
+            id: back
+
             visible: root.hasFailed
             text: root.importing?.words.backButton ?? ""
             onClicked: root.importing.back()
         }
         Button {
+            id: cancel
+
             visible: root.stage !== "result"
             text: root.importing?.words.cancelButton ?? ""
-            enabled: !(root.importing?.isBusy ?? false)
+            enabled: !root.isBusy
             onClicked: root.finished()
         }
         Button {
@@ -55,6 +68,8 @@ Rectangle {
             onClicked: root.importing.scan()
         }
         Button {
+            id: take
+
             visible: root.stage === "review" && !root.hasFailed
             text: root.importing?.importLabel ?? ""
             highlighted: true
@@ -62,6 +77,8 @@ Rectangle {
             onClicked: root.importing.importChosen()
         }
         Button {
+            id: done
+
             visible: root.stage === "result"
             text: root.importing?.words.doneButton ?? ""
             highlighted: true

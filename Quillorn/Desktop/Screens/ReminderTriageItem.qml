@@ -95,12 +95,10 @@ Item {
                     color: Theme.secondaryText
                     elide: Text.ElideRight
                 }
-                Chip {
+                Badge {
                     visible: root.skipReason !== ""
-                    focusPolicy: Qt.NoFocus
                     text: root.skipReason
                     tone: Theme.amber
-                    Accessible.role: Accessible.StaticText
                 }
                 Item {
                     Layout.fillWidth: root.skipReason !== ""

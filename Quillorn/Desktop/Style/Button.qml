@@ -8,6 +8,15 @@ T.Button {
 
     property color tone: highlighted ? Theme.fillText : Theme.text
 
+    /// For whatever the toolkit doesn't press it by itself: Return, and screen readers.
+    function press() {
+        if (checkable) {
+            toggle();
+            toggled();
+        }
+        clicked();
+    }
+
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, implicitHeight)
     implicitHeight: Theme.controlHeight
     horizontalPadding: text ? 11 : 7
@@ -18,13 +27,8 @@ T.Button {
     Accessible.name: text || T.ToolTip.text
     T.ToolTip.visible: (hovered || visualFocus) && T.ToolTip.text !== "" && !text
     T.ToolTip.delay: 600
-
-    // Whichever keys the desktop has for buttons.
-    Keys.onReturnPressed: {
-        if (checkable)
-            toggle();
-        clicked();
-    }
+    Accessible.onPressAction: press()
+    Keys.onReturnPressed: press()
 
     contentItem: Item {
         implicitWidth: row.implicitWidth
@@ -59,9 +63,8 @@ T.Button {
 
         radius: Theme.controlRadius
         color: control.highlighted ? filled : plain
-        border.width: control.flat || control.highlighted ? 0 : 1
+        border.width: !control.flat && !control.highlighted ? 1 : control.checked ? Theme.outline : 0
         border.color: Theme.edge
-        opacity: 1
     }
 
     FocusFrame {}

@@ -5,20 +5,30 @@ import QuillornStyle
 T.CheckBox {
     id: control
 
+    /// By a screen reader, for which the toolkit itself sets the property and tells nobody.
+    function press() {
+        toggle();
+        toggled();
+        clicked();
+    }
+
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(implicitContentHeight, implicitIndicatorHeight, 24)
     spacing: 8
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    Accessible.onPressAction: press()
+    Accessible.onToggleAction: press()
 
     indicator: Rectangle {
         implicitWidth: 16
         implicitHeight: 16
+        x: control.mirrored ? control.width - width : 0
         y: (control.height - height) / 2
         radius: 4
         color: control.checkState === Qt.Unchecked ? Theme.control : Theme.fill
-        border.color: control.checkState === Qt.Unchecked ? Theme.edge : Theme.fill
+        border.color: control.checkState === Qt.Unchecked ? Theme.edge : Theme.accent
 
         SymbolIcon {
             anchors.centerIn: parent
@@ -33,7 +43,8 @@ T.CheckBox {
         }
     }
     contentItem: Text {
-        leftPadding: control.indicator.width + control.spacing
+        leftPadding: control.mirrored ? 0 : control.indicator.width + control.spacing
+        rightPadding: control.mirrored ? control.indicator.width + control.spacing : 0
         text: control.text
         textFormat: Text.PlainText
         font: control.font

@@ -13,6 +13,8 @@ T.ItemDelegate {
     // A list is one stop of the Tab key: its rows are reached by arrow keys.
     focusPolicy: ListView.view ? Qt.NoFocus : Qt.StrongFocus
     Accessible.focusable: enabled
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
 
     contentItem: Text {
@@ -26,6 +28,8 @@ T.ItemDelegate {
     background: Rectangle {
         radius: Theme.controlRadius
         color: control.highlighted || control.down ? Theme.selected : control.hovered ? Theme.hovered : "transparent"
+        border.width: control.highlighted ? Theme.outline : 0
+        border.color: Theme.text
     }
 
     FocusFrame {

@@ -9,12 +9,16 @@ T.MenuItem {
 
     implicitWidth: words.implicitWidth + keyWords.implicitWidth + leftPadding + rightPadding + 16
     implicitHeight: visible ? 28 : 0
-    leftPadding: 28
-    rightPadding: subMenu ? 26 : 12
+    leftPadding: mirrored ? (subMenu ? 26 : 12) : 28
+    rightPadding: mirrored ? 28 : subMenu ? 26 : 12
     font.pixelSize: Theme.body
+    Accessible.onPressAction: {
+        triggered();
+        menu?.dismiss();
+    }
 
     indicator: SymbolIcon {
-        x: 8
+        x: control.mirrored ? control.width - width - 8 : 8
         anchors.verticalCenter: parent.verticalCenter
         visible: control.checked || control.icon.name !== ""
         name: control.checked ? "checkmark" : control.icon.name
@@ -22,10 +26,10 @@ T.MenuItem {
         size: 14
     }
     arrow: SymbolIcon {
-        x: control.width - width - 8
+        x: control.mirrored ? 8 : control.width - width - 8
         anchors.verticalCenter: parent.verticalCenter
         visible: control.subMenu
-        name: "chevron.right"
+        name: control.mirrored ? "chevron.left" : "chevron.right"
         color: Theme.secondaryText
         size: 12
     }
@@ -36,6 +40,7 @@ T.MenuItem {
             id: words
 
             anchors.verticalCenter: parent.verticalCenter
+            anchors.left: parent.left
             text: control.text
             textFormat: Text.PlainText
             font: control.font
@@ -56,5 +61,7 @@ T.MenuItem {
     background: Rectangle {
         radius: 5
         color: control.highlighted && control.enabled ? Theme.selected : "transparent"
+        border.width: control.highlighted && control.enabled ? Theme.outline : 0
+        border.color: Theme.text
     }
 }

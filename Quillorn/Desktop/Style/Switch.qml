@@ -4,16 +4,26 @@ import QtQuick.Templates as T
 T.Switch {
     id: control
 
+    /// By a screen reader, for which the toolkit itself sets the property and tells nobody.
+    function press() {
+        toggle();
+        toggled();
+        clicked();
+    }
+
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(implicitContentHeight, implicitIndicatorHeight, 24)
     spacing: 8
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    Accessible.onPressAction: press()
+    Accessible.onToggleAction: press()
 
     indicator: Rectangle {
         implicitWidth: 34
         implicitHeight: 20
+        x: control.mirrored ? control.width - width : 0
         y: (control.height - height) / 2
         radius: 10
         color: control.checked ? Theme.fill : Theme.edge
@@ -39,7 +49,8 @@ T.Switch {
         }
     }
     contentItem: Text {
-        leftPadding: control.indicator.width + control.spacing
+        leftPadding: control.mirrored ? 0 : control.indicator.width + control.spacing
+        rightPadding: control.mirrored ? control.indicator.width + control.spacing : 0
         text: control.text
         textFormat: Text.PlainText
         font: control.font

@@ -11,6 +11,7 @@ T.TabButton {
     font.pixelSize: Theme.body
     font.weight: checked ? Font.DemiBold : Font.Normal
     Accessible.name: text
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Row {
@@ -21,7 +22,7 @@ T.TabButton {
 
             SymbolIcon {
                 anchors.verticalCenter: parent.verticalCenter
-                visible: control.icon.name !== ""
+                visible: control.icon.name !== "" && control.display !== T.TabButton.TextOnly
                 name: control.icon.name
                 color: control.checked ? Theme.accent : Theme.secondaryText
             }
@@ -44,7 +45,7 @@ T.TabButton {
             width: parent.width - 12
             height: 2
             radius: 1
-            color: Theme.fill
+            color: Theme.accent
             visible: control.checked
         }
     }

@@ -17,7 +17,7 @@ Item {
         onTriggered: root.activity.update()
     }
 
-    RowList {
+    HeadedList {
         id: list
 
         anchors.fill: parent
@@ -29,18 +29,6 @@ Item {
         Accessible.name: "Activity"
         onAtYEndChanged: if (atYEnd && root.activity?.hasMore)
             root.activity.showMore()
-
-        // The cards above come a moment later than the rows.
-        property bool isTouched: false
-
-        onModelChanged: {
-            isTouched = false;
-            Qt.callLater(positionViewAtBeginning);
-        }
-        onOriginYChanged: if (!isTouched)
-            positionViewAtBeginning()
-        onMovementStarted: isTouched = true
-        onCurrentIndexChanged: isTouched = true
 
         header: ColumnLayout {
             width: list.width - 32

@@ -3,41 +3,38 @@ import QtQuick.Layouts
 import QuillornStyle
 
 /// What today has brought.
-ScrollView {
+Item {
     id: root
 
     property QtObject summary
     readonly property var tiles: summary?.tiles ?? []
+    readonly property bool isEmpty: summary?.isEmpty ?? false
 
     signal taskOpened(string task)
     signal noteOpened(string note)
-
-    contentWidth: availableWidth
 
     SecondsTimer {
         screen: root
         isWanted: root.summary?.hasRunning ?? false
         onTriggered: root.summary.update()
     }
-    ColumnLayout {
-        width: root.availableWidth
-        spacing: 12
+    HeadedList {
+        id: list
 
-        EmptyState {
-            Layout.fillWidth: true
-            Layout.topMargin: 120
-            visible: root.summary?.isEmpty ?? false
-            symbol: root.summary?.words.emptyIcon ?? ""
-            title: root.summary?.words.emptyTitle ?? ""
-            text: root.summary?.words.emptyMessage ?? ""
-        }
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.margins: 18
-            visible: !(root.summary?.isEmpty ?? true)
+        anchors.fill: parent
+        leftMargin: 18
+        rightMargin: 18
+        bottomMargin: 16
+        visible: !root.isEmpty
+        model: root.summary?.completed ?? null
+        Accessible.name: root.summary?.words.completedTitle ?? ""
+
+        header: ColumnLayout {
+            width: list.width - 36
             spacing: 14
 
             Label {
+                Layout.topMargin: 18
                 text: root.summary?.words.heading ?? ""
                 font.pixelSize: Theme.heading
                 font.weight: Font.DemiBold
@@ -45,7 +42,7 @@ ScrollView {
             }
             GridLayout {
                 Layout.fillWidth: true
-                columns: Math.max(2, Math.min(root.tiles.length, Math.floor(root.availableWidth / 160)))
+                columns: Math.max(2, Math.min(root.tiles.length, Math.floor(width / 160)))
                 columnSpacing: 12
                 rowSpacing: 12
 
@@ -66,22 +63,38 @@ ScrollView {
                     }
                 }
             }
-            SummaryList {
-                Layout.fillWidth: true
-                title: root.summary?.words.completedTitle ?? ""
-                symbol: "checkmark.circle.fill"
-                tone: Theme.green
-                rows: root.summary?.completed ?? null
-                onOpened: record => root.taskOpened(record)
-            }
-            SummaryList {
-                Layout.fillWidth: true
-                title: root.summary?.words.notesTitle ?? ""
-                symbol: "note.text"
-                tone: Theme.yellow
-                rows: root.summary?.notes ?? null
-                onOpened: record => root.noteOpened(record)
+            Label {
+                Layout.topMargin: 8
+                Layout.bottomMargin: 4
+                visible: list.count > 0
+                text: root.summary?.words.completedTitle ?? ""
+                font.weight: Font.DemiBold
+                color: Theme.secondaryText
+                Accessible.role: Accessible.Heading
             }
         }
+        delegate: RecordRow {
+            width: list.width - 36
+            symbol: "checkmark.circle.fill"
+            tone: Theme.green
+            onPicked: root.taskOpened(recordId)
+        }
+        footer: SummaryList {
+            width: list.width - 36
+            title: root.summary?.words.notesTitle ?? ""
+            symbol: "note.text"
+            tone: Theme.yellow
+            rows: root.summary?.notes ?? null
+            onOpened: record => root.noteOpened(record)
+        }
+    }
+    EmptyState {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: 120
+        width: Math.min(parent.width - 48, 400)
+        visible: root.isEmpty
+        symbol: root.summary?.words.emptyIcon ?? ""
+        title: root.summary?.words.emptyTitle ?? ""
+        text: root.summary?.words.emptyMessage ?? ""
     }
 }

@@ -36,7 +36,7 @@ Item {
             source: "MeetingBar.qml"
             onLoaded: item.tasks = Qt.binding(() => root.tasks)
         }
-        RowList {
+        HeadedList {
             id: list
 
             Layout.fillWidth: true
@@ -47,18 +47,6 @@ Item {
             rightMargin: 8
             model: root.tasks?.rows ?? null
             Accessible.name: "Tasks"
-
-            // The cards above come a moment later than the rows.
-            property bool isTouched: false
-
-            onModelChanged: {
-                isTouched = false;
-                Qt.callLater(positionViewAtBeginning);
-            }
-            onOriginYChanged: if (!isTouched)
-                positionViewAtBeginning()
-            onMovementStarted: isTouched = true
-            onCurrentIndexChanged: isTouched = true
 
             header: SmartListHeader {
                 width: list.width - 16

@@ -1,4 +1,4 @@
-#include "Icons.h"
+#include "Desktop/Style/Icons.h"
 
 #include <QCache>
 #include <QFile>

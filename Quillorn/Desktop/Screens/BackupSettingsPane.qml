@@ -15,6 +15,8 @@ ColumnLayout {
         text: root.settings.words.automaticTitle
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.automaticLabel
         checked: root.settings.isAutomatic
         onToggled: root.settings.isAutomatic = checked

@@ -16,6 +16,8 @@ ColumnLayout {
         text: root.settings.words.tasks
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.showCompletedLabel
         checked: root.settings.showsCompleted
         onToggled: root.settings.showsCompleted = checked
@@ -52,6 +54,8 @@ ColumnLayout {
         text: root.settings.words.thoughtkeg
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.pushLabel
         checked: root.settings.pushes
         onToggled: root.settings.pushes = checked
@@ -64,6 +68,8 @@ ColumnLayout {
         text: root.desktop.words.title
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.desktop.words.loginLabel
         checked: root.desktop.startsAtLogin
         onToggled: root.desktop.startsAtLogin = checked
@@ -75,6 +81,8 @@ ColumnLayout {
         Accessible.role: Accessible.AlertMessage
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.desktop.words.trayLabel
         checked: root.desktop.keepsRunning
         onToggled: root.desktop.keepsRunning = checked
@@ -83,6 +91,8 @@ ColumnLayout {
         text: root.desktop.words.trayHelp
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         visible: root.desktop.hasShortcut
         text: root.desktop.words.shortcutLabel
         checked: root.desktop.wantsShortcut

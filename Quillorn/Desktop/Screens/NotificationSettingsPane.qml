@@ -35,6 +35,8 @@ ColumnLayout {
         onClicked: root.settings.enable()
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.toggleLabel
         enabled: root.isGranted
         checked: root.settings.isOn

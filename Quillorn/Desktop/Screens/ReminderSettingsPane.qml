@@ -49,6 +49,8 @@ ColumnLayout {
         text: root.settings.words.scheduleTitle
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.automaticLabel
         checked: root.settings.isAutomatic
         onToggled: root.settings.isAutomatic = checked
@@ -61,6 +63,8 @@ ColumnLayout {
         Accessible.name: root.settings.words.scheduleTitle
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.completesLabel
         checked: root.settings.completes
         onToggled: root.settings.completes = checked

@@ -49,6 +49,7 @@ T.CheckBox {
         textFormat: Text.PlainText
         font: control.font
         color: Theme.text
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         wrapMode: Text.Wrap
     }

@@ -7,8 +7,8 @@ T.ComboBox {
 
     implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 120)
     implicitHeight: Theme.controlHeight
-    leftPadding: 10
-    rightPadding: 28
+    leftPadding: mirrored ? 28 : 10
+    rightPadding: mirrored ? 10 : 28
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
     Accessible.onPressAction: popup.open()
@@ -21,6 +21,7 @@ T.ComboBox {
         font: control.font
         color: Theme.text
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
     }
     indicator: SymbolIcon {

@@ -23,6 +23,7 @@ T.ItemDelegate {
         font: control.font
         color: control.enabled ? Theme.text : Theme.tertiaryText
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
     }
     background: Rectangle {

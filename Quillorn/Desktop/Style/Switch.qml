@@ -55,6 +55,7 @@ T.Switch {
         textFormat: Text.PlainText
         font: control.font
         color: Theme.text
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         wrapMode: Text.Wrap
     }

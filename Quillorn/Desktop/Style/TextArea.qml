@@ -15,6 +15,7 @@ T.TextArea {
     selectByMouse: true
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.Wrap
+    horizontalAlignment: TextEdit.AlignLeft
     Accessible.name: placeholderText
     // Tab leads to the next control here, as in every other.
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
@@ -29,6 +30,7 @@ T.TextArea {
         textFormat: Text.PlainText
         font: control.font
         color: control.placeholderTextColor
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
     }
     background: Rectangle {

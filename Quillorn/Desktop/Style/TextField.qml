@@ -11,8 +11,9 @@ T.TextField {
 
     implicitWidth: implicitBackgroundWidth
     implicitHeight: Theme.controlHeight
-    leftPadding: symbol ? 30 : 9
-    rightPadding: 9
+    leftPadding: symbol && !Theme.isMirrored ? 30 : 9
+    rightPadding: symbol && Theme.isMirrored ? 30 : 9
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
     font.pixelSize: Theme.body
     color: enabled ? Theme.text : Theme.tertiaryText
@@ -23,7 +24,8 @@ T.TextField {
     Accessible.name: placeholderText
 
     SymbolIcon {
-        x: 9
+        anchors.left: parent.left
+        anchors.leftMargin: 9
         anchors.verticalCenter: parent.verticalCenter
         visible: control.symbol !== ""
         name: control.symbol
@@ -34,6 +36,7 @@ T.TextField {
         x: control.leftPadding
         width: control.width - control.leftPadding - control.rightPadding
         height: control.height
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         visible: !control.length && !control.preeditText
         text: control.placeholderText

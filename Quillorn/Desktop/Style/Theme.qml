@@ -7,6 +7,7 @@ QtObject {
     property bool isHighContrast: false
     property bool isStill: false
     property real textScale: 1
+    readonly property bool isMirrored: Qt.application.layoutDirection === Qt.RightToLeft
 
     readonly property color window: pick("#FFFFFF", "#1B1C20", "#FFFFFF", "#000000")
     readonly property color sidebar: pick("#F3F3F6", "#232429", "#FFFFFF", "#000000")

@@ -30,6 +30,13 @@ QVariantList keyList() {
     return list;
 }
 
+QVariantMap commandTitles() {
+    QVariantMap titles;
+    for (const MenuCommand& command : menuCommands)
+        titles.insert(toQString(command.name), toVariant(command.title));
+    return titles;
+}
+
 QVariantList goToList(const ViewEnvironment& environment, const QString& search) {
     QVariantList list;
     for (const GoToChoice& choice : goToChoices(environment, search.toStdString()))

@@ -11,6 +11,8 @@ namespace quillorn {
 QVariantList menuList();
 /// {place, title, keys}: what the menu has, then the keys of single places.
 QVariantList keyList();
+/// {name: title} of all commands, for buttons that give one.
+QVariantMap commandTitles();
 /// {kind, record, title, subtitle, symbol}
 QVariantList goToList(const ViewEnvironment& environment, const QString& search);
 

@@ -56,6 +56,7 @@ class DesktopApp final : public Screen {
     Q_PROPERTY(QObject* reminderImport READ reminderImport NOTIFY changed)
     Q_PROPERTY(QVariantList menu READ menu CONSTANT)
     Q_PROPERTY(QVariantList keys READ keys CONSTANT)
+    Q_PROPERTY(QVariantMap titles READ titles CONSTANT)
     Q_PROPERTY(QVariantMap goToWords READ goToWords CONSTANT)
     Q_PROPERTY(QString serverState READ serverState NOTIFY changed)
     Q_PROPERTY(bool isServing READ isServing NOTIFY changed)
@@ -103,6 +104,7 @@ class DesktopApp final : public Screen {
     QObject* reminderImport() { return m_reminderImport.get(); }
     static QVariantList menu() { return menuList(); }
     static QVariantList keys() { return keyList(); }
+    static QVariantMap titles() { return commandTitles(); }
     static QVariantMap goToWords();
     QString serverState() const;
     bool isServing() const;

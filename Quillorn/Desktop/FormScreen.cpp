@@ -138,11 +138,11 @@ QVariantList FormScreen::tags() const {
     return m_task != nullptr ? toList(m_task->tags()) : QVariantList();
 }
 
-QStringList FormScreen::colors() {
-    QStringList colors;
-    for (const std::string_view color : formColors)
-        colors.append(toQString(color));
-    return colors;
+QVariantList FormScreen::colors() {
+    QVariantList all;
+    for (std::size_t place = 0; place < formColors.size(); ++place)
+        all.append(QVariantMap{{"value", toVariant(formColors[place])}, {"name", toVariant(formColorNames[place])}});
+    return all;
 }
 
 void FormScreen::set(const QString& name, const QVariant& value) {

@@ -15,13 +15,15 @@ class FormScreen final : public Screen {
     /// "client", "project", "group", "task", "note" or "tag".
     Q_PROPERTY(QString kind READ kind CONSTANT)
     Q_PROPERTY(QString windowTitle READ windowTitle CONSTANT)
+    Q_PROPERTY(QString namePrompt READ namePrompt CONSTANT)
+    Q_PROPERTY(QString textPrompt READ textPrompt CONSTANT)
     Q_PROPERTY(QVariantMap values READ values NOTIFY changed)
     Q_PROPERTY(bool canSave READ canSave NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     Q_PROPERTY(QVariantList clients READ clients NOTIFY changed)
     Q_PROPERTY(QVariantList projects READ projects NOTIFY changed)
     Q_PROPERTY(QVariantList tags READ tags CONSTANT)
-    Q_PROPERTY(QStringList colors READ colors CONSTANT)
+    Q_PROPERTY(QVariantList colors READ colors CONSTANT)
 
   public:
     /// What a form begins with; what doesn't fit its kind is passed over.
@@ -40,6 +42,8 @@ class FormScreen final : public Screen {
 
     QString kind() const { return m_kind; }
     QString windowTitle() const { return toQString(m_form->windowTitle()); }
+    QString namePrompt() const { return toQString(m_form->namePrompt()); }
+    QString textPrompt() const { return toQString(m_form->textPrompt()); }
     QVariantMap values() const;
     bool canSave() const { return m_form->canSave(); }
     /// What is wrong; not before something was entered.
@@ -47,7 +51,8 @@ class FormScreen final : public Screen {
     QVariantList clients() const;
     QVariantList projects() const;
     QVariantList tags() const;
-    static QStringList colors();
+    /// {value, name}
+    static QVariantList colors();
 
     Q_INVOKABLE void set(const QString& field, const QVariant& value);
     /// False where the words can't be read.

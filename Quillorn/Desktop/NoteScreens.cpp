@@ -7,9 +7,9 @@ namespace {
 using Row = NoteListView::Row;
 
 constexpr Role<Row> roles[] = {
-    role<&Row::id>("recordId"),       role<&Row::title>("title"),     role<&Row::preview>("preview"),
-    role<&Row::when>("when"),         role<&Row::project>("project"), role<&Row::color>("tone"),
-    role<&Row::isPinned>("isPinned"),
+    role<&Row::id>("recordId"),       role<&Row::title>("title"),         role<&Row::preview>("preview"),
+    role<&Row::when>("when"),         role<&Row::project>("project"),     role<&Row::color>("tone"),
+    role<&Row::isPinned>("isPinned"), role<&Row::pinButton>("pinButton"),
 };
 
 } // namespace

@@ -49,6 +49,7 @@ class NoteScreen final : public Screen {
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
     Q_PROPERTY(bool isPreview READ isPreview WRITE setPreview NOTIFY changed)
     Q_PROPERTY(bool isPinned READ isPinned NOTIFY changed)
+    Q_PROPERTY(QString pinButton READ pinButton NOTIFY changed)
     Q_PROPERTY(QString edited READ edited NOTIFY changed)
     Q_PROPERTY(QVariantList path READ path NOTIFY changed)
     Q_PROPERTY(QString error READ error NOTIFY changed)
@@ -67,6 +68,7 @@ class NoteScreen final : public Screen {
     bool isPreview() const { return m_view.isPreview(); }
     void setPreview(bool isPreview) { m_view.setPreview(isPreview); }
     bool isPinned() const { return m_view.isPinned(); }
+    QString pinButton() const { return toQString(NoteDetailView::pinButton(m_view.isPinned())); }
     QString edited() const { return toQString(m_view.edited()); }
     QVariantList path() const { return toList(m_view.path()); }
     QString error() const { return toQString(m_view.error()); }

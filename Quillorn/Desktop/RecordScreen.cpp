@@ -110,4 +110,10 @@ void RecordScreen::addCard(const QString& title, int status) {
         m_project->addCard(title.toStdString(), *known);
 }
 
+QVariantMap RecordScreen::words() {
+    return {{"projectsTitle", toVariant(ClientDetailView::projectsTitle)},
+            {"noProjectsTitle", toVariant(ClientDetailView::noProjectsTitle)},
+            {"noProjectsText", toVariant(ClientDetailView::noProjectsText)}};
+}
+
 } // namespace quillorn

@@ -52,6 +52,7 @@ class RecordScreen final : public Screen {
     Q_PROPERTY(QString tab READ tab WRITE setTab NOTIFY changed)
     Q_PROPERTY(QVariantList figures READ figures NOTIFY changed)
     Q_PROPERTY(double progress READ progress NOTIFY changed)
+    Q_PROPERTY(QVariantMap words READ words CONSTANT)
     Q_PROPERTY(bool isArchived READ isArchived NOTIFY changed)
     Q_PROPERTY(QString archiveButton READ archiveButton NOTIFY changed)
     Q_PROPERTY(QString error READ error NOTIFY changed)
@@ -77,6 +78,7 @@ class RecordScreen final : public Screen {
     QString tab() const { return toQString(m_view->tab()); }
     void setTab(const QString& tab);
     QVariantList figures() const;
+    static QVariantMap words();
     double progress() const { return m_project != nullptr ? m_project->progress() : 0; }
     bool isArchived() const { return m_view->isArchived(); }
     QString archiveButton() const { return toQString(m_view->archiveButton()); }

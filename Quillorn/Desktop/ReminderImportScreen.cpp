@@ -80,6 +80,7 @@ QVariantMap ReminderImportScreen::words() {
             {"completesLabel", toVariant(View::completesLabel)},
             {"titlePrompt", toVariant(View::titlePrompt)},
             {"projectLabel", toVariant(View::projectLabel)},
+            {"priorityLabel", toVariant(View::priorityLabel)},
             {"noProject", toVariant(View::noProject)},
             {"scanButton", toVariant(View::scanButton)},
             {"cancelButton", toVariant(View::cancelButton)},

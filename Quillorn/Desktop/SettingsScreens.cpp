@@ -72,9 +72,9 @@ QVariantMap APISettingsScreen::words() {
             {"generateButton", toVariant(View::generateButton)},
             {"copyDirectiveButton", toVariant(View::copyDirectiveButton)},
             {"httpContents", toVariant(View::httpContents)},
-            {"toolCount", toVariant(View::toolCount)},
             {"mcpContents", toVariant(View::mcpContents)},
-            {"resourceCount", toVariant(View::resourceCount)}};
+            {"showKeyButton", toVariant(View::showKeyButton)},
+            {"hideKeyButton", toVariant(View::hideKeyButton)}};
 }
 
 void APISettingsScreen::copyConfig() {

@@ -28,6 +28,7 @@ constexpr Role<View::SubtaskRow> subtaskRoles[] = {
     role<&View::SubtaskRow::title>("title"),
     role<&View::SubtaskRow::symbol>("symbol"),
     role<&View::SubtaskRow::isCompleted>("isCompleted"),
+    role<&View::SubtaskRow::toggleLabel>("toggleLabel"),
 };
 constexpr Role<View::EntryRow> entryRoles[] = {
     role<&View::EntryRow::id>("recordId"),         role<&View::EntryRow::times>("times"),
@@ -73,6 +74,8 @@ QString TaskDetailScreen::warning() const {
 QVariantMap TaskDetailScreen::words() const {
     const View::Words& words = m_view.words();
     return {{"isCompleted", words.isCompleted},
+            {"completionButton", toVariant(View::completionButton(words.isCompleted))},
+            {"timerButton", toVariant(m_view.timerButton())},
             {"status", toVariant(words.statusLabel)},
             {"statusSymbol", toVariant(words.statusSymbol)},
             {"priority", toVariant(words.priorityLabel)},

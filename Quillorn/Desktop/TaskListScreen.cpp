@@ -124,11 +124,38 @@ QStringList TaskListScreen::priorities() {
     return caseLabels<TaskPriority>();
 }
 
+QVariantMap TaskListScreen::words() {
+    using View = TaskListView;
+    return {{"title", toVariant(View::title)},
+            {"meetingHelp", toVariant(View::meetingHelp)},
+            {"meetingPrompt", toVariant(View::meetingPrompt)},
+            {"clearMeetingButton", toVariant(View::clearMeetingButton)},
+            {"sortLabel", toVariant(View::sortLabel)},
+            {"groupLabel", toVariant(View::groupLabel)},
+            {"showCompletedLabel", toVariant(View::showCompletedLabel)}};
+}
+
+QVariantMap TaskListScreen::menuWords() {
+    QVariantList dueChoices;
+    for (const TaskMenu::DueChoice& choice : TaskMenu::dueChoices)
+        dueChoices.append(QVariantMap{{"label", toVariant(choice.label)}, {"days", choice.days}});
+    return {{"startTimer", toVariant(TaskMenu::startTimer)},
+            {"status", toVariant(TaskMenu::statusTitle)},
+            {"priority", toVariant(TaskMenu::priorityTitle)},
+            {"due", toVariant(TaskMenu::dueTitle)},
+            {"project", toVariant(TaskMenu::projectTitle)},
+            {"tags", toVariant(TaskMenu::tagsTitle)},
+            {"none", toVariant(TaskMenu::none)},
+            {"convert", toVariant(TaskMenu::convert)},
+            {"duplicate", toVariant(TaskMenu::duplicate)},
+            {"remove", toVariant(TaskMenu::remove)},
+            {"dueChoices", dueChoices}};
+}
+
 QVariantList TaskListScreen::meetings(const QString& typed) const {
     QVariantList list;
     for (const TaskMeeting& meeting : meetingsMatching(m_view.meetings(), typed.toStdString(), m_environment.text))
-        list.append(QVariantMap{
-            {"key", toVariant(meeting.key)}, {"title", toVariant(meeting.title)}, {"count", toVariant(meeting.count)}});
+        list.append(QVariantMap{{"key", toVariant(meeting.key)}, {"label", toVariant(meeting.label())}});
     return list;
 }
 

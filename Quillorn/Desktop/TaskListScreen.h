@@ -15,7 +15,7 @@ class TaskListScreen final : public Screen {
     Q_PROPERTY(QString searchPrompt READ searchPrompt CONSTANT)
     Q_PROPERTY(bool hasMeetings READ hasMeetings NOTIFY changed)
     Q_PROPERTY(QString meeting READ meeting WRITE setMeeting NOTIFY changed)
-    Q_PROPERTY(QString meetingTitle READ meetingTitle NOTIFY changed)
+    Q_PROPERTY(QString meetingButton READ meetingButton NOTIFY changed)
     Q_PROPERTY(QStringList sortOrders READ sortOrderLabels CONSTANT)
     Q_PROPERTY(int sortOrder READ sortOrder WRITE setSortOrder NOTIFY changed)
     Q_PROPERTY(QStringList groupings READ groupingLabels CONSTANT)
@@ -25,6 +25,8 @@ class TaskListScreen final : public Screen {
     Q_PROPERTY(QVariantMap dashboard READ dashboard NOTIFY changed)
     Q_PROPERTY(QStringList statuses READ statuses CONSTANT)
     Q_PROPERTY(QStringList priorities READ priorities CONSTANT)
+    Q_PROPERTY(QVariantMap words READ words CONSTANT)
+    Q_PROPERTY(QVariantMap menuWords READ menuWords CONSTANT)
 
   public:
     TaskListScreen(const ViewEnvironment& environment, SceneStorage& scene, const TaskFilter& filter);
@@ -38,7 +40,7 @@ class TaskListScreen final : public Screen {
     bool hasMeetings() const { return m_view.hasMeetings(); }
     QString meeting() const { return toQString(m_view.meeting()); }
     void setMeeting(const QString& key) { m_view.setMeeting(key.toStdString()); }
-    QString meetingTitle() const { return toQString(m_view.meetingTitle()); }
+    QString meetingButton() const { return toQString(m_view.meetingButton()); }
     static QStringList sortOrderLabels();
     int sortOrder() const { return static_cast<int>(m_view.sortOrder()); }
     void setSortOrder(int order);
@@ -54,8 +56,15 @@ class TaskListScreen final : public Screen {
     static QStringList statuses();
     static QStringList priorities();
 
-    /// {key, title, count} of those that hold `typed`.
+    static QVariantMap words();
+    /// With `dueChoices`: [{label, days}].
+    static QVariantMap menuWords();
+
+    /// {key, label} of those that hold `typed`.
     Q_INVOKABLE QVariantList meetings(const QString& typed) const;
+    Q_INVOKABLE static QString noMeetings(const QString& typed) {
+        return toQString(TaskListView::noMeetings(typed.toStdString()));
+    }
     Q_INVOKABLE void clearFilters() { m_view.clearFilters(); }
     Q_INVOKABLE void toggleDoneSection() { m_view.toggleDoneSection(); }
     Q_INVOKABLE void toggleDisclosure(const QString& task);

@@ -57,7 +57,8 @@ QVariantMap TimeDashboardScreen::words() {
             {"recentTitle", toVariant(TimeDashboard::recentTitle)},
             {"editHelp", toVariant(TimeDashboard::editHelp)},
             {"noProjectData", toVariant(TimeEntryStats::noProjectData)},
-            {"noTaskData", toVariant(TimeEntryStats::noTaskData)}};
+            {"noTaskData", toVariant(TimeEntryStats::noTaskData)},
+            {"showAllButton", toVariant(TimeEntryStats::showAllButton)}};
 }
 
 QVariantMap TimeDashboardScreen::deletion(const QString& entry) const {

@@ -6,7 +6,8 @@ QVariantMap TimerScreen::words() {
     return {{"stopSymbol", toVariant(TimerToolbarView::stopSymbol)},
             {"stopHelp", toVariant(TimerToolbarView::stopHelp)},
             {"stopLabel", toVariant(TimerToolbarView::stopLabel)},
-            {"choicesPrompt", toVariant(TimerToolbarView::choicesPrompt)}};
+            {"choicesPrompt", toVariant(TimerToolbarView::choicesPrompt)},
+            {"startPrompt", toVariant(TimerToolbarView::startPrompt)}};
 }
 
 QVariantList TimerScreen::choices(const QString& search) const {

@@ -20,14 +20,15 @@ inline QVariantMap toQuestion(const std::optional<Confirmation>& question, const
     return {{"title", toVariant(question->title)}, {"text", toVariant(question->message)}, {"action", action}};
 }
 
-/// {symbol, title, text, action}; empty for none.
+/// {symbol, title, text, action, command}; empty for none.
 inline QVariantMap toMap(const std::optional<EmptyState>& state) {
     if (!state)
         return {};
     return {{"symbol", toVariant(state->symbol)},
             {"title", toVariant(state->title)},
             {"text", toVariant(state->text)},
-            {"action", toVariant(state->action)}};
+            {"action", toVariant(state->action)},
+            {"command", toVariant(state->command)}};
 }
 
 inline QVariant toVariant(const FormChoice& choice) {

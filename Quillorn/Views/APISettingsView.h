@@ -30,9 +30,9 @@ class APISettingsView : public SettingsPane {
     static constexpr std::string_view generateButton = "Generate";
     static constexpr std::string_view copyDirectiveButton = "Copy CLAUDE.md Directive";
     static constexpr std::string_view httpContents = "CRUD for clients, projects, tasks, time, notes";
-    static constexpr std::string_view toolCount = "17 Tools";
-    static constexpr std::string_view mcpContents = "Overview, today, overdue, timers, notes";
-    static constexpr std::string_view resourceCount = "5 Resources";
+    static constexpr std::string_view mcpContents = "17 Tools · 5 Resources · Overview, today, overdue, timers, notes";
+    static constexpr std::string_view showKeyButton = "Show";
+    static constexpr std::string_view hideKeyButton = "Hide";
     static constexpr std::string_view keyIsMissing = "An API key is required when authentication is enabled";
     static constexpr std::string_view portIsWrong = "Port must be between 1 and 65535";
     /// How long a button says that it has copied.

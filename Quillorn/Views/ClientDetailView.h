@@ -12,6 +12,10 @@ struct UpdateClientRequest;
 /// A client: overview, projects in their groups, time, notes and chat.
 class ClientDetailView final : public ScopeDetailView {
   public:
+    static constexpr std::string_view projectsTitle = "Projects";
+    static constexpr std::string_view noProjectsTitle = "No Projects";
+    static constexpr std::string_view noProjectsText = "Projects of this client stand here.";
+
     static constexpr std::array<DetailTab, 5> allTabs = {{{"overview", "Overview", "square.grid.2x2"},
                                                           {"projects", "Projects", "folder"},
                                                           {"time", "Time", "clock"},

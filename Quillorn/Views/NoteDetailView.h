@@ -35,6 +35,7 @@ class NoteDetailView final : public DetailView {
     const std::string& preview() const { return field(Field::content).text(); }
 
     bool isPinned() const { return m_isPinned; }
+    static constexpr std::string_view pinButton(bool isPinned) { return isPinned ? "Unpin" : "Pin"; }
     /// "Edited 9:05 AM".
     const std::string& edited() const { return m_edited; }
     /// To its project, or to the task that it comments.

@@ -10,6 +10,7 @@
 #include "Services/DayChangeObserver.h"
 #include "Store/MainContext.h"
 #include "Views/DetailView.h"
+#include "Views/NoteDetailView.h"
 
 #include <utility>
 
@@ -67,6 +68,7 @@ NoteListView::Row NoteListView::rowOf(const Note& note) const {
         row.color = project->color();
     }
     row.isPinned = note.isPinned();
+    row.pinButton = NoteDetailView::pinButton(row.isPinned);
     return row;
 }
 

@@ -40,6 +40,7 @@ class NoteListView {
         std::string project{};
         std::string color{};
         bool isPinned = false;
+        std::string_view pinButton{};
 
         friend bool operator==(const Row&, const Row&) = default;
     };

@@ -32,6 +32,9 @@ struct FormChoice {
 /// What forms offer as colours; any other can be typed.
 inline constexpr std::array<std::string_view, 10> formColors = {
     defaultColor, "#34C759", "#FF9500", "#FF3B30", "#AF52DE", "#5AC8FA", "#FFCC00", "#FF2D55", "#5856D6", "#8E8E93"};
+/// Of the same, for who doesn't see them.
+inline constexpr std::array<std::string_view, 10> formColorNames = {
+    "Blue", "Green", "Orange", "Red", "Purple", "Light blue", "Yellow", "Pink", "Indigo", "Gray"};
 
 /// A form in which a record is made or changed: what was entered is checked as requests are, and kept by one save,
 /// which is one step to undo. Belongs to the main thread.
@@ -49,6 +52,9 @@ class RecordFormBase {
     bool isNew() const { return !m_record; }
     /// "New Client", "Edit Client".
     std::string windowTitle() const;
+    /// In the empty fields of the name, and of what there is to say about it.
+    virtual std::string_view namePrompt() const { return "Name"; }
+    virtual std::string_view textPrompt() const { return "Description"; }
     /// What is wrong with what was entered, in the words of requests.
     virtual std::vector<std::string> faults() const = 0;
     bool canSave() const { return faults().empty(); }

@@ -60,6 +60,8 @@ class GroupForm final : public RecordForm<GroupValues> {
   public:
     static constexpr std::string_view titlePrompt = "Group name";
 
+    std::string_view namePrompt() const override { return titlePrompt; }
+
     GroupForm(const ViewEnvironment& environment, std::optional<UUID> client);
     GroupForm(const ViewEnvironment& environment, const ProjectDivider& group);
 
@@ -86,6 +88,8 @@ class NoteForm final : public RecordForm<NoteValues> {
     NoteForm(const ViewEnvironment& environment, const Note& note);
 
     std::vector<FormChoice> projects() const { return projectChoices(environment(), values().project); }
+    std::string_view namePrompt() const override { return "Title"; }
+    std::string_view textPrompt() const override { return "Write in Markdown"; }
     std::vector<std::string> faults() const override { return {}; }
 
   protected:

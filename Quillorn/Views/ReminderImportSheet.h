@@ -28,6 +28,7 @@ class ReminderImportSheet {
     static constexpr std::string_view completesLabel = "Mark imported reminders complete";
     static constexpr std::string_view titlePrompt = "Task title";
     static constexpr std::string_view projectLabel = "Project";
+    static constexpr std::string_view priorityLabel = "Priority";
     static constexpr std::string_view noProject = "No project";
     static constexpr std::string_view scanButton = "Scan";
     static constexpr std::string_view cancelButton = "Cancel";

@@ -189,7 +189,8 @@ void TaskDetailView::showLists(const ProjectTask& task) {
     std::vector<SubtaskRow> subtasks;
     for (std::size_t place = 0; place < m_subtasks.size(); ++place) {
         const ProjectTask& each = m_subtasks[place];
-        subtasks.push_back({each.id(), each.title(), std::string(symbol(each.status())), each.isCompleted()});
+        subtasks.push_back({each.id(), each.title(), std::string(symbol(each.status())), each.isCompleted(),
+                            fmt::format("{} {}", completionButton(each.isCompleted()), each.title())});
     }
     m_subtaskRows.assign(std::move(subtasks));
     std::vector<EntryRow> entries;

@@ -38,6 +38,9 @@ class TaskDetailView final : public DetailView {
     bool leaveAll();
     void revert(Field field);
 
+    static constexpr std::string_view completionButton(bool isCompleted) { return isCompleted ? "Reopen" : "Complete"; }
+    std::string_view timerButton() const { return isTiming() ? "Stop timer" : "Start timer"; }
+
     /// The ready words.
     struct Words {
         bool isCompleted = false;
@@ -67,6 +70,8 @@ class TaskDetailView final : public DetailView {
         std::string title;
         std::string symbol;
         bool isCompleted = false;
+        /// "Complete Buy paper".
+        std::string toggleLabel{};
 
         friend bool operator==(const SubtaskRow&, const SubtaskRow&) = default;
     };

@@ -17,6 +17,22 @@ using TaskIds = std::vector<UUID>;
 
 /// What the menu of these tasks says, and offers beyond what it always has.
 struct TaskMenu {
+    static constexpr std::string_view startTimer = "Start Timer";
+    static constexpr std::string_view statusTitle = "Status";
+    static constexpr std::string_view priorityTitle = "Priority";
+    static constexpr std::string_view dueTitle = "Due Date";
+    static constexpr std::string_view projectTitle = "Move to Project";
+    static constexpr std::string_view tagsTitle = "Tags";
+    static constexpr std::string_view none = "None";
+    static constexpr std::string_view convert = "Convert to Standalone";
+    static constexpr std::string_view duplicate = "Duplicate";
+    static constexpr std::string_view remove = "Delete…";
+    struct DueChoice {
+        std::string_view label;
+        int days; // from today
+    };
+    static constexpr DueChoice dueChoices[] = {{"Today", 0}, {"Tomorrow", 1}, {"In a Week", 7}};
+
     /// "Mark Complete", or "Mark Incomplete" where all are completed.
     std::string completion;
     /// Of all of them, where it is the same.

@@ -64,6 +64,7 @@ class TaskForm final : public RecordForm<TaskValues> {
     /// Reads "tomorrow 9:00" and the like; false, and nothing done, where it can't be read. Blank is no date.
     bool setDueText(std::string_view words);
 
+    std::string_view namePrompt() const override { return "Title"; }
     std::vector<std::string> faults() const override;
 
   protected:

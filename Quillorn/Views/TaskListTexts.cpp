@@ -1,5 +1,7 @@
 #include "Views/TaskListTexts.h"
 
+#include "Views/ContentView.h"
+
 #include <fmt/core.h>
 
 namespace quillorn {
@@ -29,15 +31,18 @@ EmptyState unfiltered(const TaskFilter& filter, std::string_view tagName) {
 EmptyState emptyTaskList(const TaskFilter& filter, std::string_view tagName, TaskNarrowing narrowing) {
     EmptyState state = unfiltered(filter, tagName);
     state.action = "Add Task";
+    state.command = commands::newTask;
     if (narrowing.hasMeeting) {
         state.symbol = meetingSymbol;
         state.title = "No Tasks From This Meeting";
         state.text = "Its tasks may be completed — turn on Show Completed in View Options.";
-        state.action = "Clear Filter";
     }
     if (narrowing.isSearching) {
         state.text = "Nothing matches your search.";
+    }
+    if (narrowing.hasMeeting || narrowing.isSearching) {
         state.action = "Clear Filter";
+        state.command = {};
     }
     return state;
 }

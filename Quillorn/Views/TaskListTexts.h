@@ -14,6 +14,8 @@ struct EmptyState {
     std::string text;
     /// What the button says; empty for none.
     std::string action{};
+    /// The command that it gives; empty for one of the screen's own.
+    std::string_view command{};
 
     friend bool operator==(const EmptyState&, const EmptyState&) = default;
 };

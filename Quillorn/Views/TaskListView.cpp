@@ -108,6 +108,10 @@ void TaskListView::setMeeting(std::string key) {
     narrow();
 }
 
+std::string TaskListView::noMeetings(std::string_view typed) {
+    return "No meetings match “" + std::string(typed) + "”";
+}
+
 std::string TaskListView::meetingTitle() const {
     if (m_meeting.empty())
         return "All Meetings";

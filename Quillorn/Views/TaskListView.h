@@ -46,6 +46,10 @@ class TaskListView final : private TaskRowText::Maker {
     const std::string& searchText() const { return m_searchText; }
     void setSearchText(std::string text);
     static constexpr std::string_view searchPrompt = "Search tasks";
+    static constexpr std::string_view title = "Tasks";
+    static constexpr std::string_view sortLabel = "Sort By";
+    static constexpr std::string_view groupLabel = "Group By";
+    static constexpr std::string_view showCompletedLabel = "Show Completed";
 
     /// Whether the bar of meetings shows.
     bool hasMeetings() const { return m_tally.ofMeetings > 0; }
@@ -54,6 +58,13 @@ class TaskListView final : private TaskRowText::Maker {
     /// Empty for all.
     const std::string& meeting() const { return m_meeting; }
     void setMeeting(std::string key);
+    static constexpr std::string_view meetingHelp = "Show only tasks created from a meeting";
+    static constexpr std::string_view meetingPrompt = "Search meetings";
+    static constexpr std::string_view clearMeetingButton = "Clear meeting filter";
+    /// "Meeting: All Meetings".
+    std::string meetingButton() const { return "Meeting: " + meetingTitle(); }
+    /// Where none of them has what was typed in its title.
+    static std::string noMeetings(std::string_view typed);
     /// "All Meetings", or the title of the chosen one.
     std::string meetingTitle() const;
 

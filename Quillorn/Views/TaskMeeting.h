@@ -21,6 +21,9 @@ struct TaskMeeting {
     Date latest;
     std::size_t count = 0;
 
+    /// "Weekly  3".
+    std::string label() const { return title + "  " + std::to_string(count); }
+
     friend bool operator==(const TaskMeeting&, const TaskMeeting&) = default;
 };
 

@@ -41,6 +41,7 @@ class TimeEntryStats {
   public:
     static constexpr std::string_view noProjectData = "No project data";
     static constexpr std::string_view noTaskData = "No task data";
+    static constexpr std::string_view showAllButton = "Show All";
 
     explicit TimeEntryStats(const Calendar& calendar) : m_calendar(calendar) {}
 

@@ -31,6 +31,7 @@ class TimerToolbarView {
     /// Of an entry whose task is gone.
     static constexpr std::string_view noTask = "Unassigned";
     static constexpr std::string_view choicesPrompt = "Search tasks";
+    static constexpr std::string_view startPrompt = "Started at, as 9:30";
     static constexpr std::string_view notYet = "The timer can’t have started in the future";
     static constexpr std::string_view notRunning = "No timer is running";
     static constexpr std::size_t mostChoices = 20;

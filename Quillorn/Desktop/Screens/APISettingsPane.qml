@@ -55,7 +55,6 @@ ColumnLayout {
     }
     FormRow {
         label: root.settings.words.keyLabel
-        help: ""
 
         TextField {
             Layout.fillWidth: true
@@ -69,7 +68,7 @@ ColumnLayout {
             id: reveal
 
             checkable: true
-            tip: checked ? "Hide" : "Show"
+            tip: checked ? root.settings.words.hideKeyButton : root.settings.words.showKeyButton
             icon.name: checked ? "eye.slash" : "eye"
         }
         Button {
@@ -89,16 +88,22 @@ ColumnLayout {
         }
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.autoStartLabel
         checked: root.settings.startsAtLaunch
         onToggled: root.settings.startsAtLaunch = checked
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.externalLabel
         checked: root.settings.isExternal
         onToggled: root.settings.isExternal = checked
     }
     Switch {
+        Layout.fillWidth: true
+        Layout.maximumWidth: implicitWidth
         text: root.settings.words.requireAuthLabel
         checked: root.settings.requiresAuth
         onToggled: root.settings.requiresAuth = checked
@@ -118,7 +123,7 @@ ColumnLayout {
     }
     FormRow {
         label: root.settings.words.endpointLabel
-        help: root.settings.words.toolCount + " · " + root.settings.words.resourceCount + " · " + root.settings.words.mcpContents
+        help: root.settings.words.mcpContents
 
         SelectableText {
             Layout.fillWidth: true

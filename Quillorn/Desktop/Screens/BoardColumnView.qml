@@ -60,7 +60,7 @@ Rectangle {
                 color: Theme.secondaryText
             }
             ToolButton {
-                tip: "New Task"
+                tip: Desk.titles.newTask
                 Accessible.name: tip + ", " + root.column.label
                 icon.name: "plus"
                 onClicked: {

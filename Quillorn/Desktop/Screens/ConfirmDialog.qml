@@ -44,7 +44,7 @@ Dialog {
         }
         Button {
             Layout.rightMargin: 20
-            text: root.question.action ?? "Delete"
+            text: root.question.action ?? ""
             tone: Theme.red
             onClicked: root.accept()
         }

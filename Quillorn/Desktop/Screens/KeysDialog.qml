@@ -6,7 +6,7 @@ import QuillornStyle
 Dialog {
     id: root
 
-    title: "Keys"
+    title: Desk.titles.showKeys
     width: 460
     contentItem: RowList {
         id: list

@@ -15,9 +15,9 @@ RowLayout {
         Layout.topMargin: 8
         flat: true
         icon.name: "person.2.wave.2"
-        text: "Meeting: " + (root.tasks?.meetingTitle ?? "")
+        text: root.tasks?.meetingButton ?? ""
         tone: root.tasks?.meeting ? Theme.accent : Theme.secondaryText
-        ToolTip.text: "Show only tasks created from a meeting"
+        ToolTip.text: root.tasks?.words.meetingHelp ?? ""
         ToolTip.visible: hovered
         ToolTip.delay: 600
         onClicked: picker.open()
@@ -40,7 +40,7 @@ RowLayout {
 
                     Layout.fillWidth: true
                     symbol: "magnifyingglass"
-                    placeholderText: "Search meetings"
+                    placeholderText: root.tasks?.words.meetingPrompt ?? ""
                 }
                 RowList {
                     id: list
@@ -53,7 +53,7 @@ RowLayout {
                         required property var modelData
 
                         width: ListView.view.width
-                        text: modelData.title + "  " + modelData.count
+                        text: modelData.label
                         highlighted: modelData.key === root.tasks.meeting
                         onClicked: {
                             root.tasks.meeting = modelData.key;
@@ -63,8 +63,8 @@ RowLayout {
                 }
                 Label {
                     Layout.fillWidth: true
-                    visible: list.count === 0
-                    text: "No meetings match “" + typed.text + "”"
+                    visible: picker.opened && list.count === 0
+                    text: visible ? root.tasks.noMeetings(typed.text) : ""
                     color: Theme.secondaryText
                     wrapMode: Text.Wrap
                 }
@@ -74,7 +74,7 @@ RowLayout {
     ToolButton {
         Layout.topMargin: 8
         visible: (root.tasks?.meeting ?? "") !== ""
-        tip: "Clear meeting filter"
+        tip: root.tasks?.words.clearMeetingButton ?? ""
         icon.name: "xmark.circle.fill"
         onClicked: root.tasks.meeting = ""
     }

@@ -33,7 +33,7 @@ ColumnLayout {
             color: Theme.secondaryText
         }
         ToolButton {
-            tip: "New Note"
+            tip: Desk.titles.newNote
             icon.name: "plus"
             onClicked: {
                 const made = root.notes.add();

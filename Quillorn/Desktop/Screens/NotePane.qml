@@ -35,7 +35,7 @@ Item {
                 onToggled: root.note.isPreview = checked
             }
             ToolButton {
-                tip: root.note?.isPinned ? "Unpin" : "Pin"
+                tip: root.note?.pinButton ?? ""
                 icon.name: "flag.fill"
                 tone: root.note?.isPinned ? Theme.amber : Theme.secondaryText
                 onClicked: root.note.togglePin()

@@ -13,6 +13,7 @@ ItemDelegate {
     required property string project
     required property string tone
     required property bool isPinned
+    required property string pinButton
 
     signal picked
     signal pinToggled
@@ -35,7 +36,7 @@ ItemDelegate {
         id: menu
 
         MenuItem {
-            text: root.isPinned ? "Unpin" : "Pin"
+            text: root.pinButton
             onTriggered: root.pinToggled()
         }
         MenuItem {

@@ -16,7 +16,7 @@ RowList {
     bottomMargin: 12
     spacing: 2
     model: record?.projects ?? null
-    Accessible.name: "Projects"
+    Accessible.name: record?.words.projectsTitle ?? ""
     delegate: ItemDelegate {
         id: row
 
@@ -76,9 +76,9 @@ RowList {
         width: Math.min(parent.width - 48, 400)
         visible: root.count === 0
         symbol: "folder"
-        title: "No Projects"
-        text: "Projects of this client stand here."
-        action: "New Project"
+        title: root.record?.words.noProjectsTitle ?? ""
+        text: root.record?.words.noProjectsText ?? ""
+        action: Desk.titles.newProject
         onActed: Desk.command("newProject")
     }
 }

@@ -27,7 +27,7 @@ Sheet {
         id: name
 
         Layout.fillWidth: true
-        placeholderText: root.form?.kind === "task" || root.form?.kind === "note" ? "Title" : "Name"
+        placeholderText: root.form?.namePrompt ?? ""
         text: root.form?.values.name ?? ""
         onTextEdited: root.form.set("name", text)
         onAccepted: if (root.canSave)
@@ -37,7 +37,7 @@ Sheet {
         Layout.fillWidth: true
         Layout.minimumHeight: 72
         visible: root.form?.values.description !== undefined
-        placeholderText: root.form?.kind === "note" ? "Write in Markdown" : "Description"
+        placeholderText: root.form?.textPrompt ?? ""
         text: root.form?.values.description ?? ""
         onTextChanged: if (activeFocus)
             root.form.set("description", text)
@@ -128,21 +128,20 @@ Sheet {
                 AbstractChip {
                     id: swatch
 
-                    required property string modelData
-                    required property int index
-                    readonly property bool isOn: (root.form?.values.color ?? "").toUpperCase() === modelData.toUpperCase()
+                    required property var modelData
+                    readonly property bool isOn: (root.form?.values.color ?? "").toUpperCase() === modelData.value.toUpperCase()
 
                     implicitWidth: 24
                     implicitHeight: 24
-                    Accessible.name: "Color " + (index + 1)
+                    Accessible.name: modelData.name
                     Accessible.checkable: true
                     Accessible.checked: isOn
-                    onClicked: root.form.set("color", modelData)
+                    onClicked: root.form.set("color", modelData.value)
                     contentItem: Item {
                         SymbolIcon {
                             anchors.centerIn: parent
                             name: swatch.isOn ? "checkmark.circle.fill" : "circle.fill"
-                            color: swatch.modelData
+                            color: swatch.modelData.value
                             size: 22
                         }
                     }

@@ -69,7 +69,7 @@ Item {
                     model: root.priorities
                     currentIndex: root.priority
                     onActivated: index => root.importing.setPriority(root.index, index)
-                    Accessible.name: "Priority, " + root.title
+                    Accessible.name: (root.importing?.words.priorityLabel ?? "") + ", " + root.title
                 }
             }
             RowLayout {

@@ -8,6 +8,8 @@ Card {
 
     property var rows: []
     property string emptyText
+    /// Of the button that shows what is hidden.
+    property string showAll
     property int shown: 5
 
     LayoutRepeater {
@@ -33,7 +35,7 @@ Card {
     Button {
         visible: root.rows.length > root.shown
         flat: true
-        text: "Show All"
+        text: root.showAll
         tone: Theme.accent
         onClicked: root.shown = root.rows.length
     }

@@ -8,6 +8,7 @@ ItemDelegate {
     required property string recordId
     required property string title
     required property bool isCompleted
+    required property string toggleLabel
 
     signal toggled
     signal picked
@@ -22,7 +23,7 @@ ItemDelegate {
         AbstractChip {
             implicitWidth: 20
             implicitHeight: 20
-            Accessible.name: (root.isCompleted ? "Reopen " : "Complete ") + root.title
+            Accessible.name: root.toggleLabel
             onClicked: root.toggled()
             contentItem: Item {
                 SymbolIcon {

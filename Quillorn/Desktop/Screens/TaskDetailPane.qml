@@ -34,7 +34,7 @@ Item {
                 onOpened: (kind, record) => root.opened(kind, record)
             }
             ToolButton {
-                tip: root.task?.isTiming ? "Stop timer" : "Start timer"
+                tip: root.task?.words.timerButton ?? ""
                 icon.name: root.task?.isTiming ? "stop.fill" : "play.fill"
                 onClicked: root.task.toggleTimer()
             }
@@ -91,7 +91,7 @@ Item {
                         Layout.alignment: Qt.AlignTop
                         implicitWidth: 24
                         implicitHeight: 30
-                        Accessible.name: root.task?.words.isCompleted ? "Reopen" : "Complete"
+                        Accessible.name: root.task?.words.completionButton ?? ""
                         onClicked: root.task.toggleCompleted()
                         contentItem: Item {
                             SymbolIcon {

@@ -46,7 +46,7 @@ Item {
             leftMargin: 8
             rightMargin: 8
             model: root.tasks?.rows ?? null
-            Accessible.name: "Tasks"
+            Accessible.name: root.tasks?.words.title ?? ""
 
             header: SmartListHeader {
                 width: list.width - 16
@@ -104,7 +104,7 @@ Item {
                 title: state_.title ?? ""
                 text: state_.text ?? ""
                 action: state_.action ?? ""
-                onActed: action === "Add Task" ? root.newTask() : root.tasks.clearFilters()
+                onActed: state_.command ? root.newTask() : root.tasks.clearFilters()
             }
         }
     }

@@ -11,6 +11,7 @@ Menu {
     signal deleteWanted(string task)
     signal startWanted(string task)
 
+    readonly property var words: tasks?.menuWords ?? ({})
     /// What it offers for them.
     property var offer: ({})
 
@@ -27,7 +28,7 @@ Menu {
         onTriggered: root.tasks.toggleCompleted(root.task)
     }
     MenuItem {
-        text: "Start Timer"
+        text: root.words.startTimer ?? ""
         icon.name: "play.fill"
         onTriggered: root.startWanted(root.task)
     }
@@ -35,7 +36,7 @@ Menu {
     Menu {
         id: statusMenu
 
-        title: "Status"
+        title: root.words.status ?? ""
 
         Instantiator {
             model: root.tasks?.statuses ?? []
@@ -54,7 +55,7 @@ Menu {
     Menu {
         id: priorityMenu
 
-        title: "Priority"
+        title: root.words.priority ?? ""
 
         Instantiator {
             model: root.tasks?.priorities ?? []
@@ -71,34 +72,35 @@ Menu {
         }
     }
     Menu {
-        title: "Due Date"
+        id: dueMenu
 
-        MenuItem {
-            text: "Today"
-            onTriggered: root.tasks.setDueIn(root.task, 0)
-        }
-        MenuItem {
-            text: "Tomorrow"
-            onTriggered: root.tasks.setDueIn(root.task, 1)
-        }
-        MenuItem {
-            text: "In a Week"
-            onTriggered: root.tasks.setDueIn(root.task, 7)
+        title: root.words.due ?? ""
+
+        Instantiator {
+            model: root.words.dueChoices ?? []
+            delegate: MenuItem {
+                required property var modelData
+
+                text: modelData.label
+                onTriggered: root.tasks.setDueIn(root.task, modelData.days)
+            }
+            onObjectAdded: (index, object) => dueMenu.insertItem(index, object)
+            onObjectRemoved: (index, object) => dueMenu.removeItem(object)
         }
         MenuSeparator {}
         MenuItem {
-            text: "None"
+            text: root.words.none ?? ""
             onTriggered: root.tasks.setDueIn(root.task, null)
         }
     }
     Menu {
         id: projectMenu
 
-        title: "Move to Project"
+        title: root.words.project ?? ""
         height: Math.min(implicitHeight, 360)
 
         MenuItem {
-            text: "None"
+            text: root.words.none ?? ""
             onTriggered: root.tasks.moveToProject(root.task, "")
         }
         Instantiator {
@@ -116,7 +118,7 @@ Menu {
     Menu {
         id: tagMenu
 
-        title: "Tags"
+        title: root.words.tags ?? ""
         enabled: (root.offer.tags ?? []).length > 0
         height: Math.min(implicitHeight, 360)
 
@@ -136,18 +138,18 @@ Menu {
     }
     MenuSeparator {}
     MenuItem {
-        text: "Convert to Standalone"
+        text: root.words.convert ?? ""
         enabled: root.offer.canConvert ?? false
         onTriggered: root.tasks.convertToStandalone(root.task)
     }
     MenuItem {
-        text: "Duplicate"
+        text: root.words.duplicate ?? ""
         icon.name: "doc.on.doc"
         onTriggered: root.tasks.duplicate(root.task)
     }
     MenuSeparator {}
     MenuItem {
-        text: "Delete…"
+        text: root.words.remove ?? ""
         icon.name: "trash"
         onTriggered: root.deleteWanted(root.task)
     }

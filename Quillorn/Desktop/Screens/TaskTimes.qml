@@ -34,7 +34,7 @@ ColumnLayout {
             color: Theme.green
         }
         ToolButton {
-            tip: "Log Time…"
+            tip: Desk.titles.logTime
             icon.name: "plus"
             onClicked: Desk.command("logTime")
         }

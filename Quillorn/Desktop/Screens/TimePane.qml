@@ -75,6 +75,7 @@ ScrollView {
                 title: root.time?.words.byProjectTitle ?? ""
                 rows: root.time?.byProject ?? []
                 emptyText: root.time?.words.noProjectData ?? ""
+                showAll: root.time?.words.showAllButton ?? ""
             }
             ShareCard {
                 Layout.fillWidth: true
@@ -82,6 +83,7 @@ ScrollView {
                 title: root.time?.words.byTaskTitle ?? ""
                 rows: root.time?.byTask ?? []
                 emptyText: root.time?.words.noTaskData ?? ""
+                showAll: root.time?.words.showAllButton ?? ""
             }
         }
         Label {

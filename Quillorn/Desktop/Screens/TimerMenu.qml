@@ -70,7 +70,7 @@ Popup {
 
             Layout.fillWidth: true
             visible: root.timer?.isRunning ?? false
-            placeholderText: "Started at, as 9:30"
+            placeholderText: root.timer?.words.startPrompt ?? ""
             onAccepted: {
                 problem.text = root.timer.adjust(text);
                 if (!problem.text)

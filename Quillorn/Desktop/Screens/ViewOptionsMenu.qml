@@ -10,7 +10,7 @@ Menu {
     Menu {
         id: sorts
 
-        title: "Sort By"
+        title: root.tasks?.words.sortLabel ?? ""
 
         Instantiator {
             model: root.tasks?.sortOrders ?? []
@@ -30,7 +30,7 @@ Menu {
     Menu {
         id: groups
 
-        title: "Group By"
+        title: root.tasks?.words.groupLabel ?? ""
 
         Instantiator {
             model: root.tasks?.groupings ?? []
@@ -49,7 +49,7 @@ Menu {
     }
     MenuSeparator {}
     MenuItem {
-        text: "Show Completed"
+        text: root.tasks?.words.showCompletedLabel ?? ""
         checkable: true
         checked: root.tasks?.showsCompleted ?? false
         onTriggered: root.tasks.showsCompleted = !root.tasks.showsCompleted

@@ -13,6 +13,10 @@ T.MenuItem {
     rightPadding: mirrored ? 28 : subMenu ? 26 : 12
     font.pixelSize: Theme.body
     Accessible.onPressAction: {
+        if (subMenu) {
+            subMenu.popup(control, mirrored ? -subMenu.width : width, 0);
+            return;
+        }
         triggered();
         menu?.dismiss();
     }

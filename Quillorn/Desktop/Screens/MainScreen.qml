@@ -63,6 +63,13 @@ SplitView {
         sidebar.visible = !sidebar.visible;
     }
 
+    /// A split view doesn't mirror by itself.
+    function arrange() {
+        if (count === 3 && (itemAt(0) === sidebar) === mirrored) {
+            moveItem(0, 2);
+            moveItem(0, 1);
+        }
+    }
     function findFocus() {
         if (isFocusLost)
             focusContent();
@@ -70,6 +77,8 @@ SplitView {
 
     orientation: Qt.Horizontal
     onIsFocusLostChanged: Qt.callLater(findFocus)
+    onMirroredChanged: arrange()
+    Component.onCompleted: arrange()
 
     Sidebar {
         id: sidebar

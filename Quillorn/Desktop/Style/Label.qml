@@ -5,4 +5,5 @@ Text {
     linkColor: Theme.accent
     font.pixelSize: Theme.body
     textFormat: Text.PlainText
+    horizontalAlignment: Text.AlignLeft
 }

@@ -290,6 +290,7 @@ TEST_F(AccessibilityTest, everyControlHasANameAndIsReachedByKeys) {
     desk().command("showToday");
     desk().selectTask(idOf(task));
     walk("from right to left");
+    EXPECT_GT(middle("All Notes").x(), shell().window().width() / 2) << "the sidebar is not at the right";
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     for (const char* command : {"quickAdd", "settings"}) {
         desk().command(command);

@@ -173,54 +173,64 @@ void DesktopApp::update() {
 
 void DesktopApp::showColumn(const ContentView::Column& column) {
     using Kind = ContentView::Column::Kind;
-    const bool isProject = column.kind == Kind::project;
-    const bool isRecord = isProject || column.kind == Kind::client;
-    const UUID id = column.record.value_or(UUID());
-    const ViewEnvironment& all = m_environment;
-    TaskFilter filter = column.filter;
-    if (isRecord)
-        filter = {isProject ? TaskFilter::Kind::project : TaskFilter::Kind::client, id};
-    TimeScope time{isProject ? TimeScope::Kind::project : TimeScope::Kind::client, id};
-    NoteScope notes{isProject ? NoteScope::Kind::project : NoteScope::Kind::client, id};
-    if (!isRecord)
-        notes = {};
-
     if (m_record)
         m_record->leaveAll();
-    const AIEnvironment assistant = m_world.app().aiEnvironment();
-    const auto makeTasks = [this, filter] { return watched(new TaskListScreen(m_environment, m_scene, filter)); };
     m_tasks.set(nullptr);
-    if (column.kind == Kind::taskList && filter.isSmartList()) {
-        m_tasks.keep(static_cast<int>(filter.kind), makeTasks);
-        m_tasks->view().reopen();
-    } else if (column.kind == Kind::taskList || isRecord) {
-        m_tasks.setLater(makeTasks);
-    }
     m_notes.set(nullptr);
-    if (isRecord || column.kind == Kind::allNotes)
-        m_notes.setLater([this, notes] { return watched(new NoteListScreen(m_environment, notes)); });
-    m_record.set(isRecord ? watched(new RecordScreen(all, assistant, m_scene, isProject, id)) : nullptr);
+    m_record.set(nullptr);
     m_time.set(nullptr);
     m_chat.set(nullptr);
-    if (isRecord) {
-        m_time.setLater([this, time] {
-            return watched(
-                new TimeDashboardScreen(m_environment.main, m_environment.clock, m_environment.calendar, time));
-        });
-        const ChatContext subject{isProject ? ChatContext::Kind::project : ChatContext::Kind::client, id};
-        m_chat.setLater([this, assistant, subject] { return watched(new ChatScreen(assistant, subject)); });
-    }
     m_summary.set(nullptr);
-    if (column.kind == Kind::dailySummary) {
+    m_activity.set(nullptr);
+    const ViewEnvironment& all = m_environment;
+    switch (column.kind) {
+    case Kind::nothing:
+        break;
+    case Kind::taskList:
+        showTasks(column.filter);
+        break;
+    case Kind::client:
+    case Kind::project:
+        showRecord(column.kind == Kind::project, column.record.value_or(UUID()));
+        break;
+    case Kind::dailySummary:
         m_summary.keep(0, [&all] { return new TodaySummaryScreen(all.main, all.clock, all.calendar); });
         m_summary->update();
-    }
-    m_activity.set(nullptr);
-    if (column.kind == Kind::activityLog) {
+        break;
+    case Kind::activityLog:
         m_activity.keep(
             0, [this, &all] { return new ActivityLogScreen(all.main, m_scene, all.clock, all.calendar, all.text); });
         m_activity->update();
+        break;
+    case Kind::allNotes:
+        showNotes({});
+        break;
     }
+}
+
+void DesktopApp::showTasks(const TaskFilter& filter) {
+    const auto make = [this, filter] { return watched(new TaskListScreen(m_environment, m_scene, filter)); };
+    if (!filter.isSmartList())
+        return m_tasks.setLater(make);
+    m_tasks.keep(static_cast<int>(filter.kind), make);
+    m_tasks->view().reopen();
+}
+
+void DesktopApp::showNotes(const NoteScope& scope) {
+    m_notes.setLater([this, scope] { return watched(new NoteListScreen(m_environment, scope)); });
+}
+
+void DesktopApp::showRecord(bool isProject, const UUID& id) {
+    showTasks({isProject ? TaskFilter::Kind::project : TaskFilter::Kind::client, id});
+    showNotes({isProject ? NoteScope::Kind::project : NoteScope::Kind::client, id});
+    const AIEnvironment assistant = m_world.app().aiEnvironment();
+    m_record.set(watched(new RecordScreen(m_environment, assistant, m_scene, isProject, id)));
+    const TimeScope scope{isProject ? TimeScope::Kind::project : TimeScope::Kind::client, id};
+    m_time.setLater([this, scope] {
+        return watched(new TimeDashboardScreen(m_environment.main, m_environment.clock, m_environment.calendar, scope));
+    });
+    const ChatContext subject{isProject ? ChatContext::Kind::project : ChatContext::Kind::client, id};
+    m_chat.setLater([this, assistant, subject] { return watched(new ChatScreen(assistant, subject)); });
 }
 
 void DesktopApp::showDetail() {

@@ -157,6 +157,9 @@ class DesktopApp final : public Screen {
     static QString textOf(const std::optional<UUID>& id) { return id ? toQString(id->string()) : QString(); }
     void update();
     void showColumn(const ContentView::Column& column);
+    void showTasks(const TaskFilter& filter);
+    void showNotes(const NoteScope& scope);
+    void showRecord(bool isProject, const UUID& id);
     void showDetail();
     void showSheet();
     void openQuickAdd();

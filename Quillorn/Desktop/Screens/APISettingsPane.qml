@@ -87,23 +87,17 @@ ColumnLayout {
             wrapMode: Text.Wrap
         }
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.autoStartLabel
         checked: root.settings.startsAtLaunch
         onToggled: root.settings.startsAtLaunch = checked
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.externalLabel
         checked: root.settings.isExternal
         onToggled: root.settings.isExternal = checked
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.requireAuthLabel
         checked: root.settings.requiresAuth
         onToggled: root.settings.requiresAuth = checked

@@ -14,9 +14,7 @@ ColumnLayout {
         symbol: "externaldrive.badge.timemachine"
         text: root.settings.words.automaticTitle
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.automaticLabel
         checked: root.settings.isAutomatic
         onToggled: root.settings.isAutomatic = checked

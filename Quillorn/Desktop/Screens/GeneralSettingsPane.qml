@@ -15,9 +15,7 @@ ColumnLayout {
         symbol: root.settings.words.tasksSymbol
         text: root.settings.words.tasks
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.showCompletedLabel
         checked: root.settings.showsCompleted
         onToggled: root.settings.showsCompleted = checked
@@ -53,9 +51,7 @@ ColumnLayout {
         symbol: root.settings.words.thoughtkegSymbol
         text: root.settings.words.thoughtkeg
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.pushLabel
         checked: root.settings.pushes
         onToggled: root.settings.pushes = checked
@@ -67,9 +63,7 @@ ColumnLayout {
         symbol: root.desktop.words.titleSymbol
         text: root.desktop.words.title
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.desktop.words.loginLabel
         checked: root.desktop.startsAtLogin
         onToggled: root.desktop.startsAtLogin = checked
@@ -80,9 +74,7 @@ ColumnLayout {
         color: Theme.red
         Accessible.role: Accessible.AlertMessage
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.desktop.words.trayLabel
         checked: root.desktop.keepsRunning
         onToggled: root.desktop.keepsRunning = checked
@@ -90,9 +82,7 @@ ColumnLayout {
     HelpLabel {
         text: root.desktop.words.trayHelp
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         visible: root.desktop.hasShortcut
         text: root.desktop.words.shortcutLabel
         checked: root.desktop.wantsShortcut

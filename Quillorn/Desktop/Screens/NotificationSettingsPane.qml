@@ -34,9 +34,7 @@ ColumnLayout {
         text: root.settings.words.enableButton
         onClicked: root.settings.enable()
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.toggleLabel
         enabled: root.isGranted
         checked: root.settings.isOn

@@ -48,9 +48,7 @@ ColumnLayout {
     PaneTitle {
         text: root.settings.words.scheduleTitle
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.automaticLabel
         checked: root.settings.isAutomatic
         onToggled: root.settings.isAutomatic = checked
@@ -62,9 +60,7 @@ ColumnLayout {
         onActivated: index => root.settings.interval = index
         Accessible.name: root.settings.words.scheduleTitle
     }
-    Switch {
-        Layout.fillWidth: true
-        Layout.maximumWidth: implicitWidth
+    SettingSwitch {
         text: root.settings.words.completesLabel
         checked: root.settings.completes
         onToggled: root.settings.completes = checked

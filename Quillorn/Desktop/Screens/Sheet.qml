@@ -23,10 +23,10 @@ Dialog {
         ColumnLayout {
             id: column
 
-            // Beside the bar, where there is one.
             // From the beginning: rows that were laid out before stay as they are.
             LayoutMirroring.enabled: Theme.isMirrored
             LayoutMirroring.childrenInherit: true
+            // Beside the bar, where there is one.
             width: parent.width - (implicitHeight > 520 || implicitHeight > root.availableHeight ? 14 : 0)
             spacing: 12
         }

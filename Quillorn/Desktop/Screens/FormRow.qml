@@ -12,6 +12,7 @@ RowLayout {
     default property alias field: slot.data
 
     Layout.fillWidth: true
+    Layout.fillHeight: false // as high as its words, wherever it stands
     spacing: 14
 
     Label {

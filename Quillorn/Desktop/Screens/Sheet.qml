@@ -17,6 +17,8 @@ Dialog {
     padding: 20
     closePolicy: Popup.CloseOnEscape
     contentItem: ScrollView {
+        id: scroll
+
         implicitHeight: Math.min(column.implicitHeight, 520)
         contentWidth: availableWidth
 
@@ -27,7 +29,7 @@ Dialog {
             LayoutMirroring.enabled: Theme.isMirrored
             LayoutMirroring.childrenInherit: true
             // Beside the bar, where there is one.
-            width: parent.width - (implicitHeight > 520 || implicitHeight > root.availableHeight ? 14 : 0)
+            width: scroll.availableWidth - (implicitHeight > scroll.height ? 14 : 0)
             spacing: 12
         }
     }

@@ -12,8 +12,6 @@ T.ComboBox {
     font.pixelSize: Theme.body
     opacity: enabled ? 1 : 0.5
     Accessible.onPressAction: popup.open()
-    // As wide as the widest of its words needs.
-    implicitContentWidthPolicy: T.ComboBox.WidestText
 
     contentItem: Text {
         text: control.displayText

@@ -7,7 +7,9 @@ ColumnLayout {
     id: root
 
     property var dashboard: ({})
-    readonly property bool isNarrow: width < 440 * Theme.textScale
+    // For the words of both cards the second one loses its symbol, then the first one too.
+    readonly property bool isTight: width < 440 * Theme.textScale
+    readonly property bool isNarrow: width < 380 * Theme.textScale
     readonly property bool isShown: dashboard.hero !== undefined
 
     spacing: 12
@@ -46,7 +48,7 @@ ColumnLayout {
                     spacing: 12
 
                     Rectangle {
-                        visible: !root.isNarrow
+                        visible: card.isHero ? !root.isNarrow : !root.isTight
                         implicitWidth: 36
                         implicitHeight: 36
                         radius: 8

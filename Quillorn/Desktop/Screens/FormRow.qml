@@ -37,7 +37,16 @@ RowLayout {
             spacing: 8
         }
         Label {
+            /// Told behind the layout's work, in which it doesn't notice how words have wrapped.
+            property real lines: 0
+
+            function tell() {
+                lines = implicitHeight;
+            }
+
             Layout.fillWidth: true
+            Layout.preferredHeight: lines
+            onImplicitHeightChanged: Qt.callLater(tell)
             text: root.help
             visible: text !== ""
             font.pixelSize: Theme.caption

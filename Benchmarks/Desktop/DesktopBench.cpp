@@ -97,12 +97,13 @@ class DesktopBench {
         const int framesBefore = m_frames;
         std::map<std::string, double> waitsBefore = waits();
         rest(idleSeconds * 1000);
+        const double wakeUps = waitsSince(waitsBefore) - 1; // one wait is our own
         fmt::print("{{\"resident\":{:.1f},\"keystroke\":{:.2f},\"worstKeystroke\":{:.2f},"
                    "\"scroll\":{:.2f},\"changed\":{:.2f},\"firstVisit\":{:.1f},\"switch\":{:.1f},\"switchWords\":\"{}"
                    "\",\"idleFrames\":{},"
                    "\"wakeUps\":{:.1f}}}\n",
                    resident, share(keys, 0.5), share(keys, 1), share(frames, 0.95), share(changes, 0.5), firstVisit,
-                   worst, words, m_frames - framesBefore, waitsSince(waitsBefore) * 60 / idleSeconds);
+                   worst, words, m_frames - framesBefore, wakeUps * 60 / idleSeconds);
     }
 
   private:

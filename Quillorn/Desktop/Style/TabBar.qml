@@ -8,6 +8,10 @@ T.TabBar {
     implicitHeight: Math.round(34 * Theme.textScale)
     spacing: 4
     contentItem: ListView {
+        // From right to left a list of Qt 6.4 loses sight of its items when they are others: it stands at the right, in
+        // the order of the others.
+        LayoutMirroring.enabled: false
+        leftMargin: control.mirrored ? Math.max(0, width - contentWidth) : 0
         model: control.contentModel
         currentIndex: control.currentIndex
         spacing: control.spacing

@@ -77,8 +77,6 @@ Item {
             root.dropped()
     }
     SymbolIcon {
-        id: disclosureIcon
-
         anchors.left: root.isSection ? undefined : parent.left
         anchors.leftMargin: root.inset
         anchors.right: root.isSection ? parent.right : undefined

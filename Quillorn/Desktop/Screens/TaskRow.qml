@@ -164,7 +164,7 @@ Item {
             anchors.horizontalCenterOffset: 33
             anchors.verticalCenter: parent.verticalCenter
             name: root.isCompleted ? "checkmark.circle.fill" : "circle"
-            color: root.isCompleted ? Theme.fill : root.isOverdue ? Theme.red : Theme.edge
+            color: root.isCompleted ? Theme.accent : root.isOverdue ? Theme.red : Theme.edge
             size: 18
 
             TapHandler {
